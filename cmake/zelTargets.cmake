@@ -1,0 +1,39 @@
+# What all of the project's own targets share.
+
+option(ZEL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+
+find_program(ZEL_CCACHE ccache)
+if(ZEL_CCACHE)
+  # Without these two words ccache refuses what uses a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ZEL_CCACHE})
+endif()
+
+add_library(zel_options INTERFACE)
+target_compile_options(zel_options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
+  # Exact comparisons of geometry and bin positions depend on float operations staying apart.
+  -ffp-contract=off
+  $<$<BOOL:${ZEL_CCACHE}>:-fpch-preprocess>)
+target_include_directories(zel_options INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
+if(ZEL_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+# A shared library of the project: zel_add_library(name SOURCES...)
+function(zel_add_library name)
+  add_library(${name} SHARED ${ARGN})
+  add_library(zel::${name} ALIAS ${name})
+  target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:zel_options>)
+  target_include_directories(${name} PUBLIC
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zel>)
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+endfunction()
+
+# Loops of a length known at run time are vectorised at -O3 only; the files that hold such kernels ask for it.
+function(zel_optimise_kernels)
+  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>")
+endfunction()

@@ -1,0 +1,118 @@
+#pragma once
+
+// Private to the library: what the formats and the frames tell each other.
+
+#include "core/kepcore/kep_fileformat.h"
+#include "core/kepcore/kep_resolution.h"
+#include "core/kepcore/kep_rgb.h"
+#include "core/kepcore/kep_vector.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace kep::detail {
+
+/// How one number of a voxel is stored, after unpacking: in whole bytes, in the machine's byte order. Half floats
+/// become 32-bit floats, 24-bit numbers 32-bit ones, packed samples the next whole size.
+enum class NumberKind { Unsigned, Signed, Float, ComplexSigned, ComplexFloat };
+
+struct SampleType {
+    NumberKind kind = NumberKind::Unsigned;
+    int bytes = 1; ///< of one number, or of one part of a complex one: 1, 2, 4, 8 (Float and ComplexFloat: 4, 8)
+
+    bool IsComplex() const { return kind == NumberKind::ComplexSigned || kind == NumberKind::ComplexFloat; }
+    std::size_t GetSampleBytes() const { return static_cast<std::size_t>(bytes) * (IsComplex() ? 2U : 1U); }
+    friend bool operator==(const SampleType&, const SampleType&) = default;
+};
+
+/// Everything that a file says before its voxels.
+struct FrameHeader {
+    FileFormat format = FF_BY_NAME;
+    Vector3d<std::size_t> size;
+    SampleType sample;
+    int components = 1;        ///< 1, or 3 for colour: the numbers of a voxel then lie together, red first
+    int storedBits = 8;        ///< of a sample on disk, e.g. 1, 12, 16 for half floats too
+    bool halfFloat = false;
+    Resolution resolution;     ///< as the rules for voxel sizes give it; (0, 0, 0) if undefined
+    Vector3d<float> offset;    ///< microns
+    std::map<std::string, std::string> description;
+    std::vector<RGB_generic<unsigned short>> palette; ///< colours of the indexes, if the file has a table; else empty
+    std::string compression;   ///< for the user
+    std::uint64_t fileSize = 0;
+
+    /// Bytes of one slice after unpacking. The formats have made sure that this and all slices together fit.
+    std::size_t GetSliceBytes() const {
+        return size.x * size.y * static_cast<std::size_t>(components) * sample.GetSampleBytes();
+    }
+};
+
+/// A file that was found good so far: its header, and its voxels slice by slice.
+class FrameSource {
+public:
+    FrameSource() = default;
+    FrameSource(const FrameSource&) = delete;
+    FrameSource& operator=(const FrameSource&) = delete;
+    virtual ~FrameSource() = default;
+
+    virtual const FrameHeader& GetHeader() const = 0;
+
+    /// Reads the next `count` slices, GetSliceBytes() each, unpacked and in the machine's byte order. Called for
+    /// all slices in order, each once; the call that takes the last one also makes the format's final checks.
+    /// @throws IOException damaged file
+    virtual void ReadSlices(std::size_t count, std::byte* to) = 0;
+};
+
+/// A plain file opened for reading. Its descriptor is closed with it.
+class InputFile {
+public:
+    /// Opens the file without waiting, and refuses what is not a plain file.
+    /// @throws IOException "ReadImage(): Cannot open the file '<name>'."
+    explicit InputFile(std::string fileName);
+    ~InputFile();
+    InputFile(const InputFile&) = delete;
+    InputFile& operator=(const InputFile&) = delete;
+
+    int GetDescriptor() const { return descriptor; }
+    const std::string& GetName() const { return name; }
+    std::uint64_t GetLength() const { return length; }
+
+    /// Reads up to `bytes` bytes at `at` and returns how many there were.
+    /// @throws IOException when the system fails to read
+    std::size_t ReadAt(std::uint64_t at, void* to, std::size_t bytes) const;
+    /// Reads exactly as much. @throws IOException "... is damaged: ..." when the file ends before.
+    void ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const;
+
+private:
+    std::string name;
+    int descriptor = -1;
+    std::uint64_t length = 0;
+};
+
+/// The formats' entries. Each takes the file over.
+bool LooksLikeTiff(const unsigned char* head, std::size_t bytes);
+bool LooksLikeIcs(const unsigned char* head, std::size_t bytes);
+std::unique_ptr<FrameSource> OpenTiffFrame(std::unique_ptr<InputFile> file);
+std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file);
+
+/// Opens a file by its content.
+std::unique_ptr<FrameSource> OpenFrame(const char* fileName);
+
+/// What a writer gets: the header's size, sample, components, resolution, offset and description, and the voxels,
+/// components together, in the machine's byte order. `labels` says nothing to the formats: labels are 16-bit numbers.
+struct FrameToWrite {
+    FrameHeader header;
+    const std::byte* voxels = nullptr;
+    bool compress = false;
+};
+void WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame);
+void WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame);
+
+/// Texts of the exceptions, in one place.
+[[noreturn]] void ThrowDamaged(const std::string& fileName, const std::string& what);
+[[noreturn]] void ThrowCannotWrite(const std::string& fileName, const std::string& reason);
+
+} // namespace kep::detail
