@@ -1,0 +1,86 @@
+#include "core/kepcore/kep_file.h"
+
+#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/kep_systemerror.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kep::detail {
+
+namespace {
+
+/// Enough for the magic number of a TIFF and the first two lines of an ICS header.
+constexpr std::size_t headBytes = 512;
+
+/// The system reads at most 2 GB at once; whole megabytes keep the next read aligned.
+constexpr std::size_t largestRead = std::size_t{1} << 30;
+
+} // namespace
+
+InputFile::InputFile(std::string fileName) : name(std::move(fileName)) {
+    // Without waiting, as a pipe would never open; the flag means nothing for plain files.
+    descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
+    struct stat status {};
+    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
+        ::close(descriptor);
+        descriptor = -1;
+    }
+    if (descriptor < 0)
+        throw IOException("ReadImage(): Cannot open the file '" + name + "'.");
+    length = static_cast<std::uint64_t>(status.st_size);
+}
+
+InputFile::~InputFile() {
+    ::close(descriptor);
+}
+
+std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
+    std::size_t done = 0;
+    while (done < bytes) {
+        const std::size_t wanted = std::min(bytes - done, largestRead);
+        const ssize_t got = ::pread(descriptor, static_cast<char*>(to) + done, wanted, static_cast<off_t>(at + done));
+        if (got == 0)
+            break;
+        if (got < 0) {
+            if (errno == EINTR)
+                continue;
+            ThrowDamaged(name, "reading failed: " + SystemReason(errno));
+        }
+        done += static_cast<std::size_t>(got);
+    }
+    return done;
+}
+
+void InputFile::ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const {
+    const std::size_t got = ReadAt(at, to, bytes);
+    if (got < bytes)
+        ThrowDamaged(name, "it ends at byte " + std::to_string(at + got) + ", where " + std::to_string(bytes - got) +
+                               " more bytes are needed");
+}
+
+std::unique_ptr<FrameSource> OpenFrame(const char* fileName) {
+    auto file = std::make_unique<InputFile>(fileName != nullptr ? fileName : "");
+    std::array<unsigned char, headBytes> head{};
+    const std::size_t bytes = file->ReadAt(0, head.data(), head.size());
+    if (LooksLikeTiff(head.data(), bytes))
+        return OpenTiffFrame(std::move(file));
+    if (LooksLikeIcs(head.data(), bytes))
+        return OpenIcsFrame(std::move(file));
+    throw IOException("ReadImage(): '" + std::string(fileName) + "' is not an ICS or TIFF image.");
+}
+
+void ThrowDamaged(const std::string& fileName, const std::string& what) {
+    throw IOException("ReadImage(): The file '" + fileName + "' is damaged: " + what);
+}
+
+void ThrowCannotWrite(const std::string& fileName, const std::string& reason) {
+    throw IOException("SaveImage(): Cannot write the file '" + fileName + "': " + reason);
+}
+
+} // namespace kep::detail
