@@ -1,0 +1,15 @@
+#pragma once
+
+// The one door to the imaging core: everything above it includes this header and none of the core's own.
+
+#include "core/kepalgo/kep_copytoimage.h"
+#include "core/kepalgo/kep_projection.h"
+#include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/kep_fileformat.h"
+#include "core/kepcore/kep_image3d.h"
+#include "core/kepcore/kep_imageinfo.h"
+#include "core/kepcore/kep_resolution.h"
+#include "core/kepcore/kep_rgb.h"
+#include "core/kepcore/kep_vector.h"
+#include "core/kepcore/kep_voxeltypes.h"
