@@ -1,0 +1,61 @@
+#pragma once
+
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+
+namespace zel {
+
+class zel_DrWin3d;
+
+/// A mouse event in a drawing window, handed to the canvas. A host binds zel_EVT_MOUSE3D on the canvas, for any id,
+/// to give the mouse a use.
+class ZEL_EXPORT zel_Mouse3dEvent : public wxEvent {
+public:
+    explicit zel_Mouse3dEvent(zel_DrWin3d* drawingWindow = nullptr, const wxMouseEvent& event = wxMouseEvent());
+
+    wxEvent* Clone() const override { return new zel_Mouse3dEvent(*this); }
+
+    /// The drawing window that the mouse is in.
+    zel_DrWin3d* GetWindow() const { return m_window; }
+    const wxMouseEvent& GetMouseEvent() const { return m_mouseEvent; }
+
+private:
+    zel_DrWin3d* m_window;
+    wxMouseEvent m_mouseEvent;
+};
+
+/// The mapping of voxels to colours has changed. Sent synchronously to the frame, which tells the canvas.
+class ZEL_EXPORT zel_MappingEvent : public wxEvent {
+public:
+    explicit zel_MappingEvent(bool committed = true);
+
+    wxEvent* Clone() const override { return new zel_MappingEvent(*this); }
+
+    /// True for a change that stays, false for a preview; only what stays reaches the volume window.
+    bool IsCommitted() const { return m_committed; }
+
+private:
+    bool m_committed;
+};
+
+/// The labels' overlay has changed. Sent synchronously to the frame, which tells the canvas.
+class ZEL_EXPORT zel_OverlayingEvent : public wxEvent {
+public:
+    explicit zel_OverlayingEvent(bool dataChanged = false, bool reload = false);
+
+    wxEvent* Clone() const override { return new zel_OverlayingEvent(*this); }
+
+    bool GetDataChanged() const { return m_dataChanged; }
+    bool GetReload() const { return m_reload; }
+
+private:
+    bool m_dataChanged;
+    bool m_reload;
+};
+
+ZEL_EXPORT extern const wxEventTypeTag<zel_Mouse3dEvent> zel_EVT_MOUSE3D;
+ZEL_EXPORT extern const wxEventTypeTag<zel_MappingEvent> zel_EVT_MAPPING_CHANGED;
+ZEL_EXPORT extern const wxEventTypeTag<zel_OverlayingEvent> zel_EVT_OVERLAYING_CHANGED;
+
+} // namespace zel

@@ -1,0 +1,208 @@
+#include "viewer/zel_imagecanvas3d.h"
+
+#include <wx/filename.h>
+
+#include <cstdint>
+
+namespace zel {
+
+namespace {
+
+template <typename T>
+constexpr const char* typeName = "Unknown";
+template <>
+constexpr const char* typeName<unsigned char> = "GRAY8";
+template <>
+constexpr const char* typeName<unsigned short> = "GRAY16";
+template <>
+constexpr const char* typeName<float> = "float";
+template <>
+constexpr const char* typeName<kep::RGB_generic<unsigned char>> = "RGB";
+template <>
+constexpr const char* typeName<kep::RGB_generic<unsigned short>> = "RGB16";
+template <>
+constexpr const char* typeName<std::complex<float>> = "complex";
+
+} // namespace
+
+template <typename T>
+zel_ImageViewer3dCanvas<T>::zel_ImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper,
+                                                    mor::Image4d<T>* image, bool ownsImage, int id, const wxPoint& pos,
+                                                    const wxSize& size)
+    : zel_Viewer3dCanvas(parent, id, pos, size), m_mapper(&mapper), m_image(image) {
+    if (image == nullptr)
+        return;
+    const auto frames = static_cast<int>(image->GetNumFrames());
+    m_iterator.SetLimits(0, frames - 1);
+    m_iterator.SetRangeLast(frames - 1);
+    TakeGeometry();
+    m_baseScale = image->GetResolution().GetUsable().GetRes();
+    const kep::Vector3d<std::size_t> voxels = image->GetSize();
+    const auto middle = [](float offset, std::size_t count, float step) {
+        return offset + (static_cast<float>(count / 2) + 0.5F) * step;
+    };
+    m_cut = {middle(m_boundingBox.offset.x, voxels.x, m_cutStep.x),
+             middle(m_boundingBox.offset.y, voxels.y, m_cutStep.y),
+             middle(m_boundingBox.offset.z, voxels.z, m_cutStep.z)};
+    for (WindowPicture* picture : {&m_xy, &m_xz, &m_yz}) {
+        picture->autofocus.resize(image->GetNumFrames());
+        picture->autofocusStale.assign(image->GetNumFrames(), true);
+    }
+    RecomputeVisible();
+    CenterViewIfOut();
+    if (ownsImage)
+        m_ownedImage.reset(image); // last, so that the caller still owns it when something throws
+}
+
+template <typename T>
+zel_ImageViewer3dCanvas<T>::~zel_ImageViewer3dCanvas() {
+    m_sequenceTimer.Stop();
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::TakeGeometry() {
+    const kep::Vector3d<std::size_t> voxels = m_image->GetSize();
+    m_boundingBox.offset = m_image->GetOffset();
+    m_boundingBox.size = kep::PixelsToMicrons(voxels, m_image->GetResolution());
+    m_cutStep = {m_boundingBox.size.x / static_cast<float>(voxels.x),
+                 m_boundingBox.size.y / static_cast<float>(voxels.y),
+                 m_boundingBox.size.z / static_cast<float>(voxels.z)};
+}
+
+template <typename T>
+bool zel_ImageViewer3dCanvas<T>::IsFrameThere() const {
+    return m_image != nullptr && m_time >= 0 && static_cast<std::size_t>(m_time) < m_image->GetNumFrames();
+}
+
+template <typename T>
+kep::Vector3d<std::size_t> zel_ImageViewer3dCanvas<T>::GetImageSize() {
+    return m_image != nullptr ? m_image->GetSize() : kep::Vector3d<std::size_t>();
+}
+
+template <typename T>
+int zel_ImageViewer3dCanvas<T>::GetTime() {
+    return static_cast<int>(m_time);
+}
+
+template <typename T>
+int zel_ImageViewer3dCanvas<T>::GetImageCount() {
+    return m_image != nullptr ? static_cast<int>(m_image->GetNumFrames()) : 0;
+}
+
+template <typename T>
+kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
+    return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::SaveActualView(const char*, int, zel_ProjectionType) {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char*, int, int, int, bool, int, int) {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnCutChange(zel_ProjectionType mask) {
+    MakeDirtyAndRefresh(mask);
+    InfoFrame_UpdateCutAndVisBoxInfo();
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnVis3dChange(zel_ProjectionType mask) {
+    zel_ImageViewer3dCanvas<T>::OnCutChange(mask);
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnContentChange(zel_ProjectionType mask) {
+    MakeDirtyAndRefresh(mask);
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::MappingChanged(zel_MappingEvent& event) {
+    m_xy.colourDirty = m_xz.colourDirty = m_yz.colourDirty = true;
+    Refresh(false);
+    if (event.IsCommitted())
+        UpdateVolVis();
+    else
+        RepaintNow(); // a preview has repainted by the time the dialog's handler returns
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnDataChange() {
+    if (m_image == nullptr)
+        return;
+    TakeGeometry();
+    // X's resolution on all axes, unlike at the start: the view is isotropic after a change of data.
+    const float scale = m_image->GetResolution().GetUsable().GetRes().x;
+    m_baseScale = {scale, scale, scale};
+    RecomputeVisible();
+    CenterViewIfOut();
+    MakeDirtyAndRefresh(zel_PT_ALL);
+    UpdateVolVis();
+    InfoFrame_Move();
+    InfoFrame_UpdateImageInfo();
+    InfoFrame_UpdateCutAndVisBoxInfo();
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
+    if (m_image == nullptr) {
+        zel_Viewer3dCanvas::OnTimeChange();
+        return;
+    }
+    m_iterator.Clamp();
+    m_time = m_iterator.current;
+    MakeDirtyAndRefresh(zel_PT_ALL);
+    UpdateVolVis();
+    GetParent()->SetLabel(CreateTitle());
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::UpdateVolVis() {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateImageInfo() {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateCutAndVisBoxInfo() {}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::MakeDirtyAndRefresh(zel_ProjectionType mask) {
+    for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ})
+        if ((mask & type) != 0)
+            Window(type).dataDirty = true;
+    Refresh(false);
+}
+
+template <typename T>
+wxString zel_ImageViewer3dCanvas<T>::CreateTitle() {
+    if (!IsFrameThere())
+        return {};
+    return wxFileName(m_image->GetImageName(static_cast<std::size_t>(m_time))).GetFullName();
+}
+
+template <typename T>
+wxString zel_ImageViewer3dCanvas<T>::GetImageTypeName() const {
+    return typeName<T>;
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::GetSettings(zel_ImageCanvasSettings& settings) const {
+    zel_Viewer3dCanvas::GetSettings(settings);
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::SetSettings(const zel_ImageCanvasSettings& settings) {
+    zel_Viewer3dCanvas::SetSettings(settings);
+}
+
+// Draw and what belongs to it are instantiated in a file of their own.
+#define ZEL_INSTANTIATE(T) template class zel_ImageViewer3dCanvas<T>;
+KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
+
+} // namespace zel

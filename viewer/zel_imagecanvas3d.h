@@ -1,0 +1,119 @@
+#pragma once
+
+#include "image/zel_image4d.h"
+#include "viewer/zel_mapper.h"
+#include "viewer/zel_viewer3dcanvas.h"
+
+#include <wx/bitmap.h>
+
+#include <memory>
+#include <vector>
+
+namespace zel {
+
+/// The canvas with voxels: it turns the frames of an image into the three pictures. Exists for the types of
+/// KEP_DISPLAY_TYPES.
+///
+/// A picture is made in three stages, of which a paint runs only those that are needed: the visible plane is resampled
+/// from the frame to the window's pixels, the voxels are mapped to colours, and the finished bitmap is drawn. Scrolling
+/// one window therefore leaves the others alone, and a change of mapping resamples nothing.
+template <typename T>
+class ZEL_EXPORT zel_ImageViewer3dCanvas : public zel_Viewer3dCanvas {
+public:
+    using zel_Viewer3dCanvas::GetSettings;
+    using zel_Viewer3dCanvas::SetSettings;
+
+    /// @param mapper     must live until the canvas is no longer painted; not touched by the destructor
+    /// @param image      may be null: the canvas then stays empty; its frames must not change in number
+    /// @param ownsImage  the destructor deletes the image; else the host keeps it alive as long as the canvas
+    /// @throws kep::InternalException for an image without frames; hosts test IsEmpty()
+    zel_ImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, mor::Image4d<T>* image, bool ownsImage,
+                            int id, const wxPoint& pos, const wxSize& size);
+    ~zel_ImageViewer3dCanvas() override;
+
+    void ReverseAxis(int axis) override;
+    void Draw(wxDC& dc, zel_ProjectionType type) override;
+    kep::Vector3d<std::size_t> GetImageSize() override;
+    int GetTime() override;
+    int GetImageCount() override;
+    kep::Resolution GetResolution() override;
+    void Save3dData(const wxString& fileName) override;
+    void SaveActualView(const char* fileName, int spacing, zel_ProjectionType projections) override;
+    void SaveGalleryView(const char* fileName, int first, int last, int step, bool byRows, int count,
+                         int spacing) override;
+    void OnCutChange(zel_ProjectionType mask) override;
+    void OnVis3dChange(zel_ProjectionType mask) override;
+    void OnContentChange(zel_ProjectionType mask) override;
+    void MappingChanged(zel_MappingEvent& event) override;
+    /// The image's contents were changed from outside. The view becomes isotropic at X's resolution; autofocus images
+    /// that exist are kept.
+    void OnDataChange() override;
+    void OnTimeChange() override;
+    void UpdateVolVis() override;
+    void InfoFrame_UpdatePixelInfo() override;
+    void InfoFrame_UpdateImageInfo() override;
+    void InfoFrame_UpdateCutAndVisBoxInfo() override;
+    void MakeDirtyAndRefresh(zel_ProjectionType mask) override;
+    /// File name and extension of the current frame.
+    wxString CreateTitle() override;
+
+    /// "GRAY8", "GRAY16", "float", "RGB", "RGB16", "complex"; "Unknown" for int.
+    wxString GetImageTypeName() const;
+
+    void GetSettings(zel_ImageCanvasSettings& settings) const;
+    void SetSettings(const zel_ImageCanvasSettings& settings);
+
+    mor::Image4d<T>* GetImage() const { return m_image; }
+    const zel_Mapper<T>& GetMapper() const { return *m_mapper; }
+
+protected:
+    /// The voxels under a window's pixels: XY (w, h, 1), XZ (w, 1, h), YZ (1, h, w).
+    const kep::Image3d<T>& GetSlice(zel_ProjectionType type) const { return Window(type).slice; }
+    /// The colours of the slice, not mirrored: w by h in XY and XZ, h by w in YZ.
+    ColourBuffer& GetBuffer(zel_ProjectionType type) { return Window(type).buffer; }
+    const ColourBuffer& GetBuffer(zel_ProjectionType type) const { return Window(type).buffer; }
+    /// The finished picture, mirrored as the reversed axes ask.
+    const wxBitmap& GetBitmap(zel_ProjectionType type) const { return Window(type).bitmap; }
+    /// The autofocus image of a frame, computed when it is first asked for.
+    const kep::Image3d<T>& GetAutofocusImage(zel_ProjectionType type, std::size_t frame);
+    bool IsDataDirty(zel_ProjectionType type) const { return Window(type).dataDirty; }
+    void SetDataDirty(zel_ProjectionType type, bool dirty) { Window(type).dataDirty = dirty; }
+    bool IsColourDirty(zel_ProjectionType type) const { return Window(type).colourDirty; }
+    void SetColourDirty(zel_ProjectionType type, bool dirty) { Window(type).colourDirty = dirty; }
+
+private:
+    struct WindowPicture {
+        kep::Image3d<T> slice;
+        std::vector<kep::Image3d<T>> autofocus; // one for each frame
+        ColourBuffer buffer{0, 0};
+        std::vector<Colour> turned; // the buffer as it is seen in the window; kept between paints
+        wxBitmap bitmap;
+        bool dataDirty = true;   // the slice must be resampled from the image
+        bool colourDirty = false; // the slice must be mapped anew
+        std::vector<bool> autofocusStale; // one for each frame
+    };
+
+    WindowPicture& Window(zel_ProjectionType type) {
+        return type == zel_PT_XY ? m_xy : type == zel_PT_XZ ? m_xz : m_yz;
+    }
+    const WindowPicture& Window(zel_ProjectionType type) const {
+        return type == zel_PT_XY ? m_xy : type == zel_PT_XZ ? m_xz : m_yz;
+    }
+    void TakeGeometry();
+    bool IsFrameThere() const;
+    void Resample(zel_ProjectionType type);
+    void Colourise(zel_ProjectionType type);
+
+    WindowPicture m_xy;
+    WindowPicture m_xz;
+    WindowPicture m_yz;
+    const zel_Mapper<T>* m_mapper;
+    mor::Image4d<T>* m_image;
+    std::unique_ptr<mor::Image4d<T>> m_ownedImage;
+};
+
+#define ZEL_DECLARE(T) extern template class zel_ImageViewer3dCanvas<T>;
+KEP_DISPLAY_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel

@@ -1,0 +1,164 @@
+#pragma once
+
+#include "image/kep.h"
+#include "image/zel_export.h"
+#include "image/zel_imageiterator.h"
+#include "viewer/zel_drwin3d.h"
+#include "viewer/zel_events.h"
+#include "viewer/zel_layout.h"
+#include "viewer/zel_projection.h"
+#include "viewer/zel_styles.h"
+
+#include <wx/panel.h>
+#include <wx/timer.h>
+
+class WXDLLIMPEXP_FWD_CORE wxDC;
+class WXDLLIMPEXP_FWD_CORE wxFrame;
+class WXDLLIMPEXP_FWD_CORE wxIconBundle;
+
+namespace zel {
+
+/// The heart of the viewer that knows no voxels: a panel with three drawing windows, the view's geometry, the cut,
+/// the decorations' styles and the state of browsing. Everything that touches voxels is a virtual operation of
+/// zel_ImageViewer3dCanvas<T>.
+///
+/// A change does not paint: it marks what must be computed anew and refreshes, and the work is done in the next paint
+/// of each window. Positions and sizes are in microns, scales in pixels per micron. Wrong view input is ignored.
+class ZEL_EXPORT zel_Viewer3dCanvas : public wxPanel {
+public:
+    zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size);
+    ~zel_Viewer3dCanvas() override;
+
+    /// Mirrors the stored pictures along an axis (0 X, 1 Y, 2 Z), after its flag was flipped.
+    virtual void ReverseAxis(int axis) = 0;
+    /// Draws one window's picture at (0, 0).
+    virtual void Draw(wxDC& dc, zel_ProjectionType type) = 0;
+    virtual void GetIcons(wxIconBundle& bundle);
+    virtual kep::Vector3d<std::size_t> GetImageSize() = 0;
+    virtual int GetTime() = 0;
+    virtual int GetImageCount() = 0;
+    virtual kep::Resolution GetResolution() = 0;
+    virtual void Save3dData(const wxString& fileName) = 0;
+    virtual void SaveActualView(const char* fileName, int spacing, zel_ProjectionType projections) = 0;
+    virtual void SaveGalleryView(const char* fileName, int first, int last, int step, bool byRows, int count,
+                                 int spacing) = 0;
+    /// Size of the canvas at which the whole image is seen at the present zoom, for the windows that are shown.
+    virtual wxSize GetOptimalSize();
+    /// The notifications: what has changed, and in which windows it shows.
+    virtual void OnCutChange(zel_ProjectionType mask);
+    virtual void OnVis3dChange(zel_ProjectionType mask);
+    virtual void OnContentChange(zel_ProjectionType mask);
+    virtual void MappingChanged(zel_MappingEvent& event);
+    virtual void OverlayingChanged(zel_OverlayingEvent& event);
+    virtual void OnDataChange();
+    virtual void OnTimeChange();
+    virtual void OnMouse3d(zel_Mouse3dEvent& event);
+    virtual void UpdateVolVis();
+    virtual void UpdateIsosurface();
+    virtual void InfoFrame_Show(bool show);
+    virtual void InfoFrame_Create();
+    virtual void InfoFrame_UpdatePixelInfo() = 0;
+    virtual void InfoFrame_UpdateImageInfo() = 0;
+    virtual void InfoFrame_UpdateCutAndVisBoxInfo() = 0;
+    /// Marks the windows of the mask for resampling, and refreshes.
+    virtual void MakeDirtyAndRefresh(zel_ProjectionType mask) = 0;
+    virtual wxString CreateTitle() = 0;
+
+    /// Zoom has no bounds: level n > 0 magnifies n + 1 times, n < 0 reduces 1 - n times.
+    void ZoomIn();
+    void ZoomOut();
+    void NormalZoom();
+    int GetZoom() const { return m_zoom; }
+    /// Brings the cut to the middle of the windows.
+    void CenterView();
+    /// Moves the cut, if the point lies strictly inside the bounding box; ignores it otherwise.
+    void ChangeCut(const kep::Vector3d<float>& point);
+    /// Mirrors the display of an axis. @return its new state; false for an axis above 2
+    bool ToggleAxisReverse(int axis);
+    /// @param axis  0 X, 1 Y, 2 Z
+    bool IsAxisReversed(std::size_t axis) const { return m_reversed[axis]; }
+    void ShowDrWin(zel_ProjectionType mask, bool show);
+    /// All windows of the mask are shown; so true for an empty mask.
+    bool IsDrWinShown(zel_ProjectionType mask) const;
+    void ChangeContent(zel_ProjectionContent content, zel_ProjectionType mask);
+    /// What a window shows; for any other mask autofocus if all three windows show it, else the cut.
+    zel_ProjectionContent GetContent(zel_ProjectionType type) const;
+
+    /// Annotation and scale bar are drawn.
+    bool GetInfoFlag() const { return m_showAnnotation; }
+    void ToggleInfoFlag() { m_showAnnotation = !m_showAnnotation; }
+
+    /// Copies the view's options out.
+    void GetSettings(zel_CanvasSettings& settings) const;
+    /// Takes the view's options. A cut that is not strictly inside the box becomes the box's centre.
+    void SetSettings(const zel_CanvasSettings& settings);
+
+    /// A copy of the state of browsing.
+    mor::ImageIterator GetImageIterator() const { return m_iterator; }
+
+    wxFrame* InfoFrame_Get() const { return m_infoFrame; }
+    bool InfoFrame_IsShown() const;
+    void InfoFrame_Move();
+
+    const MicronBox& GetBoundingBox() const { return m_boundingBox; }
+    const MicronBox& GetVisibleBox() const { return m_visibleBox; }
+    const kep::Vector3d<float>& GetScale() const { return m_scale; }
+    const kep::Vector3d<float>& GetBaseScale() const { return m_baseScale; }
+    const kep::Vector3d<float>& GetCut() const { return m_cut; }
+    const kep::Vector3d<float>& GetCutStep() const { return m_cutStep; }
+    const kep::Vector3d<float>& GetScrollStep() const { return m_scrollStep; }
+    /// Both frame lines of a drawing window together, as measured.
+    int GetBorder() const { return m_border; }
+    /// The window of zel_PT_XY, zel_PT_XZ or zel_PT_YZ; null for any other value.
+    zel_DrWin3d* GetDrWin(zel_ProjectionType type) const;
+
+protected:
+    /// Arranges the windows and computes scale and visible box.
+    void RecomputeVisible();
+    void CenterViewIfOut();
+    /// What follows every change of the view's size: new layout, notification, info window.
+    void OnViewChange();
+    /// Paints at once what a Refresh has left open. A hidden canvas renders its shown windows into their backing
+    /// bitmaps, so that saving finds the present picture there too.
+    void RepaintNow();
+
+    bool IsReversed(int axis) const { return m_reversed[axis]; }
+
+    MicronBox m_boundingBox{{0, 0, 0}, {20, 20, 7}};
+    MicronBox m_visibleBox;
+    kep::Vector3d<float> m_scale{10, 10, 10};     // pixels per micron now
+    kep::Vector3d<float> m_baseScale{10, 10, 10}; // pixels per micron at zoom 0
+    int m_zoom = 0;
+    kep::Vector3d<float> m_cut;
+    kep::Vector3d<float> m_scrollStep{1, 1, 1};
+    kep::Vector3d<float> m_cutStep{0.1F, 0.1F, 0.2F};
+    bool m_reversed[3] = {false, false, false};
+    long long m_time = 0; // equals the iterator's current index after every change of time
+    mor::ImageIterator m_iterator{0, 0};
+    wxTimer m_sequenceTimer;
+
+private:
+    void OnSize(wxSizeEvent& event);
+    void OnPaint(wxPaintEvent& event);
+    void ShowWindows();
+    bool IsStrictlyInside(const kep::Vector3d<float>& point) const;
+
+    zel_DrWin3d* m_windowXY = nullptr;
+    zel_DrWin3d* m_windowXZ = nullptr;
+    zel_DrWin3d* m_windowYZ = nullptr;
+    bool m_showAnnotation = false;
+    bool m_showXY = true;
+    bool m_showXZ = true;
+    bool m_showYZ = true;
+    zel_ProjectionContent m_contentXY = zel_PC_CUT;
+    zel_ProjectionContent m_contentXZ = zel_PC_CUT;
+    zel_ProjectionContent m_contentYZ = zel_PC_CUT;
+    int m_border = 0;
+    zel_CutPointerStyle m_cutPointer;
+    zel_ProjectionAnnotationStyle m_annotation;
+    zel_ScaleBarStyle m_scaleBar;
+    zel_TimeBarStyle m_timeBar;
+    wxFrame* m_infoFrame = nullptr;
+};
+
+} // namespace zel
