@@ -1,0 +1,220 @@
+#include "core/kepcore/kep_atomicfile.h"
+
+#include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_systemerror.h"
+
+#include <algorithm>
+#include <array>
+#include <atomic>
+#include <cerrno>
+#include <charconv>
+#include <climits>
+#include <csignal>
+#include <ctime>
+#include <dirent.h>
+#include <fcntl.h>
+#include <memory>
+#include <string_view>
+#include <sys/stat.h>
+#include <unistd.h>
+#include <utility>
+
+namespace kep {
+
+namespace {
+
+using detail::SystemReason;
+using detail::ThrowCannotWrite;
+
+constexpr int mostLinks = 40;                              // as many as the system itself follows
+constexpr std::time_t staleAge = 60 * 60;                  // seconds
+constexpr std::size_t largestWrite = std::size_t{1} << 30; // the system writes at most 2 GB at once
+
+struct PathParts {
+    std::string folder; ///< with its slash at the end, or empty
+    std::string stem;
+    std::string suffix; ///< with its dot, or empty
+};
+
+PathParts SplitPath(const std::string& path) {
+    PathParts parts;
+    const std::size_t slash = path.rfind('/');
+    const std::size_t first = slash == std::string::npos ? 0 : slash + 1;
+    parts.folder = path.substr(0, first);
+    std::size_t dot = path.rfind('.');
+    if (dot == std::string::npos || dot <= first) // a leading dot hides the file and starts no suffix
+        dot = path.size();
+    parts.stem = path.substr(first, dot - first);
+    parts.suffix = path.substr(dot);
+    return parts;
+}
+
+/// What a temporary file's name begins with. It leaves room for both numbers in the longest name that folders hold.
+std::string TemporaryPrefix(const PathParts& parts) {
+    constexpr std::size_t numbers = 2 * 11;
+    const std::size_t taken = 1 + numbers + parts.suffix.size();
+    const std::size_t room = taken < NAME_MAX ? NAME_MAX - taken : 0;
+    return "." + parts.stem.substr(0, room) + "-";
+}
+
+/// Takes a number off the front of a text.
+bool TakeNumber(std::string_view& text, int& number) {
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || number < 0 || text.front() == '-')
+        return false;
+    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
+    return true;
+}
+
+/// The process in the name of a temporary file of this target, or 0 if the name is none.
+pid_t ProcessOfTemporary(std::string_view name, const std::string& prefix, const std::string& suffix) {
+    int process = 0;
+    int number = 0;
+    if (!name.starts_with(prefix))
+        return 0;
+    name.remove_prefix(prefix.size());
+    if (name.empty() || !TakeNumber(name, process) || !name.starts_with('-'))
+        return 0;
+    name.remove_prefix(1);
+    if (name.empty() || !TakeNumber(name, number) || name != suffix)
+        return 0;
+    return process;
+}
+
+/// Removes what killed saves of the same target left. A file whose process lives, or that is young, may be in use:
+/// process numbers come again, and those of another machine on a shared disk say nothing here.
+void RemoveLeftovers(const PathParts& parts) {
+    struct Closer {
+        void operator()(DIR* folder) const { ::closedir(folder); }
+    };
+    const std::unique_ptr<DIR, Closer> folder(::opendir(parts.folder.empty() ? "." : parts.folder.c_str()));
+    if (!folder)
+        return;
+    const std::string prefix = TemporaryPrefix(parts);
+    const std::time_t now = std::time(nullptr);
+    while (const dirent* entry = ::readdir(folder.get())) {
+        const pid_t process = ProcessOfTemporary(entry->d_name, prefix, parts.suffix);
+        if (process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH)
+            continue;
+        struct stat status {};
+        const int at = ::dirfd(folder.get());
+        if (::fstatat(at, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
+            now - status.st_mtime > staleAge)
+            ::unlinkat(at, entry->d_name, 0);
+    }
+}
+
+/// Follows links until a name that is none, which need not exist.
+/// @throws IOException when links go round in a circle
+std::string FollowLinks(const std::string& name) {
+    std::string path = name;
+    for (int links = 0; links < mostLinks; ++links) {
+        std::array<char, PATH_MAX> to{};
+        const ssize_t length = ::readlink(path.c_str(), to.data(), to.size());
+        if (length < 0)
+            return path;
+        std::string next(to.data(), static_cast<std::size_t>(length));
+        path = next.starts_with('/') ? next : SplitPath(path).folder + next;
+    }
+    ThrowCannotWrite(name, SystemReason(ELOOP));
+}
+
+} // namespace
+
+AtomicFile::AtomicFile(std::string fileName) : name(std::move(fileName)) {
+    target = FollowLinks(name);
+    const PathParts parts = SplitPath(target);
+    if (parts.stem.empty())
+        ThrowCannotWrite(name, "it names no file");
+
+    struct stat old {};
+    const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (exists && !S_ISREG(old.st_mode))
+        ThrowCannotWrite(name, S_ISDIR(old.st_mode) ? "it is a folder" : "it is not a plain file");
+    // A rename would go over a file that its owner has protected.
+    if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
+        ThrowCannotWrite(name, SystemReason(errno));
+
+    RemoveLeftovers(parts);
+    static std::atomic<unsigned> counter{0};
+    const std::string start = parts.folder + TemporaryPrefix(parts) + std::to_string(::getpid()) + "-";
+    do {
+        temporary = start + std::to_string(counter++) + parts.suffix;
+        descriptor = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    } while (descriptor < 0 && (errno == EEXIST || errno == EINTR));
+    if (descriptor < 0) {
+        const int error = errno;
+        temporary.clear();
+        ThrowCannotWrite(name, "no file can be made in the folder '" + (parts.folder.empty() ? "." : parts.folder) +
+                                   "': " + SystemReason(error));
+    }
+    if (exists) {
+        // The owner stays where the system lets us, as for root; else the file becomes the user's own.
+        const bool ownerKept = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
+        const mode_t mode = old.st_mode & (ownerKept ? 07777U : 0777U);
+        if (::fchmod(descriptor, mode) != 0) {
+            const int error = errno;
+            Discard();
+            ThrowCannotWrite(name, SystemReason(error));
+        }
+    }
+}
+
+AtomicFile::~AtomicFile() {
+    Discard();
+}
+
+void AtomicFile::Write(const void* bytes, std::size_t count) {
+    WriteAt(written, bytes, count);
+}
+
+void AtomicFile::WriteAt(std::uint64_t at, const void* bytes, std::size_t count) {
+    const char* next = static_cast<const char*>(bytes);
+    std::size_t left = count;
+    while (left > 0) {
+        const ssize_t done = ::pwrite(descriptor, next, std::min(left, largestWrite), static_cast<off_t>(at));
+        if (done < 0) {
+            if (errno == EINTR)
+                continue;
+            ThrowCannotWrite(name, SystemReason(errno));
+        }
+        next += done;
+        at += static_cast<std::uint64_t>(done);
+        left -= static_cast<std::size_t>(done);
+    }
+    written = std::max(written, at);
+}
+
+void AtomicFile::Commit() {
+    const auto fail = [this](int error) {
+        Discard();
+        ThrowCannotWrite(name, SystemReason(error));
+    };
+    if (::fsync(descriptor) != 0)
+        fail(errno);
+    // The number is free after close whatever it returns.
+    if (::close(std::exchange(descriptor, -1)) != 0)
+        fail(errno);
+    if (::rename(temporary.c_str(), target.c_str()) != 0)
+        fail(errno);
+    temporary.clear();
+
+    // So that the new name survives a power cut. The file is whole and in its place already, and some file systems
+    // have no flush for folders: nothing is to be done when it fails.
+    const PathParts parts = SplitPath(target);
+    const int folder = ::open(parts.folder.empty() ? "." : parts.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (folder >= 0) {
+        ::fsync(folder);
+        ::close(folder);
+    }
+}
+
+void AtomicFile::Discard() noexcept {
+    if (descriptor >= 0)
+        ::close(std::exchange(descriptor, -1));
+    if (!temporary.empty())
+        ::unlink(temporary.c_str());
+    temporary.clear();
+}
+
+} // namespace kep
