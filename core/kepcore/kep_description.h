@@ -1,0 +1,44 @@
+#pragma once
+
+// Private to the library: the lines that a TIFF description carries beside those that other programs know.
+
+#include "core/kepcore/kep_resolution.h"
+#include "core/kepcore/kep_vector.h"
+
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kep::detail {
+
+/// What the library's own lines of a TIFF description say. They stand behind the ImageJ-style ones, one a line:
+///
+///     kep resolution=15.5038757 15.5038757 5
+///     kep offset=0.800000012 0 -3.20000005
+///     kep entry=<key>=<value>
+///
+/// with three numbers of nine significant digits, which give every float back bit for bit, and one entry for each
+/// pair of the frame's description that has no tag of its own. In key and value a backslash stands before a
+/// backslash ("\\"), "n" (line break), "r" (carriage return), "e" (equals sign, in the key) and "0" (zero byte).
+struct OwnLines {
+    std::optional<Vector3d<float>> resolution;
+    std::optional<Vector3d<float>> offset;
+    std::map<std::string, std::string> entries;
+
+    /// The text was written by this library: everything that it holds is in ImageJ-style lines and in these.
+    bool IsOwn() const { return resolution.has_value() && offset.has_value(); }
+};
+
+/// The three lines and more, each ended by a line break.
+/// @param entries  pairs that go into lines
+std::string FormatOwnLines(const Vector3d<float>& resolution, const Vector3d<float>& offset,
+                           const std::map<std::string, std::string>& entries);
+
+/// Picks the own lines out of a description. Lines that are damaged are left out.
+OwnLines ParseOwnLines(std::string_view text);
+
+/// Nine significant digits at most, without a trailing zero, whatever the locale.
+std::string FormatNineDigits(double value);
+
+} // namespace kep::detail
