@@ -252,9 +252,8 @@ private:
     detail::FrameGeometry GetGeometry() const;
     void TakeGeometry(const Frame& frame);
     bool HasEqualGeometry(const Frame& frame) const;
-    bool HasVoxels() const;
-    void TakeExtremes(const Frame& frame, bool others);
     void AppendFrame(std::unique_ptr<Frame> frame, const wxString& name);
+    void TakeExtremes(const Frame& frame);
 
     kep::Vector3d<float> offset;
     kep::Resolution resolution;
