@@ -2,6 +2,7 @@
 
 #include "image/zel_image4d.h"
 #include "viewer/zel_mapper.h"
+#include "viewer/zel_picture.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/bitmap.h>
