@@ -1,0 +1,216 @@
+#include "tests/support/gui_test.h"
+
+#include <wx/dcclient.h>
+#include <wx/evtloop.h>
+#include <wx/stopwatch.h>
+
+#include <cstdlib>
+#include <exception>
+
+namespace zel::test {
+
+namespace {
+
+void FailOnAssert(const wxString& file, int line, const wxString& function, const wxString& condition,
+                  const wxString& message) {
+    ADD_FAILURE_AT(file.utf8_str(), line)
+        << "assertion in " << function.utf8_str() << ": " << condition.utf8_str() << " " << message.utf8_str();
+}
+
+class TestApp : public wxApp {
+public:
+    bool OnInit() override {
+        SetExitOnFrameDelete(false);
+        wxSetAssertHandler(&FailOnAssert);
+        return true; // the command line is GoogleTest's
+    }
+
+    int OnRun() override {
+        wxGUIEventLoop loop;
+        const wxEventLoopActivator activate(&loop);
+        return RUN_ALL_TESTS();
+    }
+
+    bool OnExceptionInMainLoop() override {
+        try {
+            throw;
+        } catch (const std::exception& e) {
+            ADD_FAILURE() << "an exception reached the event loop: " << e.what();
+        } catch (...) {
+            ADD_FAILURE() << "an unknown exception reached the event loop";
+        }
+        return true;
+    }
+};
+
+AssertCatcher* currentAsserts = nullptr;
+
+} // namespace
+
+void Pump(int milliseconds) {
+    wxEventLoopBase* const loop = wxEventLoopBase::GetActive();
+    const wxStopWatch watch;
+    do {
+        while (loop->Pending())
+            loop->Dispatch();
+        wxTheApp->ProcessPendingEvents();
+        loop->ProcessIdle(); // windows that were told to Destroy go here
+        if (milliseconds > 0 && !loop->Pending())
+            wxMilliSleep(1);
+    } while (loop->Pending() || watch.Time() < milliseconds);
+}
+
+bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
+    const wxStopWatch watch;
+    while (!condition()) {
+        if (watch.Time() > milliseconds)
+            return false;
+        Pump(2);
+    }
+    return true;
+}
+
+bool ShowAndWait(wxTopLevelWindow& window) {
+    bool painted = false;
+    const auto note = [&painted](wxPaintEvent& event) {
+        painted = true;
+        event.Skip();
+    };
+    window.Bind(wxEVT_PAINT, note); // children covering it all send it their paints too
+    window.Show();
+    window.Raise();
+    const bool shown = WaitUntil([&] { return painted && window.IsShownOnScreen(); });
+    window.Unbind(wxEVT_PAINT, note);
+    Pump(30); // a window manager's last words on the size
+    return shown;
+}
+
+bool ResizeClient(wxTopLevelWindow& window, const wxSize& size) {
+    window.SetSize(window.ClientToWindowSize(size));
+    return WaitUntil([&] { return window.GetClientSize() == size; });
+}
+
+wxImage Screen(wxWindow& window) {
+    const wxSize size = window.GetClientSize();
+    wxBitmap bitmap(size.x, size.y, 24);
+    wxClientDC source(&window);
+    wxMemoryDC target(bitmap);
+    target.Blit(0, 0, size.x, size.y, &source, 0, 0);
+    target.SelectObject(wxNullBitmap);
+    return bitmap.ConvertToImage();
+}
+
+wxColour ColourAt(const wxImage& picture, const wxPoint& at) {
+    return {picture.GetRed(at.x, at.y), picture.GetGreen(at.x, at.y), picture.GetBlue(at.x, at.y)};
+}
+
+void PressKey(wxWindow& window, int keyCode, int modifiers) {
+    wxKeyEvent event(wxEVT_KEY_DOWN);
+    event.m_keyCode = keyCode;
+    event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
+    event.SetAltDown((modifiers & wxMOD_ALT) != 0);
+    event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
+    event.SetId(window.GetId());
+    event.SetEventObject(&window);
+    window.ProcessWindowEvent(event);
+}
+
+void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifiers) {
+    wxMouseEvent event(type);
+    event.SetPosition(at);
+    event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
+    event.SetId(window.GetId());
+    event.SetEventObject(&window);
+    window.ProcessWindowEvent(event);
+}
+
+LogCatcher::LogCatcher() : m_previous(wxLog::SetActiveTarget(this)), m_previousLevel(wxLog::GetLogLevel()) {
+    wxLog::SetLogLevel(wxLOG_Max);
+}
+
+LogCatcher::~LogCatcher() {
+    wxLog::SetLogLevel(m_previousLevel);
+    wxLog::SetActiveTarget(m_previous);
+}
+
+bool LogCatcher::Has(wxLogLevel level, const std::string& text) const {
+    for (const Entry& entry : m_entries)
+        if (entry.level == level && entry.text == text)
+            return true;
+    return false;
+}
+
+void LogCatcher::DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo&) {
+    m_entries.push_back({level, text.utf8_string()});
+}
+
+AssertCatcher::AssertCatcher() : m_previous(wxSetAssertHandler(&Handle)) { currentAsserts = this; }
+
+AssertCatcher::~AssertCatcher() {
+    currentAsserts = nullptr;
+    wxSetAssertHandler(m_previous);
+}
+
+void AssertCatcher::Handle(const wxString& file, int, const wxString& function, const wxString& condition,
+                           const wxString&) {
+    currentAsserts->m_entries.push_back({file.utf8_string(), function.utf8_string(), condition.utf8_string()});
+}
+
+DialogAnswers::~DialogAnswers() {
+    Unregister();
+    EXPECT_TRUE(m_answers.empty()) << m_answers.size() << " expected dialogs did not come";
+}
+
+void DialogAnswers::ExpectMessage(const std::string& caption, const std::string& text, int code) {
+    Expect([caption, text, code](wxDialog& dialog) -> int {
+        auto* const box = dynamic_cast<wxMessageDialog*>(&dialog);
+        if (box == nullptr) {
+            ADD_FAILURE() << "a message box was expected, not \"" << dialog.GetTitle().utf8_string() << "\"";
+            return wxID_CANCEL;
+        }
+        EXPECT_EQ(caption, box->GetTitle().utf8_string());
+        EXPECT_EQ(text, box->GetMessage().utf8_string());
+        return code;
+    });
+}
+
+int DialogAnswers::Enter(wxDialog* dialog) {
+    if (!m_open.empty() && m_open.back() == dialog)
+        return wxID_NONE; // a native dialog that was let through comes a second time
+    if (m_answers.empty()) {
+        ADD_FAILURE() << "nobody expected the dialog \"" << dialog->GetTitle().utf8_string() << "\"";
+        return wxID_CANCEL;
+    }
+    const Answer answer = std::move(m_answers.front());
+    m_answers.pop_front();
+    const int code = answer(*dialog);
+    if (code == wxID_NONE)
+        m_open.push_back(dialog);
+    return code;
+}
+
+void DialogAnswers::Exit(wxDialog* dialog) {
+    if (!m_open.empty() && m_open.back() == dialog)
+        m_open.pop_back();
+}
+
+void GuiTest::TearDown() {
+    Pump();
+    EXPECT_TRUE(wxTopLevelWindows.empty()) << "a window outlived the test";
+    while (!wxTopLevelWindows.empty()) {
+        wxTopLevelWindows.GetFirst()->GetData()->Destroy();
+        Pump();
+    }
+}
+
+} // namespace zel::test
+
+wxIMPLEMENT_APP_NO_MAIN(zel::test::TestApp);
+
+int main(int argc, char** argv) {
+    setenv("GSETTINGS_BACKEND", "memory", 0); // native choosers would complain of dconf
+    setenv("NO_AT_BRIDGE", "1", 0);
+    setenv("GDK_BACKEND", "x11", 0);
+    ::testing::InitGoogleTest(&argc, argv);
+    return wxEntry(argc, argv);
+}

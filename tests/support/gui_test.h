@@ -1,0 +1,116 @@
+#pragma once
+
+// For tests with real windows: an event loop that moves only when told, pictures, input, and what the toolkit says.
+
+#include <wx/wx.h>
+#include <wx/modalhook.h>
+
+#include <gtest/gtest.h>
+
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace zel::test {
+
+/// Dispatches what is pending: system events, pending events, idle time; goes on for `milliseconds`.
+void Pump(int milliseconds = 0);
+
+/// Pumps until the condition holds. @return whether it did within the limit
+bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 5000);
+
+/// Shows a top-level window and waits until it has painted: from then on Update() paints at once.
+bool ShowAndWait(wxTopLevelWindow& window);
+
+/// Gives a top-level window a client area of this size, and waits for it.
+bool ResizeClient(wxTopLevelWindow& window, const wxSize& size);
+
+/// What stands on the screen in the window's client area.
+wxImage Screen(wxWindow& window);
+
+wxColour ColourAt(const wxImage& picture, const wxPoint& at);
+
+/// The toolkit's own event objects, sent straight to the window.
+void PressKey(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE);
+void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifiers = wxMOD_NONE);
+
+/// While one lives, the toolkit's log comes here and opens no box.
+class LogCatcher : public wxLog {
+public:
+    struct Entry {
+        wxLogLevel level;
+        std::string text;
+    };
+
+    LogCatcher();
+    ~LogCatcher() override;
+    LogCatcher(const LogCatcher&) = delete;
+    LogCatcher& operator=(const LogCatcher&) = delete;
+    const std::vector<Entry>& GetEntries() const { return m_entries; }
+    bool Has(wxLogLevel level, const std::string& text) const;
+
+protected:
+    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo& info) override;
+
+private:
+    std::vector<Entry> m_entries;
+    wxLog* m_previous;
+    wxLogLevel m_previousLevel;
+};
+
+/// While one lives, failed assertions are collected; otherwise each fails the test.
+class AssertCatcher {
+public:
+    struct Entry {
+        std::string file;
+        std::string function;
+        std::string condition;
+    };
+
+    AssertCatcher();
+    ~AssertCatcher();
+    AssertCatcher(const AssertCatcher&) = delete;
+    AssertCatcher& operator=(const AssertCatcher&) = delete;
+    const std::vector<Entry>& GetEntries() const { return m_entries; }
+
+private:
+    static void Handle(const wxString& file, int line, const wxString& function, const wxString& condition,
+                       const wxString& message);
+
+    std::vector<Entry> m_entries;
+    wxAssertHandler_t m_previous;
+};
+
+/// While one lives, modal dialogs are answered in order. One that nobody expected fails the test and is cancelled; so
+/// does one that was expected and did not come.
+class DialogAnswers : public wxModalDialogHook {
+public:
+    /// Gets the dialog. @return the code that ShowModal returns, or wxID_NONE to let it open
+    using Answer = std::function<int(wxDialog&)>;
+
+    DialogAnswers() { Register(); }
+    ~DialogAnswers() override;
+    DialogAnswers(const DialogAnswers&) = delete;
+    DialogAnswers& operator=(const DialogAnswers&) = delete;
+
+    void Expect(Answer answer) { m_answers.push_back(std::move(answer)); }
+    /// A message box with this caption and text, answered by `code`.
+    void ExpectMessage(const std::string& caption, const std::string& text, int code = wxID_OK);
+
+protected:
+    int Enter(wxDialog* dialog) override;
+    void Exit(wxDialog* dialog) override;
+
+private:
+    std::deque<Answer> m_answers;
+    std::vector<wxDialog*> m_open;
+};
+
+/// Each test starts and ends without windows, and no exception may reach the event loop.
+class GuiTest : public ::testing::Test {
+protected:
+    void TearDown() override;
+};
+
+} // namespace zel::test
