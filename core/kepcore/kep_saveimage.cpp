@@ -1,0 +1,103 @@
+#include "core/kepcore/kep_image3d.h"
+
+#include "core/kepcore/kep_convert.h"
+#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/kep_file.h"
+
+#include <algorithm>
+#include <new>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <valarray>
+
+namespace kep {
+
+namespace {
+
+bool EndsWithIgnoringCase(std::string_view text, std::string_view suffix) {
+    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+    return text.size() >= suffix.size() &&
+           std::equal(suffix.begin(), suffix.end(), text.end() - static_cast<std::ptrdiff_t>(suffix.size()),
+                      [&](char a, char b) { return a == lower(b); });
+}
+
+/// The format in which a file is written: FF_ICS or FF_TIFF.
+FileFormat ChooseFormat(const std::string& name, FileFormat format) {
+    switch (format) {
+    case FF_ICS:
+    case FF_TIFF:
+        return format;
+    case FF_BY_NAME:
+    case FF_LABELED:
+        if (EndsWithIgnoringCase(name, ".ics"))
+            return FF_ICS;
+        if (EndsWithIgnoringCase(name, ".tif") || EndsWithIgnoringCase(name, ".tiff"))
+            return FF_TIFF;
+        throw IOException("SaveImage(): The format of '" + name +
+                          "' cannot be told from its suffix; use .ics or .tif.");
+    }
+    throw IOException("SaveImage(): The format value " + std::to_string(static_cast<int>(format)) + " for '" + name +
+                      "' is not supported.");
+}
+
+/// Two-valued voxels as other programs show them: black and white.
+std::valarray<unsigned char> MakeBlackAndWhite(const Image3d<bool>& frame) {
+    std::valarray<unsigned char> bytes(frame.GetNumVoxels());
+    std::transform(frame.begin(), frame.end(), std::begin(bytes),
+                   [](bool set) { return static_cast<unsigned char>(set ? 255 : 0); });
+    return bytes;
+}
+
+template <typename T>
+void WriteFrame(const std::string& name, FileFormat format, bool compress, const Image3d<T>& frame) {
+    constexpr detail::TargetType type = detail::targetType<T>;
+    detail::FrameToWrite toWrite;
+    toWrite.header.format = format;
+    toWrite.header.size = frame.size;
+    toWrite.header.sample = detail::GetStoredType(type);
+    toWrite.header.components = type.shape == detail::VoxelShape::Colour ? 3 : 1;
+    toWrite.header.storedBits = 8 * static_cast<int>(toWrite.header.sample.GetSampleBytes());
+    toWrite.header.resolution = frame.resolution;
+    toWrite.header.offset = frame.offset;
+    toWrite.header.description = frame.description;
+    toWrite.compress = compress;
+
+    std::valarray<unsigned char> blackAndWhite;
+    if constexpr (std::is_same_v<T, bool>) {
+        blackAndWhite = MakeBlackAndWhite(frame);
+        toWrite.voxels = reinterpret_cast<const std::byte*>(&blackAndWhite[0]);
+    } else {
+        toWrite.voxels = reinterpret_cast<const std::byte*>(frame.begin());
+    }
+    format == FF_ICS ? detail::WriteIcsFrame(name, toWrite) : detail::WriteTiffFrame(name, toWrite);
+}
+
+} // namespace
+
+template <typename T>
+void Image3d<T>::SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const {
+    const std::string name = fileName != nullptr ? fileName : "";
+    const FileFormat chosen = ChooseFormat(name, format);
+    if (IsEmpty() || (voi != nullptr && voi->IsEmpty()))
+        throw IOException("SaveImage(): The image has no voxels.");
+    try {
+        voi != nullptr ? WriteFrame(name, chosen, compress, Image3d(*this, voi))
+                       : WriteFrame(name, chosen, compress, *this);
+    } catch (const IOException&) {
+        throw;
+    } catch (const LibException& error) {
+        detail::ThrowCannotWrite(name, error.GetText());
+    } catch (const std::bad_alloc&) {
+        detail::ThrowCannotWrite(name, "not enough memory");
+    } catch (const std::length_error&) {
+        detail::ThrowCannotWrite(name, "not enough memory");
+    }
+}
+
+#define KEP_INSTANTIATE(T) template void Image3d<T>::SaveImage(const char*, FileFormat, bool, const PixelBox*) const;
+KEP_FRAME_TYPES(KEP_INSTANTIATE)
+#undef KEP_INSTANTIATE
+
+} // namespace kep
