@@ -54,7 +54,9 @@ std::string TemporaryPrefix(const PathParts& parts) {
     constexpr std::size_t numbers = 2 * 11;
     const std::size_t taken = 1 + numbers + parts.suffix.size();
     const std::size_t room = taken < NAME_MAX ? NAME_MAX - taken : 0;
-    return "." + parts.stem.substr(0, room) + "-";
+    std::string prefix = ".";
+    prefix.append(parts.stem, 0, room).append("-");
+    return prefix;
 }
 
 /// Takes a number off the front of a text.
