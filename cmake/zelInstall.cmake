@@ -2,7 +2,6 @@
 include(CMakePackageConfigHelpers)
 
 install(TARGETS kepcore kepalgo zel EXPORT zelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(TARGETS zelviewer RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 
 # Headers that only the library's own sources include stay at home.
 set(private_headers
