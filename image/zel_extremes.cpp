@@ -26,37 +26,49 @@ void WidenBy(N& min, N& max, N value) {
         max = value;
 }
 
-/// Some numbers side by side that are compared in one step. The processors that everything must run on compare 64-bit
-/// integers one by one only.
+/// Some numbers side by side that are compared in one step. Unsigned numbers wider than a byte are compared as signed
+/// ones with the highest bit turned over, which processors do in fewer steps.
 template <typename N>
 struct Lanes {
-    static constexpr std::size_t count = 16 / sizeof(N);
     typedef N type __attribute__((vector_size(16)));
+    static constexpr N flip = 0;
+};
+template <>
+struct Lanes<unsigned short> {
+    typedef short type __attribute__((vector_size(16)));
+    static constexpr short flip = std::numeric_limits<short>::min();
 };
 template <>
 struct Lanes<unsigned long long> {
-    static constexpr std::size_t count = 1;
-    using type = unsigned long long;
+    typedef long long type __attribute__((vector_size(16)));
+    static constexpr long long flip = std::numeric_limits<long long>::min();
 };
 
 /// Range of each channel in a row of interleaved channels, by the rule of ComputeFrameExtremes apart from the sign of
 /// zero. Every lane starts with the first voxel, and all are folded at the end: the result of a minimum does not
 /// depend on the order, and a NaN lane can only come from a first voxel that is NaN, in all its lanes.
 template <std::size_t Channels, typename N>
-Range<N, Channels> RangeInLanes(const N* first, std::size_t voxels) {
+[[gnu::always_inline]] inline Range<N, Channels> RangeInLanes(const N* first, std::size_t voxels) {
     using Vector = typename Lanes<N>::type;
-    constexpr std::size_t laneCount = Lanes<N>::count;
+    constexpr std::size_t laneCount = sizeof(Vector) / sizeof(N);
     constexpr std::size_t vectors = Channels == 3 ? 3 : 4; // so that a step is a whole number of voxels
     constexpr std::size_t step = vectors * laneCount;
     static_assert(step % Channels == 0);
+    const auto turned = [](Vector values) {
+        if constexpr (Lanes<N>::flip != 0)
+            values ^= Lanes<N>::flip;
+        return values;
+    };
 
-    std::array<N, step> start;
+    std::array<N, step> lows;
     for (std::size_t i = 0; i < step; ++i)
-        start[i] = first[i % Channels];
+        lows[i] = first[i % Channels];
+    std::array<N, step> highs = lows;
     Vector low[vectors];
     Vector high[vectors];
-    std::memcpy(low, start.data(), sizeof(low));
-    std::memcpy(high, start.data(), sizeof(high));
+    std::memcpy(low, lows.data(), sizeof(low));
+    for (std::size_t v = 0; v < vectors; ++v)
+        high[v] = low[v] = turned(low[v]);
 
     const N* const end = first + voxels * Channels;
     const N* at = first;
@@ -64,13 +76,16 @@ Range<N, Channels> RangeInLanes(const N* first, std::size_t voxels) {
         for (std::size_t v = 0; v < vectors; ++v) {
             Vector values;
             std::memcpy(&values, at + v * laneCount, sizeof(values));
+            values = turned(values);
             low[v] = values < low[v] ? values : low[v];
             high[v] = values > high[v] ? values : high[v];
         }
     }
 
-    std::array<N, step> lows;
-    std::array<N, step> highs;
+    for (std::size_t v = 0; v < vectors; ++v) {
+        low[v] = turned(low[v]);
+        high[v] = turned(high[v]);
+    }
     std::memcpy(lows.data(), low, sizeof(low));
     std::memcpy(highs.data(), high, sizeof(high));
     Range<N, Channels> range;
@@ -85,11 +100,28 @@ Range<N, Channels> RangeInLanes(const N* first, std::size_t voxels) {
     return range;
 }
 
+#if defined(__x86_64__)
+template <std::size_t Channels, typename N>
+[[gnu::target("avx2")]] Range<N, Channels> RangeByAvx2(const N* first, std::size_t voxels) {
+    return RangeInLanes<Channels>(first, voxels);
+}
+template <std::size_t Channels, typename N>
+Range<N, Channels> RangeByProcessor(const N* first, std::size_t voxels) {
+    static const bool newer = __builtin_cpu_supports("avx2") != 0;
+    return newer ? RangeByAvx2<Channels>(first, voxels) : RangeInLanes<Channels>(first, voxels);
+}
+#else
+template <std::size_t Channels, typename N>
+Range<N, Channels> RangeByProcessor(const N* first, std::size_t voxels) {
+    return RangeInLanes<Channels>(first, voxels);
+}
+#endif
+
 /// Range of each channel. Of several zeros with different signs the first one counts, as zeros do not replace each
 /// other.
 template <std::size_t Channels, typename N>
 Range<N, Channels> RangeOfChannels(const N* first, std::size_t voxels) {
-    Range<N, Channels> range = RangeInLanes<Channels>(first, voxels);
+    Range<N, Channels> range = RangeByProcessor<Channels>(first, voxels);
     if constexpr (std::is_floating_point_v<N>) {
         for (std::size_t c = 0; c < Channels; ++c) {
             if (range.min[c] != 0 && range.max[c] != 0)
@@ -135,7 +167,8 @@ Range<F, 1> RangeOfAmplitude(const std::complex<F>* first, std::size_t voxels) {
 template <typename F>
 F CheapAngle(F re, F im, F sum) {
     const F slope = sum == 0 ? F(0) : std::fabs(im) / sum;
-    return std::copysign(std::signbit(re) ? F(2) - slope : slope, im);
+    const F turn = F(1) - std::copysign(F(1), re); // 0 on the right, 2 on the left: signs are random, so no branch
+    return std::copysign(std::fabs(turn - slope), im);
 }
 
 /// Range of atan2(im, re), which is dear: it is taken only of voxels that the cheap angle does not put well inside the
