@@ -35,6 +35,9 @@ struct FrameHeader {
     Vector3d<std::size_t> size;
     SampleType sample;
     int components = 1;        ///< 1, or 3 for colour: the numbers of a voxel then lie together, red first
+    /// The three components are channels, which are no colour by themselves. Only RGB types take them, as red, green
+    /// and blue; for all others the file "holds 3 channels; one frame holds one".
+    bool componentsAreChannels = false;
     int storedBits = 8;        ///< of a sample on disk, e.g. 1, 12, 16 for half floats too
     bool halfFloat = false;
     Resolution resolution;     ///< as the rules for voxel sizes give it; (0, 0, 0) if undefined

@@ -1,0 +1,325 @@
+#include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_tiffcodec.h"
+#include "core/kepcore/kep_tifflayout.h"
+#include "core/kepcore/kep_tiffmeta.h"
+#include "core/kepcore/kep_tiffpages.h"
+#include "core/kepcore/kep_tiffplain.h"
+#include "core/kepcore/kep_tiffunpack.h"
+#include "core/kepcore/kep_tiffwalk.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <exception>
+#include <system_error>
+#include <thread>
+#include <utility>
+#include <vector>
+
+namespace kep::detail {
+
+namespace {
+
+constexpr std::size_t longestText = std::size_t{1} << 20U;
+/// OME-XML of a long series of files says in each of them where every plane is.
+constexpr std::size_t longestDescription = std::size_t{16} << 20U;
+constexpr std::uint64_t maxFrameBytes = std::uint64_t{1} << 40U;
+
+/// Below this a second thread costs more than it saves.
+constexpr std::uint64_t bytesForTwoThreads = std::uint64_t{1} << 19U;
+
+std::string GetBaseName(const std::string& path) {
+    return path.substr(path.find_last_of('/') + 1);
+}
+
+TiffScaleTags ReadScaleTags(const TiffValues& values, const TiffDirectory& directory) {
+    TiffScaleTags tags;
+    tags.xResolution = values.ReadFraction(directory.Find(tagXResolution));
+    tags.yResolution = values.ReadFraction(directory.Find(tagYResolution));
+    tags.xPosition = values.ReadFraction(directory.Find(tagXPosition));
+    tags.yPosition = values.ReadFraction(directory.Find(tagYPosition));
+    const std::uint64_t unit = values.ReadNumber(directory.Find(tagResolutionUnit), 0);
+    tags.unit = unit <= 3 ? static_cast<int>(unit) : 0;
+    return tags;
+}
+
+/// The tags that are words, and those that tell how the picture is meant where that is not the common way.
+void DescribeTags(const TiffValues& values, const TiffDirectory& directory, const TiffLayout& layout,
+                  std::map<std::string, std::string>& description) {
+    constexpr std::array<std::pair<TiffTag, const char*>, 5> texts{{{tagSoftware, "Software"},
+                                                                    {tagDateTime, "DateTime"},
+                                                                    {tagArtist, "Artist"},
+                                                                    {tagMake, "Make"},
+                                                                    {tagModel, "Model"}}};
+    for (const auto& [tag, key] : texts) {
+        const std::string text = ToUtf8(values.ReadText(directory.Find(tag), longestText));
+        if (!text.empty())
+            description.insert_or_assign(key, text);
+    }
+    if (layout.photometric == meansMinIsWhite)
+        description.insert_or_assign("photometric", "min-is-white");
+    if (layout.photometric == meansMask)
+        description.insert_or_assign("photometric", "mask");
+    const std::uint64_t orientation = values.ReadNumber(directory.Find(tagOrientation), 1);
+    if (orientation != 1)
+        description.insert_or_assign("orientation", std::to_string(orientation));
+}
+
+std::vector<RGB_generic<unsigned short>> ReadPalette(const TiffValues& values, const TiffDirectory& directory,
+                                                     const TiffLayout& layout) {
+    const std::size_t colours = std::size_t{1} << layout.bits;
+    const TiffEntry entry = directory.Find(tagColourMap);
+    if (layout.photometric != meansPalette || entry.count < 3 * colours)
+        return {};
+    const std::vector<std::uint64_t> numbers = values.ReadNumbers(entry, 3 * colours);
+    std::vector<RGB_generic<unsigned short>> palette(colours);
+    const auto at = [&](std::size_t i) { return static_cast<unsigned short>(numbers[i]); };
+    for (std::size_t i = 0; i < colours; ++i)
+        palette[i] = {at(i), at(colours + i), at(2 * colours + i)};
+    return palette;
+}
+
+class TiffSource final : public FrameSource {
+public:
+    explicit TiffSource(std::unique_ptr<InputFile> input);
+
+    const FrameHeader& GetHeader() const override { return header; }
+    void ReadSlices(std::size_t count, std::byte* to) override;
+
+private:
+    /// Blocks from one of a page on to one of another page, which is no longer among them.
+    struct Stretch {
+        std::size_t page, block;
+        std::size_t endPage, endBlock;
+    };
+
+    void ReadHeader();
+    const TiffLayout& GetLayout(std::size_t page) const { return found.layouts[found.pages[page].layout]; }
+    std::size_t GetPageBytes() const { return header.GetSliceBytes() / arrangement.channels; }
+
+    void ReadPages(std::size_t first, std::size_t count, std::byte* to);
+    void ReadPlainPages(std::size_t first, std::size_t count, std::byte* to) const;
+    void DecodePages(std::size_t first, std::size_t count, std::byte* to);
+    Stretch CutInHalf(Stretch& stretch) const;
+    TiffCodec& GetCodec(std::size_t i);
+    void DecodeStretch(TiffCodec& codec, const Stretch& stretch, std::size_t firstPage, std::byte* to) const;
+    void DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block, std::vector<std::byte>& scratch,
+                     std::byte* page) const;
+
+    std::unique_ptr<InputFile> file;
+    TiffValues values;
+    TiffPages found;
+    TiffArrangement arrangement;
+    FrameHeader header;
+    bool isPlain = false; ///< all pages are
+    std::size_t nextSlice = 0;
+    std::array<std::unique_ptr<TiffCodec>, 2> codecs;
+};
+
+TiffSource::TiffSource(std::unique_ptr<InputFile> input)
+    : file(std::move(input)), values(*file), found(FindTiffPages(values)) {
+    ReadHeader();
+}
+
+void TiffSource::ReadHeader() {
+    const TiffLayout& layout = found.layouts.front();
+    const TiffVoxels voxels = GetTiffVoxels(layout, file->GetName());
+    const std::string text = values.ReadText(found.first.Find(tagDescription), longestDescription);
+    const TiffDescription description = ParseTiffDescription(text, GetBaseName(file->GetName()));
+    arrangement = ArrangeTiffPages(values, found, voxels, description);
+    isPlain = arrangement.isOneBlock || std::all_of(found.layouts.begin(), found.layouts.end(),
+                                                    [](const TiffLayout& each) { return each.IsPlain(); });
+
+    header.format = FF_TIFF;
+    header.size = {layout.width, layout.height, arrangement.slices};
+    header.sample = voxels.sample;
+    header.components = arrangement.channels == 3 ? 3 : voxels.components;
+    header.componentsAreChannels = arrangement.channels == 3 || voxels.areChannels;
+    header.storedBits = static_cast<int>(layout.bits);
+    header.halfFloat = layout.format == 3 && layout.bits == 16;
+    header.compression = GetCompressionName(layout.compression);
+    header.fileSize = file->GetLength();
+    std::uint64_t bytes = 0;
+    const std::uint64_t voxelBytes = header.sample.GetSampleBytes() * static_cast<unsigned>(header.components);
+    if (__builtin_mul_overflow(std::uint64_t{layout.width} * layout.height, voxelBytes, &bytes) ||
+        __builtin_mul_overflow(bytes, std::uint64_t{arrangement.slices}, &bytes) || bytes > maxFrameBytes)
+        ThrowDamaged(file->GetName(), "it promises more than 2^40 bytes of voxels");
+
+    const TiffPlace place = FindTiffPlace(ReadScaleTags(values, found.first), description, arrangement.slices);
+    header.resolution = place.resolution;
+    header.offset = place.offset;
+    header.description = description.entries;
+    DescribeTags(values, found.first, layout, header.description);
+    header.palette = ReadPalette(values, found.first, layout);
+}
+
+void TiffSource::ReadSlices(std::size_t count, std::byte* to) {
+    if (arrangement.channels == 1) {
+        ReadPages(nextSlice, count, to);
+        nextSlice += count;
+        return;
+    }
+    const std::size_t pageBytes = GetPageBytes();
+    const std::size_t sampleBytes = header.sample.GetSampleBytes();
+    const PackedSamples samples{static_cast<unsigned>(sampleBytes * 8), false};
+    std::vector<std::byte> page(pageBytes);
+    for (std::size_t i = 0; i < count; ++i, ++nextSlice) {
+        for (std::size_t c = 0; c < arrangement.channels; ++c) {
+            ReadPages(arrangement.channelsTogether ? nextSlice * arrangement.channels + c
+                                                   : c * arrangement.slices + nextSlice,
+                      1, page.data());
+            UnpackSamples(page.data(), 0, 1, pageBytes / sampleBytes, samples,
+                          to + i * header.GetSliceBytes() + c * sampleBytes, arrangement.channels);
+        }
+    }
+}
+
+void TiffSource::ReadPages(std::size_t first, std::size_t count, std::byte* to) {
+    if (isPlain)
+        ReadPlainPages(first, count, to);
+    else
+        DecodePages(first, count, to);
+}
+
+void TiffSource::ReadPlainPages(std::size_t first, std::size_t count, std::byte* to) const {
+    const std::size_t partBytes = static_cast<std::size_t>(header.sample.bytes);
+    PlainReader reader(*file, to, values.IsBigEndian() == isMachineBigEndian ? 1 : partBytes);
+    if (arrangement.isOneBlock) {
+        reader.Add(arrangement.blockAt + first * GetPageBytes(), count * GetPageBytes());
+    } else {
+        for (std::size_t i = first; i < first + count; ++i) {
+            const TiffLayout& layout = GetLayout(i);
+            const std::vector<std::uint64_t> strips = FindStrips(values, found.pages[i], layout);
+            for (std::size_t k = 0; k < strips.size(); ++k)
+                reader.Add(strips[k], layout.GetRowBytes() * layout.GetBlockRows(static_cast<std::uint32_t>(k)));
+        }
+    }
+    reader.Finish();
+}
+
+void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to) {
+    Stretch here{first, 0, first + count, 0};
+    const bool isPacked = GetLayout(first).compression != packedPlain;
+    const bool isOneBlock = count == 1 && GetLayout(first).GetBlockCount() == 1;
+    if (!isPacked || isOneBlock || GetPageBytes() * count < bytesForTwoThreads)
+        return DecodeStretch(GetCodec(0), here, first, to);
+
+    // The second half in a thread of its own, with a handle of its own. It ends with this call, whatever happens.
+    const Stretch there = CutInHalf(here);
+    TiffCodec& codec = GetCodec(1);
+    std::exception_ptr failure;
+    std::jthread helper;
+    try {
+        helper = std::jthread([&] {
+            try {
+                DecodeStretch(codec, there, first, to);
+            } catch (...) {
+                failure = std::current_exception();
+            }
+        });
+    } catch (const std::system_error&) { // no more threads to be had
+        DecodeStretch(GetCodec(0), here, first, to);
+        DecodeStretch(codec, there, first, to);
+        return;
+    }
+    DecodeStretch(GetCodec(0), here, first, to);
+    helper.join();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+/// Leaves the first half of the blocks in a stretch and returns the second.
+TiffSource::Stretch TiffSource::CutInHalf(Stretch& stretch) const {
+    std::size_t blocks = 0;
+    for (std::size_t i = stretch.page; i < stretch.endPage; ++i)
+        blocks += GetLayout(i).GetBlockCount();
+    std::size_t left = blocks / 2;
+    std::size_t page = stretch.page;
+    while (left >= GetLayout(page).GetBlockCount())
+        left -= GetLayout(page++).GetBlockCount();
+    const Stretch second{page, left, stretch.endPage, stretch.endBlock};
+    stretch.endPage = page;
+    stretch.endBlock = left;
+    return second;
+}
+
+TiffCodec& TiffSource::GetCodec(std::size_t i) {
+    if (!codecs[i]) {
+        std::uint64_t largest = 0;
+        for (const TiffLayout& layout : found.layouts)
+            largest = std::max(largest, layout.GetRowBytes() * layout.blockHeight);
+        codecs[i] = std::make_unique<TiffCodec>(*file, largest);
+    }
+    return *codecs[i];
+}
+
+void TiffSource::DecodeStretch(TiffCodec& codec, const Stretch& stretch, std::size_t firstPage, std::byte* to) const {
+    std::vector<std::byte> scratch;
+    for (std::size_t i = stretch.page; i <= stretch.endPage; ++i) {
+        const std::size_t from = i == stretch.page ? stretch.block : 0;
+        const std::size_t end = i == stretch.endPage ? stretch.endBlock : GetLayout(i).GetBlockCount();
+        if (from >= end)
+            continue;
+        const TiffLayout& layout = GetLayout(i);
+        codec.GoTo(found.pages[i].number, found.pages[i].at, layout);
+        for (std::size_t block = from; block < end; ++block)
+            DecodeBlock(codec, layout, static_cast<std::uint32_t>(block), scratch,
+                        to + (i - firstPage) * GetPageBytes());
+    }
+}
+
+void TiffSource::DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block,
+                             std::vector<std::byte>& scratch, std::byte* page) const {
+    const std::uint32_t across = layout.GetBlocksAcross();
+    const std::uint32_t down = layout.GetBlocksDown();
+    const std::uint32_t plane = block / (across * down);
+    const std::uint32_t row = block / across % down;
+    const std::uint64_t x = std::uint64_t{block % across} * layout.blockWidth;
+    const std::uint64_t y = std::uint64_t{row} * layout.blockHeight;
+    const std::size_t rowBytes = layout.GetRowBytes();
+    const std::size_t blockBytes = rowBytes * layout.GetBlockRows(row);
+
+    // Components of this page's pixels: one in pages that are channels.
+    const unsigned components = layout.samples - layout.extraSamples;
+    const std::size_t sampleBytes = header.sample.GetSampleBytes();
+    const std::size_t pageRow = layout.width * components * sampleBytes;
+    const PackedSamples packed{layout.bits, header.halfFloat};
+    const bool isCopy = packed.GetUnpackedBytes() * 8 == layout.bits && layout.GetSamplesTogether() == components;
+    if (isCopy && !layout.isTiled && !layout.planesApart)
+        return codec.ReadBlock(block, page + y * pageRow, blockBytes);
+
+    if (plane >= components)
+        return; // a plane of extra samples
+    scratch.assign(blockBytes, std::byte{0});
+    codec.ReadBlock(block, scratch.data(), blockBytes);
+    const std::size_t width = std::min<std::uint64_t>(layout.blockWidth, layout.width - x);
+    const std::size_t height = std::min<std::uint64_t>(layout.GetBlockRows(row), layout.height - y);
+    const unsigned together = layout.GetSamplesTogether();
+    for (std::size_t r = 0; r < height; ++r) {
+        const std::byte* const from = scratch.data() + r * rowBytes;
+        std::byte* const at = page + (y + r) * pageRow + x * components * sampleBytes;
+        if (isCopy) {
+            UnpackSamples(from, 0, 1, width * components, packed, at, 1);
+            continue;
+        }
+        const unsigned firstComponent = layout.planesApart ? plane : 0;
+        const unsigned endComponent = layout.planesApart ? plane + 1 : components;
+        for (unsigned c = firstComponent; c < endComponent; ++c)
+            UnpackSamples(from, c - firstComponent, together, width, packed, at + c * sampleBytes, components);
+    }
+}
+
+} // namespace
+
+bool LooksLikeTiff(const unsigned char* head, std::size_t bytes) {
+    constexpr std::array<std::array<unsigned char, 4>, 4> marks{
+        {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
+    return bytes >= 4 && std::any_of(marks.begin(), marks.end(),
+                                     [head](const auto& mark) { return std::memcmp(mark.data(), head, 4) == 0; });
+}
+
+std::unique_ptr<FrameSource> OpenTiffFrame(std::unique_ptr<InputFile> file) {
+    return std::make_unique<TiffSource>(std::move(file));
+}
+
+} // namespace kep::detail

@@ -1,0 +1,37 @@
+#pragma once
+
+// Private to the library: voxels that lie in the file as they do in memory.
+
+#include "core/kepcore/kep_file.h"
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+namespace kep::detail {
+
+constexpr bool isMachineBigEndian = std::endian::native == std::endian::big;
+
+/// Reads stretches of a file into memory, one behind the other, with as few calls of the system as there are gaps.
+class PlainReader {
+public:
+    /// @param swapBytes  size of the numbers whose bytes are to be turned round; 1: none
+    PlainReader(const InputFile& source, std::byte* target, std::size_t swapBytes);
+
+    /// The next bytes come from there. They are a whole number of numbers.
+    /// @throws IOException the file ends before
+    void Add(std::uint64_t at, std::size_t bytes);
+    /// Reads what is still open. To be called once, at the end.
+    void Finish();
+
+private:
+    void Read(std::uint64_t at, std::byte* to, std::size_t bytes) const;
+
+    const InputFile& file;
+    std::byte* to;
+    std::size_t swap;
+    std::uint64_t runAt = 0;
+    std::size_t runBytes = 0;
+};
+
+} // namespace kep::detail
