@@ -231,6 +231,9 @@ VoxelConverter::VoxelConverter(const FrameHeader& fileHeader, const TargetType& 
     const bool isBool = type.channel == Channel::Bool;
     const bool isColour = header.components == 3;
     const bool isComplex = header.sample.IsComplex();
+    if (header.componentsAreChannels && type.shape != VoxelShape::Colour)
+        throw IOException("ReadImage(): '" + name + "' holds " + std::to_string(header.components) +
+                          " channels; one frame holds one.");
     if (isComplex && !isBool && type.shape != VoxelShape::Complex)
         throw IOException("ReadImage(): '" + name + "' holds complex voxels, which cannot be converted to " +
                           type.name + ".");
