@@ -33,7 +33,8 @@ function(zel_add_library name)
   endif()
   set_target_properties(${name} PROPERTIES
     VERSION ${PROJECT_VERSION}
-    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
+    SOVERSION ${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR}
+    INSTALL_RPATH "$ORIGIN") # installed anywhere, the libraries find one another
 endfunction()
 
 # Loops of a length known at run time are vectorised at -O3 only; the files that hold such kernels ask for it.
