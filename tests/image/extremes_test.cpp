@@ -292,6 +292,25 @@ TEST(Extremes, OfTwoZerosTheFirstStays) {
     EXPECT_FALSE(std::signbit(ExtremesOf<double>({-3, 0.0, -0.0}).max));
 }
 
+TEST(Extremes, OfManyZerosTheFirstStays) {
+    // Among positive and among negative numbers, so that zero is the minimum or the maximum, at places of all kinds.
+    std::mt19937_64 random(11);
+    for (int round = 0; round < 500; ++round) {
+        std::vector<float> voxels(40 + random() % 60, round % 2 ? 3.0F : -3.0F);
+        for (int zeros = 0; zeros < 4; ++zeros)
+            voxels[random() % voxels.size()] = random() % 2 ? 0.0F : -0.0F;
+        ExpectSame(ExtremesOf(voxels), SlowExtremes(voxels), "round " + std::to_string(round));
+    }
+}
+
+TEST(Extremes, OfPhasesOfHugeVoxelsAreExact) {
+    // The parts of the last voxel add up to infinity; its phase of pi / 4 is beyond the others, -0.1 and 0.1.
+    const float huge = std::numeric_limits<float>::max();
+    const std::vector<std::complex<float>> voxels = {{10, -1}, {10, 1}, {huge, huge}};
+    EXPECT_FLOAT_EQ(ExtremesOf(voxels).phaseMax, 0.785398163F);
+    ExpectSame(ExtremesOf(voxels), SlowExtremes(voxels), "huge voxel");
+}
+
 TEST(Extremes, InfiniteVoxelsAreValues) {
     const float infinity = std::numeric_limits<float>::infinity();
     const auto extremes = ExtremesOf<float>({1, -infinity, infinity});
