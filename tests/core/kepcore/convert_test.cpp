@@ -1,5 +1,6 @@
 #include "core/kepcore/kep_convert.h"
 #include "core/kepcore/kep_exceptions.h"
+#include "tests/core/kepcore/conversion_rule.h"
 
 #include <gtest/gtest.h>
 
@@ -17,8 +18,7 @@ namespace {
 
 using namespace kep::detail;
 using kep::RGB_generic;
-using Exact = long double; // 64 bits of mantissa: every stored number but complex ones, exactly
-static_assert(std::numeric_limits<Exact>::digits >= 64);
+using namespace conversion_rule;
 
 template <typename Number>
 SampleType SampleOf() {
@@ -102,28 +102,6 @@ std::vector<Number> InterestingNumbers() {
         numbers.push_back(v);
     }
     return numbers;
-}
-
-enum class Verdict { Taken, DoesNotFit, NotWhole };
-
-/// The rule in its plainest form.
-template <typename Channel>
-Verdict Judge(Exact v, Channel& to) {
-    if constexpr (std::is_same_v<Channel, bool>) {
-        to = v != 0.0L;
-        return Verdict::Taken;
-    } else if constexpr (std::is_floating_point_v<Channel>) {
-        to = static_cast<Channel>(v);
-        return std::isfinite(v) && std::isinf(to) ? Verdict::DoesNotFit : Verdict::Taken;
-    } else {
-        if (std::isfinite(v) && std::floor(v) != v)
-            return Verdict::NotWhole;
-        if (!std::isfinite(v) || v < static_cast<Exact>(std::numeric_limits<Channel>::min()) ||
-            v > static_cast<Exact>(std::numeric_limits<Channel>::max()))
-            return Verdict::DoesNotFit;
-        to = static_cast<Channel>(v);
-        return Verdict::Taken;
-    }
 }
 
 template <typename T>
