@@ -327,6 +327,16 @@ std::pair<std::string, std::size_t> FindDataFile(const std::string& headerName) 
     return found;
 }
 
+/// Opens the file with the voxels of a header. The header is the one that the user knows of, so it is named as well.
+std::unique_ptr<InputFile> OpenDataFile(const std::string& headerName, const std::string& dataName) {
+    try {
+        return std::make_unique<InputFile>(dataName);
+    } catch (const IOException&) {
+        ThrowDamaged(headerName,
+                     "the file '" + dataName.substr(FolderOf(dataName).size()) + "' with its voxels cannot be opened");
+    }
+}
+
 std::string CompressionText(IcsCompression compression) {
     return compression == IcsCompression::None ? "none" : compression == IcsCompression::Gzip ? "gzip" : "compress";
 }
@@ -357,7 +367,7 @@ std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file) {
         const auto [dataName, suffix] = FindDataFile(name);
         if (dataName.empty())
             ThrowDamaged(name, "the .ids file with its voxels is missing");
-        file = std::make_unique<InputFile>(dataName);
+        file = OpenDataFile(name, dataName);
         start = 0;
         compression = suffix == 0   ? CompressionOf(*file, compression)
                       : suffix == 1 ? IcsCompression::Gzip
@@ -366,7 +376,7 @@ std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file) {
         const std::string& source = *header.sourceFile;
         if (source.find('/') != std::string::npos)
             ThrowDamaged(name, "its voxels are said to lie in another folder");
-        file = std::make_unique<InputFile>(FolderOf(name) + source);
+        file = OpenDataFile(name, FolderOf(name) + source);
         start = header.sourceOffset;
     }
     if (header.version == 1 || header.sourceFile)

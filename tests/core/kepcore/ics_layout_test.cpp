@@ -435,7 +435,7 @@ TEST_F(IcsLayout, SourceFiles) {
     }
     for (const std::string name : {"none.bin", "..", "."}) {
         header.Set("source\tfile", name);
-        EXPECT_EQ("ReadImage(): Cannot open the file '" + folder / name + "'.", FailureOfText(header.Text()));
+        EXPECT_EQ(Damaged("the file '" + name + "' with its voxels cannot be opened"), FailureOfText(header.Text()));
     }
 }
 

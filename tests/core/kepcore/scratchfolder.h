@@ -48,6 +48,8 @@ inline std::string ReadBytes(const std::string& fileName) {
 }
 
 inline void WriteBytes(const std::string& fileName, const std::string& bytes) {
+    // Some file systems flush a file that was emptied and filled anew, which thousands of times takes minutes.
+    std::filesystem::remove(fileName);
     std::ofstream out(fileName, std::ios::binary);
     out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
     ASSERT_TRUE(out.good()) << fileName;
