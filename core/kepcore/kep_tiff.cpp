@@ -4,6 +4,7 @@
 #include "core/kepcore/kep_tiffmeta.h"
 #include "core/kepcore/kep_tiffpages.h"
 #include "core/kepcore/kep_tiffplain.h"
+#include "core/kepcore/kep_tiffqueue.h"
 #include "core/kepcore/kep_tiffunpack.h"
 #include "core/kepcore/kep_tiffwalk.h"
 
@@ -87,12 +88,6 @@ public:
     void ReadSlices(std::size_t count, std::byte* to) override;
 
 private:
-    /// Blocks from one of a page on to one of another page, which is no longer among them.
-    struct Stretch {
-        std::size_t page, block;
-        std::size_t endPage, endBlock;
-    };
-
     void ReadHeader();
     const TiffLayout& GetLayout(std::size_t page) const { return found.layouts[found.pages[page].layout]; }
     std::size_t GetPageBytes() const { return header.GetSliceBytes() / arrangement.channels; }
@@ -100,9 +95,7 @@ private:
     void ReadPages(std::size_t first, std::size_t count, std::byte* to);
     void ReadPlainPages(std::size_t first, std::size_t count, std::byte* to) const;
     void DecodePages(std::size_t first, std::size_t count, std::byte* to);
-    Stretch CutInHalf(Stretch& stretch) const;
     TiffCodec& GetCodec(std::size_t i);
-    void DecodeStretch(TiffCodec& codec, const Stretch& stretch, std::size_t firstPage, std::byte* to) const;
     void DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block, std::vector<std::byte>& scratch,
                      std::byte* page) const;
 
@@ -198,49 +191,49 @@ void TiffSource::ReadPlainPages(std::size_t first, std::size_t count, std::byte*
 }
 
 void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to) {
-    Stretch here{first, 0, first + count, 0};
-    const bool isPacked = GetLayout(first).compression != packedPlain;
-    const bool isOneBlock = count == 1 && GetLayout(first).GetBlockCount() == 1;
-    if (!isPacked || isOneBlock || GetPageBytes() * count < bytesForTwoThreads)
-        return DecodeStretch(GetCodec(0), here, first, to);
+    std::vector<std::size_t> blocksOfPages(count);
+    for (std::size_t i = 0; i < count; ++i)
+        blocksOfPages[i] = GetLayout(first + i).GetBlockCount();
+    BlockQueue queue(std::move(blocksOfPages));
 
-    // The second half in a thread of its own, with a handle of its own. It ends with this call, whatever happens.
-    const Stretch there = CutInHalf(here);
-    TiffCodec& codec = GetCodec(1);
+    const auto decode = [&](TiffCodec& codec, BlockQueue::End end) {
+        std::vector<std::byte> scratch;
+        while (const auto place = queue.Take(end)) {
+            const std::size_t page = first + place->page;
+            codec.GoTo(found.pages[page].number, found.pages[page].at, GetLayout(page));
+            DecodeBlock(codec, GetLayout(page), place->block, scratch, to + place->page * GetPageBytes());
+        }
+    };
+    TiffCodec& codec = GetCodec(0);
+    const bool isPacked = GetLayout(first).compression != packedPlain;
+    if (!isPacked || queue.GetCount() < 2 || GetPageBytes() * count < bytesForTwoThreads)
+        return decode(codec, BlockQueue::End::Front);
+
+    // A second thread with a handle of its own comes from the other end. It ends with this call, whatever happens.
+    TiffCodec& other = GetCodec(1);
     std::exception_ptr failure;
-    std::jthread helper;
-    try {
-        helper = std::jthread([&] {
-            try {
-                DecodeStretch(codec, there, first, to);
-            } catch (...) {
-                failure = std::current_exception();
-            }
-        });
-    } catch (const std::system_error&) { // no more threads to be had
-        DecodeStretch(GetCodec(0), here, first, to);
-        DecodeStretch(codec, there, first, to);
-        return;
+    {
+        std::jthread helper;
+        try {
+            helper = std::jthread([&] {
+                try {
+                    decode(other, BlockQueue::End::Back);
+                } catch (...) {
+                    failure = std::current_exception();
+                    queue.Close();
+                }
+            });
+        } catch (const std::system_error&) { // no more threads to be had: this one does it all
+        }
+        try {
+            decode(codec, BlockQueue::End::Front);
+        } catch (...) {
+            queue.Close();
+            throw;
+        }
     }
-    DecodeStretch(GetCodec(0), here, first, to);
-    helper.join();
     if (failure)
         std::rethrow_exception(failure);
-}
-
-/// Leaves the first half of the blocks in a stretch and returns the second.
-TiffSource::Stretch TiffSource::CutInHalf(Stretch& stretch) const {
-    std::size_t blocks = 0;
-    for (std::size_t i = stretch.page; i < stretch.endPage; ++i)
-        blocks += GetLayout(i).GetBlockCount();
-    std::size_t left = blocks / 2;
-    std::size_t page = stretch.page;
-    while (left >= GetLayout(page).GetBlockCount())
-        left -= GetLayout(page++).GetBlockCount();
-    const Stretch second{page, left, stretch.endPage, stretch.endBlock};
-    stretch.endPage = page;
-    stretch.endBlock = left;
-    return second;
 }
 
 TiffCodec& TiffSource::GetCodec(std::size_t i) {
@@ -251,21 +244,6 @@ TiffCodec& TiffSource::GetCodec(std::size_t i) {
         codecs[i] = std::make_unique<TiffCodec>(*file, largest);
     }
     return *codecs[i];
-}
-
-void TiffSource::DecodeStretch(TiffCodec& codec, const Stretch& stretch, std::size_t firstPage, std::byte* to) const {
-    std::vector<std::byte> scratch;
-    for (std::size_t i = stretch.page; i <= stretch.endPage; ++i) {
-        const std::size_t from = i == stretch.page ? stretch.block : 0;
-        const std::size_t end = i == stretch.endPage ? stretch.endBlock : GetLayout(i).GetBlockCount();
-        if (from >= end)
-            continue;
-        const TiffLayout& layout = GetLayout(i);
-        codec.GoTo(found.pages[i].number, found.pages[i].at, layout);
-        for (std::size_t block = from; block < end; ++block)
-            DecodeBlock(codec, layout, static_cast<std::uint32_t>(block), scratch,
-                        to + (i - firstPage) * GetPageBytes());
-    }
 }
 
 void TiffSource::DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block,

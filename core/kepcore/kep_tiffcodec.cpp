@@ -94,11 +94,9 @@ void TiffCodec::Fail(const std::string& where, const std::string& what) const {
 void TiffCodec::GoTo(std::size_t number, std::uint64_t directoryAt, const TiffLayout& pageLayout) {
     if (isOnPage && page == number)
         return;
-    const bool isNext = isOnPage && page + 1 == number;
     page = number;
     isOnPage = false;
-    const int done = isNext ? TIFFReadDirectory(handle) : TIFFSetSubDirectory(handle, directoryAt);
-    if (done == 0 || !channel->message.empty())
+    if (TIFFSetSubDirectory(handle, directoryAt) == 0 || !channel->message.empty())
         Fail("", channel->message.empty() ? "its directory is not sound" : channel->message);
     if (pageLayout.photometric == meansYCbCr)
         TIFFSetField(handle, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);

@@ -25,7 +25,7 @@ public:
     TiffCodec(const TiffCodec&) = delete;
     TiffCodec& operator=(const TiffCodec&) = delete;
 
-    /// Steps to a page. Steps to the next one are cheap.
+    /// Goes to a page, at the same cost from everywhere; to the present one at none.
     /// @param number       of the directory in the file, counted from 0
     /// @param directoryAt  its position
     /// @throws IOException damaged, or libtiff sees another layout than the given one
