@@ -66,7 +66,7 @@ struct QuickRule {
 
 /// Raises the numbers of a line to those of some lines beside it, taken in order.
 template <typename Rule, std::size_t Lines, typename C>
-void RaiseTo(C* line, const std::array<const C*, Lines>& others, std::size_t count) {
+void RaiseTo(C* line, const std::array<const C*, Lines> others, std::size_t count) {
     constexpr std::size_t width = Pack<C>::size;
     constexpr std::size_t packs = 4; // a cache line
     std::size_t i = 0;
