@@ -132,6 +132,9 @@ TEST_F(SequenceFiles, CanBeReadAgainByTheContainersOwnNames) {
     image.ReadSequence(image.GetImageNames(), false);
     EXPECT_EQ(image.GetNumFrames(), 2U);
     EXPECT_EQ(image.GetVoxel(0, 1), 30);
+    image.ReadSequence_First(image.GetImageNames(), false);
+    EXPECT_EQ(image.GetNumFrames(), 1U);
+    EXPECT_EQ(image.GetImageName(0), Name("a.tif"));
 }
 
 TEST_F(SequenceFiles, WithoutNamesAreRefusedAndTheOldContentsStay) {

@@ -133,6 +133,13 @@ TEST(InsertFrame, RefusesVoxelsInANeverFilledContainer) {
     EXPECT_EQ(image.GetExtremes(), mor::ExtremaValues<int>());
 }
 
+TEST(InsertFrame, OfNoVoxelsAsTheFirstFrameSetsTheEmptyExtremes) {
+    Sequence s({10, 20});
+    s.image.DestroyData(); // the extremes stay 10 and 20
+    s.image.InsertFrame(Frame(), "nothing", -1);
+    EXPECT_EQ(s.image.GetExtremes(), mor::ExtremaValues<int>());
+}
+
 TEST(InsertFrame, TestsInOrder) {
     Sequence s({10});
     Frame* const none = nullptr;
