@@ -1,0 +1,18 @@
+#pragma once
+
+#include "core/kepcore/kep_export.h"
+
+#include <string>
+
+namespace kep {
+
+/// Versions of the libraries that read and write files, as they are loaded now: "4.5.0", "1.2.13".
+struct KEP_EXPORT CodecVersions {
+    std::string libtiff;
+    std::string zlib;
+    std::string libarchive;
+};
+
+KEP_EXPORT CodecVersions GetCodecVersions();
+
+} // namespace kep

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <wx/log.h>
+
+namespace zelviewer {
+
+/// Where the toolkit's and the library's log goes. Left to itself the toolkit opens a box for each message, also for
+/// one that only tells of progress. Here only errors open one, the rest goes to standard error.
+class HostLog : public wxLogGui {
+public:
+    /// @param verbose  messages are printed too, not only warnings
+    /// @param boxless  errors are printed instead of shown
+    HostLog(bool verbose, bool boxless) : m_verbose(verbose), m_boxless(boxless) {}
+
+protected:
+    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo& info) override;
+
+private:
+    bool m_verbose;
+    bool m_boxless;
+};
+
+} // namespace zelviewer

@@ -1,0 +1,48 @@
+#include "host/message.h"
+#include "host/options.h"
+#include "host/report.h"
+#include "host/run.h"
+
+#include <cstdio>
+
+namespace {
+
+int Print(const std::string& text) {
+    std::fputs(text.c_str(), stdout);
+    if (std::fflush(stdout) == 0)
+        return 0;
+    zelviewer::PrintMessage("Cannot write to standard output.");
+    return 1;
+}
+
+int Run(const zelviewer::CommandLine& line, char* programName) {
+    switch (line.command) {
+    case zelviewer::Command::Help:
+        return Print(line.text);
+    case zelviewer::Command::Version:
+        return Print(zelviewer::VersionText());
+    case zelviewer::Command::Refuse:
+        zelviewer::PrintMessage(line.text);
+        return 2;
+    case zelviewer::Command::Run:
+        break;
+    }
+    if (!line.options.info)
+        return zelviewer::RunViewer(line.options, programName);
+    const zelviewer::Report report = zelviewer::MakeReport(line.options);
+    for (const std::string& message : report.messages)
+        zelviewer::PrintMessage(message);
+    const int printed = Print(report.text);
+    return report.messages.empty() ? printed : 1;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    try {
+        return Run(zelviewer::ParseCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc}), argv[0]);
+    } catch (const std::exception& error) {
+        zelviewer::PrintMessage(error.what());
+        return 1;
+    }
+}

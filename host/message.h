@@ -1,0 +1,33 @@
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+namespace zelviewer {
+
+/// Ends the program with 1. Its text is what stands behind "zelviewer: ", mostly "NAME: reason".
+class Failure : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// Writes a line on standard error.
+void PrintMessage(const std::string& text);
+
+/// While one lives, warnings that don't say what they are about are about this file.
+class FileInHand {
+public:
+    explicit FileInHand(const std::string& name);
+    ~FileInHand();
+    FileInHand(const FileInHand&) = delete;
+    FileInHand& operator=(const FileInHand&) = delete;
+};
+
+/// Writes a line on standard error, with the name of the file in hand if there is one.
+void PrintWarning(const std::string& text);
+
+/// "NAME: reason" from the text of an exception that itself speaks of the file: "ReadImage(): The file 'a.tif' is
+/// damaged: ..." becomes "a.tif: The file is damaged: ...".
+std::string NameAndReason(const std::string& fileName, const std::string& exceptionText);
+
+} // namespace zelviewer

@@ -1,0 +1,91 @@
+#include "host/opening.h"
+
+#include "host/message.h"
+#include "host/proportions.h"
+#include "host/readingprogress.h"
+#include "host/synthetic.h"
+
+#include <wx/filefn.h>
+
+namespace zelviewer {
+
+namespace {
+
+/// File names as the library takes them. It turns them back by the same conversion.
+wxArrayString ToArray(const std::vector<std::string>& names) {
+    wxArrayString array;
+    for (const std::string& name : names) {
+        const wxString converted(name.c_str(), *wxConvFileName);
+        if (name != static_cast<const char*>(converted.fn_str()))
+            throw Failure(name + ": The file's name is not valid in the present locale.");
+        array.Add(converted);
+    }
+    return array;
+}
+
+} // namespace
+
+OpeningPlan PlanOpening(const Options& options) {
+    OpeningPlan plan;
+    std::uint64_t voxels = 0;
+    bool first = true;
+    for (const std::string& name : options.files) {
+        try {
+            const kep::ImageInfo info = kep::ReadImageInfo(name.c_str());
+            const DisplayType type = DisplayTypeFor(info.voxelType);
+            plan.type = first ? type : WiderType(plan.type, type);
+            first = false;
+            voxels += std::uint64_t{info.size.x} * info.size.y * info.size.z;
+        } catch (const kep::LibException& error) {
+            throw Failure(NameAndReason(name, error.GetText()));
+        }
+    }
+    if (options.binary)
+        plan.type = DisplayType::Gray8;
+    if (options.type)
+        plan.type = *options.type;
+    plan.bytes = voxels * WithVoxelType(plan.type, [](auto type) { return sizeof(typename decltype(type)::type); });
+    return plan;
+}
+
+template <typename T>
+std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan) {
+    const wxArrayString names = ToArray(options.files);
+    ReadingProgress progress(options.files.size(), plan.bytes, !options.screenshot);
+    auto image = std::make_unique<mor::Image4d<T>>();
+    for (std::size_t t = 0; t < options.files.size(); ++t) {
+        if (!progress.Report(t))
+            throw Failure("Reading was cancelled.");
+        const FileInHand inHand(options.files[t]);
+        try {
+            if (t == 0)
+                image->ReadSequence_First(names, options.binary);
+            else
+                image->ReadSequence_Next(names, options.binary);
+        } catch (const kep::LibException& error) {
+            throw Failure(NameAndReason(options.files[t], error.GetText()));
+        } catch (const std::bad_alloc&) {
+            throw Failure(options.files[t] + ": Not enough memory.");
+        }
+    }
+    image->SetResolution(CompleteResolution(image->GetResolution(), options.resolution));
+    return image;
+}
+
+#define ZEL_INSTANTIATE(T) template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&);
+KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
+#undef ZEL_INSTANTIATE
+
+std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells() {
+    std::vector<SyntheticFrame> frames = MakeSyntheticCells();
+    const kep::Image3d<unsigned short>& first = *frames.front().intensity;
+    auto image = std::make_unique<mor::Image4d<unsigned short>>(&first.GetOffset(), &first.GetResolution());
+    image->MakeRoom(first.GetSize(), 0);
+    for (SyntheticFrame& frame : frames) {
+        image->InsertFrame(frame.intensity.get(), "Synthetic cells", -1);
+        frame.intensity.release(); // the sequence has taken it
+    }
+    return image;
+}
+
+} // namespace zelviewer

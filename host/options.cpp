@@ -1,0 +1,145 @@
+#include "host/options.h"
+
+#include <CLI/CLI.hpp>
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+
+namespace zelviewer {
+
+namespace {
+
+const char* const description = "Shows the XY, XZ and YZ cuts of microscope images.\n"
+                                "Reads TIFF and ICS files, one per time point. Without files it shows synthetic cells.";
+
+const char* const footer = "Examples:\n"
+                           "  zelviewer stack.tif                        shows one volume\n"
+                           "  zelviewer time_*.ics                       shows a time sequence\n"
+                           "  zelviewer --resolution 10,10,3 stack.tif   tells the voxel size that the file lacks\n"
+                           "  zelviewer --info --json *.tif              says what the files are\n"
+                           "\n"
+                           "Ends with 0, with 1 if something failed, with 2 for wrong use.";
+
+/// Three finite numbers above 0, with commas between.
+std::optional<kep::Vector3d<float>> ParseResolution(const std::string& text) {
+    kep::Vector3d<float> values;
+    const char* at = text.data();
+    const char* const end = text.data() + text.size();
+    for (float* value : {&values.x, &values.y, &values.z}) {
+        if (value != &values.x && (at == end || *at++ != ','))
+            return std::nullopt;
+        const auto [next, error] = std::from_chars(at, end, *value);
+        if (error != std::errc() || !std::isfinite(*value) || *value <= 0.0F)
+            return std::nullopt;
+        at = next;
+    }
+    return at == end ? std::optional(values) : std::nullopt;
+}
+
+std::optional<DisplayType> ParseType(const std::string& text) {
+    for (const auto& [name, type] : DisplayTypeNames())
+        if (name == text)
+            return type;
+    return std::nullopt;
+}
+
+std::string JoinedTypeNames() {
+    std::string names;
+    for (const auto& [name, type] : DisplayTypeNames())
+        names += (names.empty() ? "" : ", ") + name;
+    return names;
+}
+
+std::string InOneLine(std::string text) {
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    text.erase(text.find_last_not_of(' ') + 1);
+    return text;
+}
+
+/// What is wrong with options that are each right; empty if nothing is.
+std::string FindConflict(const Options& options) {
+    if (options.json && !options.info)
+        return "--json goes with --info.";
+    if (options.info && options.screenshot)
+        return "--info and --screenshot exclude each other.";
+    if (!options.files.empty())
+        return {};
+    const char* const needsFile = options.info         ? "--info"
+                                  : options.type       ? "--type"
+                                  : options.binary     ? "--binary"
+                                  : options.resolution ? "--resolution"
+                                                       : nullptr;
+    return needsFile != nullptr ? std::string(needsFile) + " needs a FILE." : std::string();
+}
+
+} // namespace
+
+CommandLine ParseCommandLine(std::vector<std::string> arguments) {
+    CommandLine line;
+    Options& options = line.options;
+    bool showVersion = false;
+    std::string type, resolution, screenshot;
+
+    CLI::App app(description, "zelviewer");
+    app.footer(footer);
+    app.get_formatter()->column_width(28);
+    app.set_help_flag("-h,--help", "Print this help and leave");
+    app.add_flag("--version", showVersion, "Print the versions of program and libraries, and leave");
+    app.add_option("FILE", options.files, "Image files, one per time point, alike in size and voxel size")
+        ->type_name("");
+    const CLI::Option* const typeOption =
+        app.add_option("--type", type,
+                       "Read as this voxel type instead of the files' own:\n" + JoinedTypeNames() +
+                           ".\nA file whose voxels don't fit is refused")
+            ->type_name("NAME");
+    app.add_flag("--binary", options.binary, "The files hold two-valued images: what is not 0 is set");
+    const CLI::Option* const resolutionOption =
+        app.add_option("--resolution", resolution,
+                       "Pixels per micron along each axis, for files that don't say;\nwhat a file says stands")
+            ->type_name("X,Y,Z");
+    app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
+    const CLI::Option* const screenshotOption =
+        app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
+            ->type_name("FILE.png");
+    app.add_flag("--info", options.info, "Print what the files are, without reading voxels, and leave");
+    app.add_flag("--json", options.json, "With --info: as JSON");
+    app.add_flag("--verbose", options.verbose, "Tell on standard error what is being read");
+
+    const auto refuse = [&line](std::string text) {
+        line.command = Command::Refuse;
+        line.text = std::move(text);
+        return line;
+    };
+    try {
+        std::reverse(arguments.begin(), arguments.end()); // CLI11 takes them from the back
+        app.parse(std::move(arguments));
+    } catch (const CLI::CallForHelp&) {
+        line.command = Command::Help;
+        line.text = app.help();
+        return line;
+    } catch (const CLI::ParseError& error) {
+        return refuse(InOneLine(error.what()));
+    }
+    if (showVersion) {
+        line.command = Command::Version;
+        return line;
+    }
+    if (typeOption->count() > 0) {
+        options.type = ParseType(type);
+        if (!options.type)
+            return refuse("--type " + type + ": use one of " + JoinedTypeNames() + ".");
+    }
+    if (resolutionOption->count() > 0) {
+        options.resolution = ParseResolution(resolution);
+        if (!options.resolution)
+            return refuse("--resolution " + resolution + ": use three numbers above 0, such as 10,10,3.3.");
+    }
+    if (screenshotOption->count() > 0)
+        options.screenshot = screenshot;
+    if (std::string conflict = FindConflict(options); !conflict.empty())
+        return refuse(std::move(conflict));
+    return line;
+}
+
+} // namespace zelviewer

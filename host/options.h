@@ -1,0 +1,43 @@
+#pragma once
+
+#include "core/kepcore/kep_vector.h"
+#include "host/displaytype.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace zelviewer {
+
+/// What the command line asks for. File names are in the file system's encoding.
+struct Options {
+    std::vector<std::string> files;                 ///< one per time point; none: synthetic cells
+    std::optional<DisplayType> type;                ///< voxel type to read as; none: the files' own
+    bool binary = false;                            ///< the files hold two-valued images
+    std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
+    bool voxels = false;                            ///< one pixel a voxel instead of true proportions
+    std::optional<std::string> screenshot;          ///< write the picture here and leave
+    bool info = false;                              ///< print what the files are and leave
+    bool json = false;                              ///< the same as JSON
+    bool verbose = false;                           ///< the library's messages go to standard error
+};
+
+/// What to do after reading the command line.
+enum class Command {
+    Run,     ///< follow the options
+    Help,    ///< print the text
+    Version, ///< print the versions
+    Refuse   ///< print the text, which is one line, as an error
+};
+
+struct CommandLine {
+    Command command = Command::Run;
+    Options options;
+    std::string text;
+};
+
+/// Reads a command line. Never throws for what a user types.
+/// @param arguments  without the program's own name
+CommandLine ParseCommandLine(std::vector<std::string> arguments);
+
+} // namespace zelviewer

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/kepcore/kep_resolution.h"
+
+#include <optional>
+
+namespace zelviewer {
+
+/// A file's resolution, with what it lacks taken from the user's. What the file says stands.
+kep::Resolution CompleteResolution(const kep::Resolution& stored, const std::optional<kep::Vector3d<float>>& given);
+
+/// The scale at which an image opens.
+struct OpeningScale {
+    kep::Vector3d<float> scale; ///< pixels per micron
+    bool proportional = true;   ///< false: voxels are shown as cubes although they are not
+};
+
+/// The smallest scale in true proportions at which no axis gets less than one pixel a voxel. Where the sides of a
+/// voxel differ more than a hundredfold, one pixel a voxel instead: such an image would be a line on the screen, and
+/// its voxel size is nearly always a mistake of units.
+OpeningScale ChooseScale(const kep::Resolution& resolution);
+
+} // namespace zelviewer

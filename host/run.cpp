@@ -1,0 +1,41 @@
+#include "host/run.h"
+
+#include "host/hostlog.h"
+#include "host/message.h"
+#include "host/viewerapp.h"
+
+#include <wx/init.h>
+#include <wx/log.h>
+
+#include <cstdlib>
+
+namespace zelviewer {
+
+namespace {
+
+/// Starts the toolkit with an application object, which it then owns.
+bool StartToolkit(ViewerApp* app, char* programName) {
+    setenv("GDK_BACKEND", "x11", 0); // OpenGL windows need it, under Wayland too
+    wxApp::SetInstance(app);
+    int count = 1;
+    char* arguments[] = {programName, nullptr};
+    const wxLogNull quiet; // its own words about a missing display would come beside ours
+    return wxEntryStart(count, arguments);
+}
+
+} // namespace
+
+int RunViewer(const Options& options, char* programName) {
+    if (!StartToolkit(new ViewerApp(options), programName)) {
+        PrintMessage(
+            "There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, or --info.");
+        return 1;
+    }
+    wxLog::SetActiveTarget(new HostLog(options.verbose, options.screenshot.has_value()));
+    const int result = wxTheApp->CallOnInit() ? wxTheApp->OnRun() : 1;
+    wxTheApp->OnExit();
+    wxEntryCleanup();
+    return result;
+}
+
+} // namespace zelviewer

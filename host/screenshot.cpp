@@ -1,0 +1,38 @@
+#include "host/screenshot.h"
+
+#include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/kep_exceptions.h"
+
+#include <wx/mstream.h>
+
+namespace zelviewer {
+
+wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
+    const wxSize size = canvas.GetClientSize();
+    const wxColour ground = canvas.GetBackgroundColour();
+    wxImage picture(size.x, size.y);
+    picture.SetRGB(wxRect(size), ground.Red(), ground.Green(), ground.Blue());
+    const int edge = canvas.GetBorder() / 2;
+    for (const zel::zel_ProjectionType type : {zel::zel_PT_XY, zel::zel_PT_XZ, zel::zel_PT_YZ}) {
+        zel::zel_DrWin3d* const window = canvas.GetDrWin(type);
+        if (!window->IsShown())
+            continue;
+        window->Render();
+        const wxPoint at = window->GetPosition();
+        picture.Paste(window->GetPointerImage(), at.x + edge, at.y + edge);
+    }
+    return picture;
+}
+
+void WritePng(const wxImage& picture, const std::string& fileName) {
+    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr)
+        wxImage::AddHandler(new wxPNGHandler);
+    wxMemoryOutputStream bytes;
+    if (!picture.SaveFile(bytes, wxBITMAP_TYPE_PNG))
+        throw kep::IOException("The picture cannot be made into a PNG file.");
+    kep::AtomicFile file(fileName);
+    file.Write(bytes.GetOutputStreamBuffer()->GetBufferStart(), static_cast<std::size_t>(bytes.GetLength()));
+    file.Commit();
+}
+
+} // namespace zelviewer

@@ -1,0 +1,149 @@
+#include "host/viewerapp.h"
+
+#include "host/message.h"
+#include "host/opening.h"
+#include "host/screenshot.h"
+
+#include <wx/modalhook.h>
+#include <wx/msgdlg.h>
+
+namespace zelviewer {
+
+namespace {
+
+constexpr int patienceMilliseconds = 30'000; // for a window to paint; a busy machine takes its time
+
+/// Without a user nobody answers a box: its text goes to standard error.
+class BoxlessMode : public wxModalDialogHook {
+public:
+    BoxlessMode() { Register(); }
+    ~BoxlessMode() override { Unregister(); }
+    BoxlessMode(const BoxlessMode&) = delete;
+    BoxlessMode& operator=(const BoxlessMode&) = delete;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        const auto* const box = dynamic_cast<wxMessageDialog*>(dialog);
+        PrintWarning((box != nullptr ? box->GetMessage() : dialog->GetTitle()).utf8_string());
+        return wxID_OK;
+    }
+};
+
+} // namespace
+
+ViewerApp::ViewerApp(const Options& options) : m_options(options) {}
+
+int ViewerApp::OnRun() {
+    const auto boxless = m_options.screenshot ? std::make_unique<BoxlessMode>() : nullptr;
+    try {
+        m_frame = OpenFrame();
+        m_firstPaint = std::make_unique<FirstPaint>(m_frame->GetCanvas(), [this] { OnFirstPaint(); });
+        if (m_options.screenshot) {
+            m_patience.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
+                PrintMessage(*m_options.screenshot + ": The window was not painted.");
+                LeaveWith(1);
+            });
+            m_patience.StartOnce(patienceMilliseconds);
+        }
+        m_frame->Show();
+    } catch (const std::exception& error) {
+        PrintMessage(error.what());
+        return 1;
+    }
+    wxApp::OnRun();
+    return m_exitCode;
+}
+
+ImageFrame* ViewerApp::OpenFrame() {
+    if (m_options.files.empty())
+        return new TypedImageFrame<unsigned short>(OpenSyntheticCells(), m_options.voxels);
+    const OpeningPlan plan = PlanOpening(m_options);
+    return WithVoxelType(plan.type, [&](auto type) -> ImageFrame* {
+        using T = typename decltype(type)::type;
+        return new TypedImageFrame<T>(ReadFiles<T>(m_options, plan), m_options.voxels);
+    });
+}
+
+void ViewerApp::OnFirstPaint() {
+    m_frame->FitToImage(); // what the window manager puts around the window counts only now
+    if (m_options.screenshot)
+        CallAfter([this] { TakeScreenshot(); });
+}
+
+void ViewerApp::TakeScreenshot() {
+    try {
+        WritePng(ComposePicture(m_frame->GetCanvas()), *m_options.screenshot);
+        LeaveWith(0);
+    } catch (const kep::LibException& error) {
+        PrintMessage(NameAndReason(*m_options.screenshot, error.GetText()));
+        LeaveWith(1);
+    }
+}
+
+void ViewerApp::LeaveWith(int exitCode) {
+    m_exitCode = exitCode;
+    m_frame->Destroy();
+    ExitMainLoop();
+}
+
+bool ViewerApp::OnExceptionInMainLoop() {
+    ReportException();
+    return true;
+}
+
+/// What is thrown out of a pending event would otherwise fly through the toolkit's loop.
+void ViewerApp::ProcessPendingEvents() {
+    try {
+        wxApp::ProcessPendingEvents();
+    } catch (...) {
+        ReportException();
+    }
+}
+
+/// Reports the exception that is being handled.
+void ViewerApp::ReportException() {
+    try {
+        throw;
+    } catch (const std::bad_alloc&) {
+        ReportError("There is not enough memory.");
+    } catch (const std::exception& error) {
+        ReportError(error.what());
+    } catch (...) {
+        ReportError("Something went wrong that has no name.");
+    }
+}
+
+void ViewerApp::ReportError(const std::string& text) {
+    if (m_options.screenshot) {
+        PrintMessage(text);
+        LeaveWith(1);
+        return;
+    }
+    // What a paint throws comes again when the box has gone: it is shown once, or nobody could close the program.
+    constexpr long soon = 2000; // ms
+    if (m_errorIsShown || (text == m_lastError && m_sinceLastError.Time() < soon)) {
+        PrintMessage(text);
+        m_sinceLastError.Start();
+        return;
+    }
+    m_errorIsShown = true;
+    ShowError(text);
+    m_errorIsShown = false;
+    m_lastError = text;
+    m_sinceLastError.Start();
+}
+
+void ViewerApp::ShowError(const std::string& text) {
+    wxMessageBox(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR, GetTopWindow());
+}
+
+void ViewerApp::OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
+                                const wxChar* message) {
+    if (!m_options.screenshot) {
+        wxApp::OnAssertFailure(file, line, function, condition, message);
+        return;
+    }
+    PrintMessage((wxString("Assertion failed: ") << condition << " in " << function).utf8_string());
+}
+
+} // namespace zelviewer

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "host/firstpaint.h"
+#include "host/imageframe.h"
+#include "host/options.h"
+
+#include <wx/app.h>
+#include <wx/stopwatch.h>
+#include <wx/timer.h>
+
+#include <memory>
+#include <string>
+
+namespace zelviewer {
+
+/// The program with a window: opens it, or writes its picture and leaves.
+class ViewerApp : public wxApp {
+public:
+    explicit ViewerApp(const Options& options);
+
+    bool OnInit() override { return true; } // the command line was read before the toolkit started
+    int OnRun() override;
+
+    /// No exception ends the program: each is shown in a box, and the loop goes on.
+    bool OnExceptionInMainLoop() override;
+    void ProcessPendingEvents() override;
+    void OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,
+                         const wxChar* message) override;
+
+protected:
+    /// Opens what the options name.
+    /// @throws Failure
+    virtual ImageFrame* OpenFrame();
+    /// Shows a text, in a window that must be answered.
+    virtual void ShowError(const std::string& text);
+
+private:
+    void OnFirstPaint();
+    void TakeScreenshot();
+    void LeaveWith(int exitCode);
+    void ReportException();
+    void ReportError(const std::string& text);
+
+    Options m_options;
+    ImageFrame* m_frame = nullptr;
+    std::unique_ptr<FirstPaint> m_firstPaint;
+    wxTimer m_patience;
+    int m_exitCode = 0;
+    bool m_errorIsShown = false;
+    std::string m_lastError;
+    wxStopWatch m_sinceLastError;
+};
+
+} // namespace zelviewer

@@ -1,0 +1,116 @@
+#include "host/info.h"
+
+#include <nlohmann/json.hpp>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace zelviewer {
+namespace {
+
+using nlohmann::json;
+using testing::HasSubstr;
+using testing::Not;
+
+FileInfo Stack() {
+    FileInfo file;
+    file.name = "folder/stack.tif";
+    file.info.format = kep::FF_TIFF;
+    file.info.size = {512, 400, 30};
+    file.info.voxelType = kep::VoxelType::Gray16;
+    file.info.storedType = "12-bit unsigned";
+    file.info.compression = "LZW";
+    file.info.resolution = {10, 10, 4};
+    file.info.offset = {1, -2.5F, 0};
+    file.info.description = {{"Software", "a microscope"}};
+    file.info.fileSize = 8'250'000;
+    return file;
+}
+
+TEST(Info, TextTellsWhatTheFileIs) {
+    EXPECT_EQ(InfoAsText({Stack()}), "folder/stack.tif\n"
+                                     "  format       TIFF, LZW, 8.2 MB\n"
+                                     "  size         512 x 400 x 30 voxels\n"
+                                     "  voxels       12-bit unsigned, shown as gray16\n"
+                                     "  voxel size   0.1 x 0.1 x 0.25 microns\n"
+                                     "  resolution   10 x 10 x 4 pixels per micron\n"
+                                     "  offset       1, -2.5, 0 microns\n"
+                                     "  description\n"
+                                     "    Software: a microscope\n");
+}
+
+TEST(Info, WhatIsNotKnownIsSaid) {
+    FileInfo file = Stack();
+    file.info.resolution = {10, 10, 0};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("voxel size   0.1 x 0.1 x ? microns"));
+    file.info.resolution = {};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("voxel size   not known\n"));
+    EXPECT_THAT(InfoAsText({file}), Not(HasSubstr("resolution")));
+}
+
+TEST(Info, SeveralFilesAreComparedAsASequence) {
+    FileInfo other = Stack();
+    EXPECT_THAT(InfoAsText({Stack(), other}), HasSubstr("2 frames of one sequence, shown as gray16\n"));
+    other.info.voxelType = kep::VoxelType::Float;
+    EXPECT_THAT(InfoAsText({Stack(), other}), HasSubstr("2 frames of one sequence, shown as float\n"));
+    other.info.resolution = {10, 10, 4.0000005F};
+    EXPECT_THAT(InfoAsText({Stack(), other}), HasSubstr("form no sequence"));
+}
+
+TEST(Info, NothingInADescriptionReachesTheTerminalAsACommand) {
+    FileInfo file = Stack();
+    file.info.description = {{"k\x1B[2J", "red \x1B[31m\a\r\nnext\xC2\x9B"
+                                          "31m \xC2\xB5m\n\n"}};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("    k?[2J: red ?[31m?\n      next?31m \xC2\xB5m\n"));
+}
+
+TEST(Info, LongDescriptionsAreCutBetweenCharactersInTextOnly) {
+    FileInfo file = Stack();
+    // 1499 bytes, then micro signs of two bytes each: the first would be cut in its middle.
+    const std::string text = std::string(1499, 'x') + "\xC2\xB5\xC2\xB5";
+    file.info.description = {{"k", text}};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("xx\n      (cut; 1503 bytes in all, see --json)\n"));
+    EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["description"]["k"], text);
+}
+
+TEST(Info, JsonCarriesEverything) {
+    const json report = json::parse(InfoAsJson({Stack(), Stack()}));
+    const json& file = report["files"][1];
+    EXPECT_EQ(file["name"], "folder/stack.tif");
+    EXPECT_EQ(file["format"], "TIFF");
+    EXPECT_EQ(file["compression"], "LZW");
+    EXPECT_EQ(file["fileSize"], 8'250'000);
+    EXPECT_EQ(file["size"], json({512, 400, 30}));
+    EXPECT_EQ(file["voxelType"], "gray16");
+    EXPECT_EQ(file["storedType"], "12-bit unsigned");
+    EXPECT_EQ(file["shownAs"], "gray16");
+    EXPECT_EQ(file["pixelsPerMicron"], json({10, 10, 4}));
+    EXPECT_EQ(file["offset"], json({1, -2.5, 0}));
+    EXPECT_EQ(file["description"]["Software"], "a microscope");
+    EXPECT_EQ(report["sequence"], json({{"frames", 2}, {"alike", true}, {"shownAs", "gray16"}}));
+}
+
+TEST(Info, JsonSaysNullForWhatIsNotKnown) {
+    FileInfo file = Stack();
+    file.info.resolution = {10, std::numeric_limits<float>::infinity(), 0};
+    EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["pixelsPerMicron"], json({10, nullptr, nullptr}));
+    EXPECT_TRUE(json::parse(InfoAsJson({}))["sequence"].is_null());
+}
+
+TEST(Info, JsonWritesFloatsWithTheDigitsTheyNeed) {
+    FileInfo file = Stack();
+    file.info.resolution = {0.1F, 11.299435F, 1e10F};
+    EXPECT_THAT(InfoAsJson({file}), HasSubstr("0.1,"));
+    EXPECT_THAT(InfoAsJson({file}), HasSubstr("11.299435,"));
+}
+
+TEST(Info, JsonStaysValidWhateverBytesAFileHolds) {
+    FileInfo file = Stack();
+    file.name = "caf\xE9.tif";
+    EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["name"], "caf\xEF\xBF\xBD.tif");
+}
+
+} // namespace
+} // namespace zelviewer

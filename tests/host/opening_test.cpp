@@ -1,0 +1,139 @@
+#include "host/message.h"
+#include "host/opening.h"
+#include "tests/core/kepcore/scratchfolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace zelviewer {
+namespace {
+
+using testing::HasSubstr;
+
+class Opening : public testing::Test {
+protected:
+    /// Writes a frame of 3 x 2 x 2 voxels, the first of which is `first` and the rest T(). @return its name
+    template <typename T>
+    std::string Write(const std::string& name, T first, const kep::Resolution& resolution = {}) {
+        kep::Image3d<T> frame(nullptr, &resolution);
+        frame.MakeRoom(3, 2, 2);
+        frame.Fill(T());
+        frame.SetVoxel(0, first);
+        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
+        return folder / name;
+    }
+    static Options For(const std::vector<std::string>& files) {
+        Options options;
+        options.files = files;
+        options.screenshot = "unused.png"; // no dialog
+        return options;
+    }
+    template <typename T>
+    static std::unique_ptr<mor::Image4d<T>> Read(const Options& options) {
+        return ReadFiles<T>(options, PlanOpening(options));
+    }
+    template <typename T>
+    static std::string FailureOf(const Options& options) {
+        try {
+            Read<T>(options);
+        } catch (const Failure& failure) {
+            return failure.what();
+        }
+        return "no failure";
+    }
+
+    ScratchFolder folder;
+};
+
+TEST_F(Opening, EveryTypeOfFileHasATypeThatIsShown) {
+    using Short = unsigned short;
+    EXPECT_EQ(PlanOpening(For({Write<unsigned char>("a.tif", 7)})).type, DisplayType::Gray8);
+    EXPECT_EQ(PlanOpening(For({Write<unsigned short>("b.tif", 7)})).type, DisplayType::Gray16);
+    EXPECT_EQ(PlanOpening(For({Write<int>("c.tif", -7)})).type, DisplayType::Int);
+    EXPECT_EQ(PlanOpening(For({Write<unsigned long long>("d.tif", 7)})).type, DisplayType::Int);
+    EXPECT_EQ(PlanOpening(For({Write<float>("e.tif", 7)})).type, DisplayType::Float);
+    EXPECT_EQ(PlanOpening(For({Write<double>("f.tif", 7)})).type, DisplayType::Float);
+    EXPECT_EQ(PlanOpening(For({Write<kep::RGB_generic<unsigned char>>("g.tif", {1, 2, 3})})).type, DisplayType::RGB8);
+    EXPECT_EQ(PlanOpening(For({Write<kep::RGB_generic<Short>>("h.tif", {1, 2, 3})})).type, DisplayType::RGB16);
+    EXPECT_EQ(PlanOpening(For({Write<std::complex<float>>("i.ics", {1, 2})})).type, DisplayType::Complex);
+    EXPECT_EQ(PlanOpening(For({Write<std::complex<double>>("j.ics", {1, 2})})).type, DisplayType::Complex);
+    EXPECT_EQ(PlanOpening(For({Write<bool>("k.tif", true)})).type, DisplayType::Gray8);
+}
+
+TEST_F(Opening, TheWantedTypeWinsAndTheBytesAreThoseInMemory) {
+    Options options = For({Write<unsigned char>("a.tif", 7), Write<unsigned char>("b.tif", 8)});
+    EXPECT_EQ(PlanOpening(options).bytes, 2U * 12U);
+    options.type = DisplayType::Complex;
+    EXPECT_EQ(PlanOpening(options).type, DisplayType::Complex);
+    EXPECT_EQ(PlanOpening(options).bytes, 2U * 12U * 8U);
+}
+
+TEST_F(Opening, FilesOfDifferentTypesAreReadInOneThatHoldsBoth) {
+    const std::string narrow = Write<unsigned char>("a.tif", 7), wide = Write<unsigned short>("b.tif", 700);
+    const Options options = For({narrow, wide});
+    ASSERT_EQ(PlanOpening(options).type, DisplayType::Gray16);
+    const auto image = Read<unsigned short>(options);
+    ASSERT_EQ(image->GetNumFrames(), 2U);
+    EXPECT_EQ(image->GetVoxel(0, 0), 7);
+    EXPECT_EQ(image->GetVoxel(0, 1), 700);
+    EXPECT_EQ(image->GetImageName(1), wxString(wide));
+}
+
+TEST_F(Opening, WiderTypes) {
+    EXPECT_EQ(WiderType(DisplayType::Int, DisplayType::Gray8), DisplayType::Int);
+    EXPECT_EQ(WiderType(DisplayType::Float, DisplayType::Complex), DisplayType::Complex);
+    EXPECT_EQ(WiderType(DisplayType::RGB8, DisplayType::RGB16), DisplayType::RGB16);
+    EXPECT_EQ(WiderType(DisplayType::RGB8, DisplayType::Gray8), DisplayType::RGB8);
+    EXPECT_EQ(WiderType(DisplayType::Gray16, DisplayType::RGB8), DisplayType::RGB16);
+}
+
+TEST_F(Opening, ValuesAreKeptOrTheFileIsRefused) {
+    EXPECT_EQ(Read<int>(For({Write<unsigned long long>("a.tif", 2'147'483'647ULL)}))->GetVoxel(0, 0), 2'147'483'647);
+    const std::string large = Write<unsigned long long>("b.tif", 2'147'483'648ULL);
+    EXPECT_EQ(FailureOf<int>(For({large})),
+              large + ": The value 2147483648 at (0, 0, 0) does not fit into 32-bit integer.");
+}
+
+TEST_F(Opening, BinaryFilesBecome0And255) {
+    Options options = For({Write<unsigned short>("a.tif", 3)});
+    options.binary = true;
+    ASSERT_EQ(PlanOpening(options).type, DisplayType::Gray8);
+    const auto image = Read<unsigned char>(options);
+    EXPECT_EQ(image->GetVoxel(0, 0), 255);
+    EXPECT_EQ(image->GetVoxel(1, 0), 0);
+}
+
+TEST_F(Opening, AMissingFileIsFoundBeforeAnyIsRead) {
+    const std::string good = Write<unsigned char>("a.tif", 7), missing = folder / "b.tif";
+    EXPECT_EQ(FailureOf<unsigned char>(For({good, missing})), missing + ": Cannot open the file.");
+}
+
+TEST_F(Opening, AFileThatDoesNotBelongToTheSequenceIsNamed) {
+    const std::string first = Write<unsigned char>("a.tif", 7, {1, 1, 1});
+    const std::string second = Write<unsigned char>("b.tif", 7, {2, 2, 2});
+    EXPECT_EQ(FailureOf<unsigned char>(For({first, second})),
+              second + ": The frame metadata differs from the sequence metadata!");
+}
+
+TEST_F(Opening, TheResolutionIsSetOnlyWhereTheFileHasNone) {
+    Options options = For({Write<unsigned char>("a.tif", 7), Write<unsigned char>("b.tif", 7)});
+    options.resolution = kep::Vector3d<float>(5, 6, 7);
+    const auto image = Read<unsigned char>(options);
+    EXPECT_EQ(image->GetResolution(), kep::Resolution(5, 6, 7));
+    EXPECT_EQ(image->TestConsistency(), 0);
+    options.files = {Write<unsigned char>("c.ics", 7, {1, 2, 3})};
+    EXPECT_EQ(Read<unsigned char>(options)->GetResolution(), kep::Resolution(1, 2, 3));
+}
+
+TEST_F(Opening, TheSyntheticSequenceIsConsistent) {
+    const auto image = OpenSyntheticCells();
+    EXPECT_EQ(image->TestConsistency(), 0);
+    EXPECT_EQ(image->GetNumFrames(), 10U);
+    EXPECT_GT(image->GetCachedMaxValue(), 500);
+    EXPECT_LT(image->GetCachedMinValue(), 150);
+}
+
+} // namespace
+} // namespace zelviewer

@@ -1,0 +1,102 @@
+#include "host/options.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zelviewer {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+
+TEST(Options, NothingAsksForTheSyntheticCells) {
+    const CommandLine line = ParseCommandLine({});
+    EXPECT_EQ(line.command, Command::Run);
+    EXPECT_THAT(line.options.files, IsEmpty());
+    EXPECT_FALSE(line.options.type || line.options.resolution || line.options.screenshot);
+    EXPECT_FALSE(line.options.binary || line.options.voxels || line.options.info || line.options.json ||
+                 line.options.verbose);
+}
+
+TEST(Options, FilesKeepTheirOrderAndStandAnywhere) {
+    const CommandLine line = ParseCommandLine({"b.tif", "--voxels", "a.tif", "--verbose", "c.ics"});
+    EXPECT_EQ(line.command, Command::Run);
+    EXPECT_THAT(line.options.files, ElementsAre("b.tif", "a.tif", "c.ics"));
+    EXPECT_TRUE(line.options.voxels);
+    EXPECT_TRUE(line.options.verbose);
+}
+
+TEST(Options, WhatStandsBehindTwoDashesIsAFile) {
+    EXPECT_THAT(ParseCommandLine({"--", "--info"}).options.files, ElementsAre("--info"));
+}
+
+TEST(Options, ValuesDoNotSwallowFiles) {
+    const CommandLine line = ParseCommandLine(
+        {"--resolution", "10,9.5,0.25", "a.tif", "--type", "gray16", "b.tif", "--screenshot", "c.png", "d.tif"});
+    ASSERT_EQ(line.command, Command::Run) << line.text;
+    EXPECT_THAT(line.options.files, ElementsAre("a.tif", "b.tif", "d.tif"));
+    EXPECT_EQ(line.options.resolution, (kep::Vector3d<float>(10, 9.5F, 0.25F)));
+    EXPECT_EQ(line.options.type, DisplayType::Gray16);
+    EXPECT_EQ(line.options.screenshot, "c.png");
+}
+
+TEST(Options, EveryTypeHasAName) {
+    const std::vector<std::pair<const char*, DisplayType>> cases = {
+        {"gray8", DisplayType::Gray8},    {"gray16", DisplayType::Gray16}, {"int", DisplayType::Int},
+        {"float", DisplayType::Float},    {"rgb", DisplayType::RGB8},      {"rgb16", DisplayType::RGB16},
+        {"complex", DisplayType::Complex}};
+    for (const auto& [name, type] : cases) {
+        EXPECT_EQ(ParseCommandLine({"--type", name, "a.tif"}).options.type, type) << name;
+        EXPECT_EQ(NameOf(type), name);
+    }
+}
+
+TEST(Options, HelpNamesEveryOption) {
+    const CommandLine line = ParseCommandLine({"--help"});
+    EXPECT_EQ(line.command, Command::Help);
+    for (const char* option : {"--type", "--binary", "--resolution", "--voxels", "--screenshot", "--info", "--json",
+                               "--verbose", "--help", "--version", "FILE"})
+        EXPECT_THAT(line.text, HasSubstr(option));
+    EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
+}
+
+TEST(Options, HelpWinsOverFiles) {
+    EXPECT_EQ(ParseCommandLine({"a.tif", "--help"}).command, Command::Help);
+}
+
+TEST(Options, VersionNeedsNothingElse) {
+    EXPECT_EQ(ParseCommandLine({"--version"}).command, Command::Version);
+}
+
+TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
+    const std::vector<std::pair<std::vector<std::string>, const char*>> cases = {
+        {{"--frob"}, "--frob"},
+        {{"--type"}, "--type"},
+        {{"--type", "gray12", "a.tif"}, "gray12"},
+        {{"--resolution", "1,2", "a.tif"}, "1,2"},
+        {{"--resolution", "1,2,3,4", "a.tif"}, "1,2,3,4"},
+        {{"--resolution", "1,2,0", "a.tif"}, "1,2,0"},
+        {{"--resolution", "1,2,-3", "a.tif"}, "1,2,-3"},
+        {{"--resolution", "1,2,nan", "a.tif"}, "nan"},
+        {{"--resolution", "1,2,inf", "a.tif"}, "inf"},
+        {{"--resolution", "1,2,3x", "a.tif"}, "3x"},
+        {{"--resolution", "1;2;3", "a.tif"}, "1;2;3"},
+        {{"--json", "a.tif"}, "--json"},
+        {{"--info"}, "--info needs a FILE"},
+        {{"--binary"}, "--binary needs a FILE"},
+        {{"--type", "int"}, "--type needs a FILE"},
+        {{"--resolution", "1,1,1"}, "--resolution needs a FILE"},
+        {{"--info", "--screenshot", "a.png", "a.tif"}, "--screenshot"},
+    };
+    for (const auto& [arguments, part] : cases) {
+        const CommandLine line = ParseCommandLine(arguments);
+        EXPECT_EQ(line.command, Command::Refuse) << part;
+        EXPECT_THAT(line.text, HasSubstr(part));
+        EXPECT_THAT(line.text, Not(HasSubstr("\n")));
+    }
+}
+
+} // namespace
+} // namespace zelviewer

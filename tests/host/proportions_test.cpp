@@ -1,0 +1,42 @@
+#include "host/proportions.h"
+
+#include <gtest/gtest.h>
+
+namespace zelviewer {
+namespace {
+
+using Scale = kep::Vector3d<float>;
+
+TEST(Proportions, TheFinestAxisGetsOnePixelAVoxelAndTheOthersMore) {
+    // Voxels of 0.1 x 0.2 x 0.5 microns: 10 pixels per micron everywhere make them 1 x 2 x 5 pixels.
+    const OpeningScale opening = ChooseScale({10, 5, 2});
+    EXPECT_EQ(opening.scale, Scale(10, 10, 10));
+    EXPECT_TRUE(opening.proportional);
+    EXPECT_EQ(ChooseScale({1, 2, 8}).scale, Scale(8, 8, 8));
+}
+
+TEST(Proportions, WithoutVoxelSizeAVoxelIsAPixel) {
+    EXPECT_EQ(ChooseScale({}).scale, Scale(1, 1, 1));
+}
+
+TEST(Proportions, AMissingComponentCountsAsTheFirstGoodOne) {
+    EXPECT_EQ(ChooseScale({4, 8, 0}).scale, Scale(8, 8, 8)); // z counts as 4
+}
+
+TEST(Proportions, VoxelsLikeNeedlesAreShownAsCubes) {
+    EXPECT_TRUE(ChooseScale({10, 10, 0.1F}).proportional); // a hundredfold is still taken as it is
+    const OpeningScale opening = ChooseScale({10, 10, 0.09F});
+    EXPECT_FALSE(opening.proportional);
+    EXPECT_EQ(opening.scale, Scale(10, 10, 0.09F));
+}
+
+TEST(Proportions, TheUserOnlySaysWhatTheFileDoesNot) {
+    const std::optional<Scale> given = Scale(7, 8, 9);
+    EXPECT_EQ(CompleteResolution({}, given), kep::Resolution(7, 8, 9));
+    EXPECT_EQ(CompleteResolution({1, 2, 3}, given), kep::Resolution(1, 2, 3));
+    EXPECT_EQ(CompleteResolution({1, 2, 0}, given), kep::Resolution(1, 2, 9));
+    EXPECT_EQ(CompleteResolution({1, 2, 0}, std::nullopt), kep::Resolution(1, 2, 0));
+}
+
+} // namespace
+} // namespace zelviewer

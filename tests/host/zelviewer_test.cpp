@@ -1,0 +1,287 @@
+// Runs the program itself, as a user does: what it prints, how it ends, and the pictures it writes.
+
+#include "image/kep.h"
+#include "tests/core/kepcore/scratchfolder.h"
+
+#include <nlohmann/json.hpp>
+
+#include <wx/image.h>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using nlohmann::json;
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::Not;
+using testing::StartsWith;
+
+struct Outcome {
+    int exitCode = -1;
+    std::string output, errors;
+};
+
+enum class Display { Present, None };
+
+class ZelViewer : public testing::Test {
+protected:
+    Outcome Run(std::vector<std::string> arguments, Display display = Display::Present) {
+        const std::string output = folder / "stdout", errors = folder / "stderr";
+        arguments.insert(arguments.begin(), ZELVIEWER);
+        std::vector<char*> argv;
+        for (std::string& argument : arguments)
+            argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        const pid_t child = fork();
+        if (child == 0) {
+            if (display == Display::None) {
+                unsetenv("DISPLAY");
+                unsetenv("WAYLAND_DISPLAY");
+            }
+            dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
+            dup2(open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
+            execv(argv[0], argv.data());
+            _exit(127);
+        }
+        int status = 0;
+        EXPECT_EQ(waitpid(child, &status, 0), child);
+        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(output), ReadBytes(errors)};
+    }
+
+    /// A frame whose voxels name their place: x + 2 y + 5 z. @return its file name
+    std::string WriteRamp(const std::string& name, const kep::Resolution& resolution = {}) {
+        kep::Image3d<unsigned char> frame(nullptr, &resolution);
+        frame.MakeRoom(sizeX, sizeY, sizeZ);
+        for (std::size_t i = 0; i < frame.GetNumVoxels(); ++i) {
+            const kep::Vector3d<std::size_t> p = frame.GetPos(i);
+            frame.SetVoxel(i, static_cast<unsigned char>(p.x + 2 * p.y + 5 * p.z));
+        }
+        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
+        return folder / name;
+    }
+
+    /// Takes a screenshot, which must succeed without a word. @return its picture
+    wxImage Screenshot(std::vector<std::string> arguments) {
+        const std::string name = folder / "picture.png";
+        arguments.insert(arguments.end(), {"--screenshot", name});
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "");
+        if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr)
+            wxImage::AddHandler(new wxPNGHandler);
+        return wxImage(wxString(name), wxBITMAP_TYPE_PNG);
+    }
+
+    static constexpr std::size_t sizeX = 40, sizeY = 30, sizeZ = 10;
+    ScratchFolder folder;
+};
+
+TEST_F(ZelViewer, HelpAndVersionNeedNoDisplay) {
+    const Outcome help = Run({"--help"}, Display::None);
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_THAT(help.output, HasSubstr("Usage: zelviewer"));
+    EXPECT_EQ(help.errors, "");
+    const Outcome version = Run({"--version"}, Display::None);
+    EXPECT_EQ(version.exitCode, 0);
+    EXPECT_THAT(version.output, StartsWith("zelviewer " ZEL_VERSION "\n"));
+    const std::string number = " [0-9]+\\.[0-9]+(\\.[0-9.]+)?\n";
+    EXPECT_THAT(version.output, MatchesRegex("zelviewer" + number + "wxWidgets" + number + "libtiff" + number + "zlib" +
+                                             number + "libarchive" + number));
+    EXPECT_EQ(version.errors, "");
+}
+
+TEST_F(ZelViewer, WrongUseEndsWith2AndOneLine) {
+    const Outcome outcome = Run({"--frob"}, Display::None);
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.output, "");
+    EXPECT_THAT(outcome.errors, MatchesRegex("zelviewer: [^\n]*--frob\n"));
+}
+
+TEST_F(ZelViewer, WithoutADisplayItSaysSoInOneLine) {
+    for (const std::vector<std::string>& arguments :
+         {std::vector<std::string>{}, {WriteRamp("a.tif")}, {"--screenshot", folder / "a.png"}}) {
+        const Outcome outcome = Run(arguments, Display::None);
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_THAT(outcome.errors, MatchesRegex("zelviewer: There is no display[^\n]*\n"));
+    }
+}
+
+TEST_F(ZelViewer, AMissingFileEndsWith1AndItsName) {
+    const std::string missing = folder / "missing.tif", good = WriteRamp("a.tif");
+    for (const std::vector<std::string>& arguments : {std::vector<std::string>{missing},
+                                                      {good, missing},
+                                                      {"--screenshot", folder / "a.png", missing},
+                                                      {"--info", missing}}) {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": Cannot open the file.\n");
+    }
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
+}
+
+TEST_F(ZelViewer, AFileThatIsNoImageIsNamed) {
+    const std::string name = folder / "text.tif";
+    WriteBytes(name, "This is no image.");
+    const Outcome outcome = Run({name});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": The file is not an ICS or TIFF image.\n");
+}
+
+TEST_F(ZelViewer, InfoTellsTheSizeWithoutADisplay) {
+    const std::string name = WriteRamp("a.tif", {2, 2, 1});
+    const Outcome text = Run({"--info", name}, Display::None);
+    EXPECT_EQ(text.exitCode, 0);
+    EXPECT_THAT(text.output, StartsWith(name + "\n"));
+    EXPECT_THAT(text.output, HasSubstr("40 x 30 x 10 voxels"));
+    EXPECT_THAT(text.output, HasSubstr("0.5 x 0.5 x 1 microns"));
+    const Outcome report = Run({"--info", "--json", name, WriteRamp("b.ics", {2, 2, 1})}, Display::None);
+    EXPECT_EQ(report.exitCode, 0);
+    const json parsed = json::parse(report.output);
+    EXPECT_EQ(parsed["files"][0]["format"], "TIFF");
+    EXPECT_EQ(parsed["files"][1]["format"], "ICS");
+    EXPECT_EQ(parsed["files"][1]["size"], json({40, 30, 10}));
+    EXPECT_EQ(parsed["files"][1]["voxelType"], "gray8");
+    EXPECT_EQ(parsed["sequence"]["alike"], true);
+}
+
+TEST_F(ZelViewer, InfoTellsOfTheOtherFilesToo) {
+    const std::string good = WriteRamp("a.tif"), missing = folder / "missing.tif";
+    const Outcome outcome = Run({"--info", missing, good});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.output, StartsWith(good + "\n"));
+    EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": Cannot open the file.\n");
+}
+
+/// Whether the picture shows the ramp's three middle cuts, one pixel a voxel, in windows whose frame lines are `edge`
+/// pixels wide. The rows and columns of the cut are left out: it may be marked there.
+bool ShowsTheRamp(const wxImage& picture, int edge) {
+    constexpr int x0 = 20, y0 = 15, z0 = 5;                                                     // the middle voxel
+    const auto level = [](int value) { return static_cast<int>(value * 255.0 / 142.0 + 0.5); }; // 39 + 58 + 45 = 142
+    const auto shows = [&](int px, int py, int value) {
+        const int l = level(value);
+        return picture.GetRed(px, py) == l && picture.GetGreen(px, py) == l && picture.GetBlue(px, py) == l;
+    };
+    const auto marked = [](int a, int cutA, int b, int cutB) {
+        return std::abs(a - cutA) <= 1 || std::abs(b - cutB) <= 1;
+    };
+    const int xy = 1 + edge;
+    const int yz = xy + 40 + 2 * edge; // behind the XY window
+    const int xz = xy + 30 + 2 * edge;
+    for (int y = 0; y < 30; ++y)
+        for (int x = 0; x < 40; ++x)
+            if (!marked(x, x0, y, y0) && !shows(xy + x, xy + y, x + 2 * y + 5 * z0))
+                return false;
+    for (int z = 0; z < 10; ++z)
+        for (int x = 0; x < 40; ++x)
+            if (!marked(x, x0, z, z0) && !shows(xy + x, xz + z, x + 2 * y0 + 5 * z))
+                return false;
+    for (int y = 0; y < 30; ++y)
+        for (int z = 0; z < 10; ++z)
+            if (!marked(z, z0, y, y0) && !shows(yz + z, xy + y, x0 + 2 * y + 5 * z))
+                return false;
+    return true;
+}
+
+/// The same, for frame lines of any width that leaves the whole picture to be seen.
+bool ShowsTheRamp(const wxImage& picture) {
+    return ShowsTheRamp(picture, 0) || ShowsTheRamp(picture, 1) || ShowsTheRamp(picture, 2);
+}
+
+TEST_F(ZelViewer, AScreenshotShowsTheThreeMiddleCutsExactly) {
+    const wxImage picture = Screenshot({WriteRamp("a.tif")});
+    ASSERT_TRUE(picture.IsOk());
+    // Six pixels are added to each window: 40 + 6 + 10 + 6 wide and 30 + 6 + 10 + 6 high.
+    ASSERT_EQ(picture.GetSize(), wxSize(62, 52));
+    EXPECT_TRUE(ShowsTheRamp(picture));
+}
+
+TEST_F(ZelViewer, VoxelsHaveTrueProportionsUnlessTheUserWantsPixels) {
+    // Voxels of 0.5 x 0.5 x 1 microns: two pixels along Z, so Z takes 20.
+    const std::string name = WriteRamp("a.tif", {2, 2, 1});
+    EXPECT_EQ(Screenshot({name}).GetSize(), wxSize(40 + 6 + 20 + 6, 30 + 6 + 20 + 6));
+    const wxImage picture = Screenshot({"--voxels", name});
+    ASSERT_EQ(picture.GetSize(), wxSize(62, 52));
+    EXPECT_TRUE(ShowsTheRamp(picture));
+}
+
+TEST_F(ZelViewer, TheUserTellsTheVoxelSizeThatAFileLacks) {
+    EXPECT_EQ(Screenshot({"--resolution", "4,4,1", WriteRamp("a.tif")}).GetSize(), wxSize(40 + 6 + 40 + 6, 82));
+}
+
+TEST_F(ZelViewer, ASequenceOfFilesIsRead) {
+    const std::string first = WriteRamp("a.tif"), second = WriteRamp("b.ics");
+    EXPECT_EQ(Screenshot({first, second}).GetSize(), wxSize(62, 52));
+    const Outcome outcome = Run({"--verbose", first, second, "--screenshot", folder / "a.png"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.errors, HasSubstr("I_Reading: " + second));
+}
+
+TEST_F(ZelViewer, EveryVoxelTypeIsShown) {
+    const std::string name = WriteRamp("a.tif");
+    for (const char* type : {"gray8", "gray16", "int", "float"}) {
+        const wxImage picture = Screenshot({"--type", type, name});
+        ASSERT_EQ(picture.GetSize(), wxSize(62, 52)) << type;
+        EXPECT_TRUE(ShowsTheRamp(picture)) << type;
+    }
+    // Of a real number the amplitude is the number itself.
+    const wxImage amplitudes = Screenshot({"--type", "complex", name});
+    EXPECT_TRUE(ShowsTheRamp(amplitudes));
+    // Colours are not stretched: voxel (0, 0, 5) is 25.
+    const wxImage colours = Screenshot({"--type", "rgb", name});
+    ASSERT_EQ(colours.GetSize(), wxSize(62, 52));
+    EXPECT_EQ(colours.GetRed(1 + 4, 1 + 4), colours.GetBlue(1 + 4, 1 + 4));
+    EXPECT_THAT(colours.GetRed(4, 4), testing::AllOf(testing::Ge(25 + 2 * 3), testing::Le(25 + 3 * 3)));
+    // 16 bits show the high byte, which is 0 here.
+    EXPECT_EQ(Screenshot({"--type", "rgb16", name}).GetRed(20, 10), 0);
+}
+
+TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
+    kep::Image3d<float> frame;
+    frame.MakeRoom(8, 8, 4);
+    frame.Fill(1.0F);
+    frame.SetVoxel(5, NAN);
+    const std::string name = folder / "nan.tif";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    const Outcome outcome = Run({name, "--screenshot", folder / "a.png"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_THAT(outcome.errors, HasSubstr("zelviewer: " + name + ": "));
+    EXPECT_THAT(outcome.errors, HasSubstr("invalid values"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "a.png"));
+}
+
+TEST_F(ZelViewer, TheSyntheticCellsAreShownWithoutFiles) {
+    const wxImage picture = Screenshot({});
+    // 320 x 280 x 32 voxels of 0.2 x 0.2 x 0.6 microns: Z takes 96 pixels.
+    ASSERT_EQ(picture.GetSize(), wxSize(320 + 6 + 96 + 6, 280 + 6 + 96 + 6));
+    int dark = 0, bright = 0;
+    for (int y = 10; y < 270; ++y)
+        for (int x = 10; x < 310; ++x) {
+            dark += picture.GetRed(x, y) < 30;
+            bright += picture.GetRed(x, y) > 100;
+        }
+    EXPECT_GT(dark, 260 * 300 / 3);    // background
+    EXPECT_GT(bright, 260 * 300 / 50); // nuclei
+}
+
+TEST_F(ZelViewer, APictureThatCannotBeWrittenEndsWith1) {
+    const std::string name = folder / "no such folder/a.png";
+    const Outcome outcome = Run({WriteRamp("a.tif"), "--screenshot", name});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_THAT(outcome.errors, MatchesRegex("zelviewer: " + name + ": Cannot write the file: [^\n]*\n"));
+}
+
+TEST_F(ZelViewer, NamesNeedNotBeAscii) {
+    EXPECT_EQ(Screenshot({WriteRamp("K\xC3\xB6rner 100%d.tif")}).GetSize(), wxSize(62, 52));
+}
+
+} // namespace
