@@ -4,10 +4,10 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <ctime>
 #include <exception>
 #include <limits>
 #include <memory>
@@ -27,10 +27,16 @@ std::vector<Row>& GetRows() {
     return rows;
 }
 
-double Measure(const std::function<void()>& call) {
-    const auto start = std::chrono::steady_clock::now();
+double Now(bool processorTime) {
+    timespec now{};
+    clock_gettime(processorTime ? CLOCK_PROCESS_CPUTIME_ID : CLOCK_MONOTONIC, &now);
+    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+}
+
+double Measure(const std::function<void()>& call, bool processorTime) {
+    const double start = Now(processorTime);
     call();
-    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    return Now(processorTime) - start;
 }
 
 void RunComparison(benchmark::State& state, const std::string& name, const Comparison& comparison) {
@@ -38,8 +44,8 @@ void RunComparison(benchmark::State& state, const std::string& name, const Compa
     double work = std::numeric_limits<double>::infinity();
     double yardstick = work;
     for (auto _ : state) {
-        yardstick = std::min(yardstick, Measure(comparison.yardstick));
-        const double seconds = Measure(comparison.work);
+        yardstick = std::min(yardstick, Measure(comparison.yardstick, comparison.processorTime));
+        const double seconds = Measure(comparison.work, comparison.processorTime);
         work = std::min(work, seconds);
         state.SetIterationTime(seconds);
     }
@@ -63,7 +69,7 @@ void RunComparison(benchmark::State& state, const std::string& name, const Compa
 
 } // namespace
 
-void AddComparison(const std::string& name, std::function<Comparison()> prepare) {
+void AddComparison(const std::string& name, std::function<Comparison()> prepare, double seconds) {
     // Google Benchmark calls the function anew for each number of rounds that it tries; the input is made once.
     auto prepared = std::make_shared<std::unique_ptr<Comparison>>();
     benchmark::RegisterBenchmark(name.c_str(),
@@ -77,6 +83,7 @@ void AddComparison(const std::string& name, std::function<Comparison()> prepare)
                                      }
                                  })
         ->UseManualTime()
+        ->MinTime(seconds)
         ->Unit(benchmark::kMillisecond);
 }
 

@@ -13,10 +13,12 @@ struct Comparison {
     std::string unit = "copies"; ///< what the yardstick does, in the plural
     double limit = 0.0;          ///< times the yardstick that the work may take
     std::size_t bytes = 0;       ///< that must be moved
+    bool processorTime = false;  ///< of this process, for what waits for others, such as the display
 };
 
 /// Registers a benchmark. `prepare` is called once, when the benchmark is chosen to run; it may throw.
-void AddComparison(const std::string& name, std::function<Comparison()> prepare);
+/// @param seconds  that the work alone takes in all rounds together, or little more
+void AddComparison(const std::string& name, std::function<Comparison()> prepare, double seconds = 0.5);
 
 /// One line a benchmark that has run: name, ms, times the yardstick, limit, and "ok" or "OVER".
 void PrintComparisons();

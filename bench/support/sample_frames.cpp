@@ -83,3 +83,5 @@ std::shared_ptr<const kep::Image3d<T>> GetSampleFrame() {
 #define ZEL_INSTANTIATE(T) template std::shared_ptr<const kep::Image3d<T>> GetSampleFrame<T>();
 KEP_GRAY_TYPES(ZEL_INSTANTIATE)
 KEP_COLOUR_TYPES(ZEL_INSTANTIATE)
+ZEL_INSTANTIATE(unsigned long long)
+ZEL_INSTANTIATE(double)

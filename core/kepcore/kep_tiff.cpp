@@ -68,9 +68,11 @@ void DescribeTags(const TiffValues& values, const TiffDirectory& directory, cons
 
 std::vector<RGB_generic<unsigned short>> ReadPalette(const TiffValues& values, const TiffDirectory& directory,
                                                      const TiffLayout& layout) {
+    if (layout.photometric != meansPalette || layout.bits > 16)
+        return {};
     const std::size_t colours = std::size_t{1} << layout.bits;
     const TiffEntry entry = directory.Find(tagColourMap);
-    if (layout.photometric != meansPalette || entry.count < 3 * colours)
+    if (entry.count < 3 * colours)
         return {};
     const std::vector<std::uint64_t> numbers = values.ReadNumbers(entry, 3 * colours);
     std::vector<RGB_generic<unsigned short>> palette(colours);

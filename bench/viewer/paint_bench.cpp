@@ -1,0 +1,167 @@
+// The whole way of a paint, for three windows of 1000 x 800 pixels together, beside three bare blits of windows of the
+// same sizes.
+
+#include "bench/support/comparison.h"
+#include "bench/support/sample_frames.h"
+#include "viewer/zel_imagecanvas3d.h"
+
+#include <wx/app.h>
+#include <wx/dcclient.h>
+#include <wx/dcmemory.h>
+#include <wx/evtloop.h>
+#include <wx/frame.h>
+#include <wx/stopwatch.h>
+
+#include <memory>
+
+void AddPaintBenchmarks();
+
+namespace {
+
+using namespace zel;
+
+void Pump(long milliseconds) {
+    wxEventLoopBase* const loop = wxEventLoopBase::GetActive();
+    const wxStopWatch watch;
+    while (watch.Time() < milliseconds) {
+        while (loop->Pending())
+            loop->Dispatch();
+        wxTheApp->ProcessPendingEvents();
+        loop->ProcessIdle();
+        wxMilliSleep(1);
+    }
+}
+
+/// 16 bits to gray through a table, as the viewer's own mappers do.
+class TableMapper : public zel_Mapper<unsigned short> {
+public:
+    TableMapper() {
+        for (std::size_t i = 0; i < m_levels.size(); ++i)
+            m_levels[i] = static_cast<unsigned char>(i >> 4);
+    }
+    void Map(const unsigned short* data, ColourBuffer& buffer) const override {
+        const std::size_t count = static_cast<std::size_t>(buffer.width) * static_cast<std::size_t>(buffer.height);
+        for (std::size_t i = 0; i < count; ++i) {
+            const unsigned char level = m_levels[data[i]];
+            buffer.data[i] = {level, level, level};
+        }
+    }
+
+private:
+    std::vector<unsigned char> m_levels = std::vector<unsigned char>(65536);
+};
+
+/// Windows that do nothing but blit a picture.
+class BareWindow : public wxWindow {
+public:
+    BareWindow(wxWindow* parent, const wxRect& place)
+        : wxWindow(parent, wxID_ANY, place.GetPosition(), place.GetSize(), wxBORDER_SUNKEN | wxWANTS_CHARS),
+          m_picture(GetClientSize()) {
+        Bind(wxEVT_ERASE_BACKGROUND, [](wxEraseEvent&) {});
+        Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
+            wxPaintDC dc(this);
+            wxMemoryDC picture;
+            picture.SelectObjectAsSource(m_picture);
+            dc.Blit(0, 0, m_picture.GetWidth(), m_picture.GetHeight(), &picture, 0, 0, wxCOPY);
+        });
+    }
+
+private:
+    wxBitmap m_picture;
+};
+
+/// The canvas on a frame of 1000 x 800, and bare windows of the same sizes on another.
+class Stage {
+public:
+    Stage() {
+        const kep::Resolution resolution(1, 1, 1);
+        m_image = std::make_unique<mor::Image4d<unsigned short>>(nullptr, &resolution);
+        const auto sample = GetSampleFrame<unsigned short>();
+        m_image->MakeRoom(sample->GetSize(), 2);
+        for (std::size_t t = 0; t < 2; ++t)
+            m_image->GetVoxelData(t) = sample->GetVoxelData();
+        m_frame = MakeFrame();
+        m_canvas = new zel_ImageViewer3dCanvas<unsigned short>(m_frame, m_mapper, m_image.get(), false, wxID_ANY,
+                                                               wxDefaultPosition, wxDefaultSize);
+        Show(*m_frame);
+        m_canvas->ZoomIn();
+        Pump(200);
+        m_bareFrame = MakeFrame();
+        m_barePanel = new wxPanel(m_bareFrame);
+        for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ})
+            m_bare.push_back(new BareWindow(m_barePanel, m_canvas->GetDrWin(type)->GetRect()));
+        Show(*m_bareFrame);
+    }
+
+    void PaintAll() {
+        m_canvas->MakeDirtyAndRefresh(zel_PT_ALL);
+        m_canvas->Update();
+    }
+    void MapAnew() {
+        zel_MappingEvent event(true);
+        m_canvas->MappingChanged(event);
+        m_canvas->Update();
+    }
+    void BlitAgain() {
+        m_canvas->Refresh(false);
+        m_canvas->Update();
+    }
+    void ChangeCut() {
+        m_canvas->OnCutChange(zel_PT_XY);
+        m_canvas->Update();
+    }
+    void BareBlits() {
+        for (BareWindow* window : m_bare) {
+            window->Refresh(false);
+            window->Update();
+        }
+    }
+    std::size_t GetPixels() const {
+        std::size_t pixels = 0;
+        for (const BareWindow* window : m_bare)
+            pixels += static_cast<std::size_t>(window->GetClientSize().x * window->GetClientSize().y);
+        return pixels;
+    }
+
+private:
+    static wxFrame* MakeFrame() {
+        auto* const frame = new wxFrame(nullptr, wxID_ANY, "bench");
+        frame->SetClientSize(1000, 800);
+        return frame;
+    }
+    static void Show(wxFrame& frame) {
+        frame.Show();
+        Pump(300);
+    }
+
+    TableMapper m_mapper;
+    std::unique_ptr<mor::Image4d<unsigned short>> m_image;
+    wxFrame* m_frame = nullptr;
+    zel_ImageViewer3dCanvas<unsigned short>* m_canvas = nullptr;
+    wxFrame* m_bareFrame = nullptr;
+    wxPanel* m_barePanel = nullptr;
+    std::vector<BareWindow*> m_bare;
+};
+
+void Add(const std::string& name, double limit, void (Stage::*work)()) {
+    AddComparison(name, [limit, work] {
+        static Stage stage;
+        Comparison comparison;
+        comparison.work = [work] { (stage.*work)(); };
+        comparison.yardstick = [] { stage.BareBlits(); };
+        comparison.unit = "blits";
+        comparison.limit = limit;
+        comparison.bytes = stage.GetPixels() * 3;
+        comparison.processorTime = true;
+        return comparison;
+    });
+}
+
+} // namespace
+
+void AddPaintBenchmarks() {
+    Add("paint/resample, map, draw", 6.0, &Stage::PaintAll);
+    Add("paint/map, draw", 5.0, &Stage::MapAnew);
+    Add("paint/one cut", 3.0, &Stage::ChangeCut);
+    Add("paint/draw", 3.0, &Stage::BlitAgain);
+}
