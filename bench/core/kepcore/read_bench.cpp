@@ -1,0 +1,79 @@
+#include "bench/core/kepcore/plain_libraries.h"
+#include "bench/support/comparison.h"
+#include "bench/support/sample_frames.h"
+#include "bench/support/scratch_folder.h"
+
+#include <algorithm>
+#include <functional>
+#include <stdexcept>
+#include <tiffio.h>
+
+namespace {
+
+using Write = std::function<void(const std::string& name, const SampleFrame& frame)>;
+using Read = std::function<void(const std::string& name, std::vector<unsigned short>& to)>;
+
+/// How a file is read: into a frame that has its voxels, or into a new one, whose memory is untouched.
+enum class Target { SameFrame, NewFrame };
+
+void AddReading(const std::string& what, const std::string& fileName, const Write& write, const Read& alone,
+                const std::string& unit, double limit, Target target = Target::SameFrame) {
+    const auto prepare = [=] {
+        const auto sample = GetSampleFrame<unsigned short>();
+        const std::string name = GetScratchName(fileName);
+        write(name, *sample); // which leaves the file in the page cache
+
+        const auto frame = std::make_shared<SampleFrame>();
+        frame->ReadImage(name.c_str(), nullptr, false, -1, nullptr, nullptr);
+        const auto buffer = std::make_shared<std::vector<unsigned short>>(MakeBuffer(*sample));
+        if (!std::equal(sample->begin(), sample->end(), frame->begin(), frame->end()))
+            throw std::runtime_error(name + " does not read to what was written");
+
+        const auto work = [=] {
+            if (target == Target::SameFrame) {
+                frame->ReadImage(name.c_str(), nullptr, false, -1, nullptr, nullptr);
+                return;
+            }
+            SampleFrame fresh;
+            fresh.ReadImage(name.c_str(), nullptr, false, -1, nullptr, nullptr);
+        };
+        return Comparison{.work = work,
+                          .yardstick = [=] { alone(name, *buffer); },
+                          .unit = unit,
+                          .limit = limit,
+                          .bytes = buffer->size() * sizeof(unsigned short)};
+    };
+    AddComparison(what, prepare, 2.0);
+}
+
+Write MakeTiffWriter(int compression, int predictor) {
+    return [=](const std::string& name, const SampleFrame& frame) {
+        WriteTiffAlone(name, frame, {compression, predictor, 6, 64});
+    };
+}
+Write MakeIcsWriter(int gzipLevel) {
+    return [=](const std::string& name, const SampleFrame& frame) { WriteIcsAlone(name, frame, gzipLevel); };
+}
+void WriteOurTiff(const std::string& name, const SampleFrame& frame) {
+    frame.SaveImage(name.c_str(), kep::FF_TIFF, true, nullptr);
+}
+
+[[maybe_unused]] const bool added = [] {
+    const Write plainTiff = MakeTiffWriter(COMPRESSION_NONE, PREDICTOR_NONE);
+    AddReading("read TIFF plain", "plain.tif", plainTiff, ReadPlainBytes, "reads", 1.5);
+    AddReading("read TIFF plain, new frame", "plain.tif", plainTiff, ReadPlainBytes, "reads", 1.5, Target::NewFrame);
+    AddReading("read TIFF LZW", "lzw.tif", MakeTiffWriter(COMPRESSION_LZW, PREDICTOR_NONE), ReadTiffAlone, "libtiffs",
+               1.05);
+    AddReading("read TIFF LZW, predictor", "lzw2.tif", MakeTiffWriter(COMPRESSION_LZW, PREDICTOR_HORIZONTAL),
+               ReadTiffAlone, "libtiffs", 1.05);
+    AddReading("read TIFF deflate", "deflate.tif", MakeTiffWriter(COMPRESSION_ADOBE_DEFLATE, PREDICTOR_HORIZONTAL),
+               ReadTiffAlone, "libtiffs", 1.05);
+    AddReading("read TIFF deflate of our own", "own.tif", WriteOurTiff, ReadTiffAlone, "libtiffs", 1.05);
+    AddReading("read ICS plain", "plain.ics", MakeIcsWriter(0), ReadPlainBytes, "reads", 1.2);
+    AddReading("read ICS plain, new frame", "plain.ics", MakeIcsWriter(0), ReadPlainBytes, "reads", 1.2,
+               Target::NewFrame);
+    AddReading("read ICS gzip", "gzip.ics", MakeIcsWriter(6), ReadIcsAlone, "libicses", 1.0);
+    return true;
+}();
+
+} // namespace
