@@ -20,8 +20,8 @@ constexpr float gain = 3.0F;
 constexpr float readNoise = 4.0F;
 // Photons at the brightest.
 constexpr float backgroundLight = 9.0F;
-constexpr float cytoplasmLight = 130.0F;
-constexpr float nucleusLight = 250.0F;
+constexpr float cytoplasmLight = 115.0F;
+constexpr float nucleusLight = 300.0F;
 
 constexpr std::uint64_t frameSeedStep = 0x2545F4914F6CDD1DU;
 
@@ -106,7 +106,7 @@ struct GlowingCell {
         const auto radius = static_cast<float>(cell.radius);
         body = {ToPosition(cell.centre), ToPosition(cell.axis), halfLength, static_cast<float>(cell.HalfWidth())};
         // The chromosomes gather in a plate across the axis, which then parts in two.
-        nucleusBrightness = brightness * (1.0F + 0.6F * mitosis);
+        nucleusBrightness = brightness * (1.0F + 0.3F * mitosis);
         const float parting = std::max(0.0F, mitosis - 0.6F) * 2.5F;
         nucleusCount = parting > 0.0F ? 2 : 1;
         const float offset = parting * 0.5F * halfLength;

@@ -14,7 +14,7 @@ struct SyntheticSettings {
     kep::Vector3d<float> voxelSize{0.2F, 0.2F, 0.6F}; ///< microns
     int frames = 10;
     int cells = 12; ///< in the first frame; half of them divide later
-    std::uint64_t seed = 2;
+    std::uint64_t seed = 23;
 };
 
 /// One moment of it.
