@@ -91,7 +91,7 @@ std::vector<std::uint8_t> ReadRows(const std::string& name, std::size_t pageNumb
     for (std::uint32_t y = 0; y < height && TIFFReadScanline(tiff, row.data(), y, 0) == 1; ++y) {
         for (std::size_t i = 0; i < std::size_t{width} * samples; ++i) {
             if (i % samples < kept)
-                numbers.push_back(bits == 8 ? row[i] : row[i / 8] >> (7 - i % 8) & 1);
+                numbers.push_back(bits == 8 ? row[i] : static_cast<std::uint8_t>(row[i / 8] >> (7 - i % 8) & 1));
         }
     }
     TIFFClose(tiff);
