@@ -7,18 +7,19 @@
 #include <array>
 #include <bit>
 #include <cstring>
-#include <limits>
+#include <deque>
+#include <future>
 #include <new>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <vector>
 #include <zlib.h>
 
 namespace kep::detail {
 
 namespace {
-
-constexpr std::size_t chunkBytes = std::size_t{256} << 10; // of voxels on their way
 
 /// Takes the bytes of the voxels in the order of the file.
 class IcsOutput {
@@ -35,46 +36,104 @@ protected:
     AtomicFile& file;
 };
 
+/// A stretch of the voxels, packed on its own.
+struct PackedBlock {
+    std::vector<Bytef> bytes;
+    uLong checksum = 0;
+    std::size_t unpacked = 0;
+};
+
+/// Packs a stretch so that it ends with a whole byte and another one can follow.
+/// @param before  bytes in front of it that the reader knows by then, and that may repeat in it
+PackedBlock PackBlock(const std::byte* bytes, std::size_t count, std::size_t before) {
+    struct Deflater {
+        Deflater() {
+            // The fastest level: on the noise of microscopes the others take many times as long for the same size.
+            constexpr int bare = -15; // the largest window, and no format around
+            constexpr int memory = 8;
+            if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, bare, memory, Z_DEFAULT_STRATEGY) != Z_OK)
+                throw std::bad_alloc();
+        }
+        ~Deflater() { deflateEnd(&stream); }
+        Deflater(const Deflater&) = delete;
+        Deflater& operator=(const Deflater&) = delete;
+
+        z_stream stream{};
+    } deflater;
+    constexpr std::size_t window = 32768;
+    constexpr std::size_t flushMark = 16; // more than the end of a block takes
+
+    z_stream& stream = deflater.stream;
+    const auto* const data = reinterpret_cast<const Bytef*>(bytes);
+    const std::size_t known = std::min(before, window);
+    if (known > 0)
+        deflateSetDictionary(&stream, data - known, static_cast<uInt>(known));
+    PackedBlock block;
+    block.unpacked = count;
+    block.checksum = crc32_z(0, data, count);
+    stream.next_in = const_cast<Bytef*>(data); // it is only read; the interface predates const
+    stream.avail_in = static_cast<uInt>(count);
+    std::size_t used = 0;
+    do { // once, unless the bound was none
+        block.bytes.resize(used + deflateBound(&stream, stream.avail_in) + flushMark);
+        stream.next_out = block.bytes.data() + used;
+        stream.avail_out = static_cast<uInt>(block.bytes.size() - used);
+        deflate(&stream, Z_SYNC_FLUSH);
+        used = block.bytes.size() - stream.avail_out;
+    } while (stream.avail_out == 0);
+    block.bytes.resize(used);
+    return block;
+}
+
+/// One gzip stream, made of blocks that are packed beside each other.
 class GzipOutput final : public IcsOutput {
 public:
     explicit GzipOutput(AtomicFile& to) : IcsOutput(to) {
-        // The fastest level: on the noise of microscopes the others take many times as long for the same size.
-        constexpr int gzip = 15 + 16; // the largest window, and the format
-        constexpr int mostMemory = 9;
-        if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, gzip, mostMemory, Z_DEFAULT_STRATEGY) != Z_OK)
-            throw std::bad_alloc();
+        // Deflate data, without name and time; 4 says that the fastest level was used, 255 that no system matters.
+        constexpr std::array<Bytef, 10> head = {0x1F, 0x8B, Z_DEFLATED, 0, 0, 0, 0, 0, 4, 255};
+        file.Write(head.data(), head.size());
     }
-    ~GzipOutput() override { deflateEnd(&stream); }
 
     void Write(const std::byte* bytes, std::size_t count) override {
-        constexpr std::size_t most = std::numeric_limits<uInt>::max();
-        for (std::size_t done = 0; done < count;) {
-            const std::size_t part = std::min(count - done, most);
-            // The library reads what this points to, but its interface predates const.
-            stream.next_in = reinterpret_cast<Bytef*>(const_cast<std::byte*>(bytes + done));
-            stream.avail_in = static_cast<uInt>(part);
-            while (stream.avail_in > 0)
-                Deflate(Z_NO_FLUSH);
-            done += part;
+        const std::size_t atOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
+        std::deque<std::future<PackedBlock>> blocks; // their threads have ended when this is gone
+        std::size_t started = 0;
+        while (started < count || !blocks.empty()) {
+            while (started < count && blocks.size() < atOnce) {
+                const std::size_t here = std::min(blockBytes, count - started);
+                blocks.push_back(Start(bytes + started, here, started));
+                started += here;
+            }
+            const PackedBlock block = blocks.front().get();
+            blocks.pop_front();
+            file.Write(block.bytes.data(), block.bytes.size());
+            checksum = crc32_combine(checksum, block.checksum, static_cast<z_off_t>(block.unpacked));
+            length += block.unpacked;
         }
     }
 
     void Finish() override {
-        while (Deflate(Z_FINISH) != Z_STREAM_END) {
+        std::array<Bytef, 10> tail = {3, 0}; // an empty last block
+        for (unsigned i = 0; i < 4; ++i) {
+            tail[2 + i] = static_cast<Bytef>(checksum >> (8 * i));
+            tail[6 + i] = static_cast<Bytef>(length >> (8 * i));
+        }
+        file.Write(tail.data(), tail.size());
+    }
+
+    static constexpr std::size_t blockBytes = std::size_t{512} << 10;
+
+private:
+    static std::future<PackedBlock> Start(const std::byte* bytes, std::size_t count, std::size_t before) {
+        try {
+            return std::async(std::launch::async, &PackBlock, bytes, count, before);
+        } catch (const std::system_error&) { // no thread can be had: packed when it is asked for
+            return std::async(std::launch::deferred, &PackBlock, bytes, count, before);
         }
     }
 
-private:
-    int Deflate(int flush) {
-        stream.next_out = buffer.data();
-        stream.avail_out = static_cast<uInt>(buffer.size());
-        const int result = deflate(&stream, flush);
-        file.Write(buffer.data(), buffer.size() - stream.avail_out);
-        return result;
-    }
-
-    z_stream stream{};
-    std::vector<Bytef> buffer = std::vector<Bytef>(chunkBytes);
+    uLong checksum = 0;
+    std::uint64_t length = 0;
 };
 
 /// Makes a line of the header. No value has a separator in it but the last one.
@@ -169,8 +228,8 @@ std::string MakeHeader(const std::string& fileName, const FrameToWrite& frame) {
 /// Writes the components one behind the other, each as a volume of its own.
 template <std::size_t Bytes>
 void WritePlanar(const std::byte* voxels, std::size_t count, std::size_t components, IcsOutput& out) {
-    std::vector<std::byte> part(chunkBytes);
-    constexpr std::size_t room = chunkBytes / Bytes;
+    constexpr std::size_t room = 8 * GzipOutput::blockBytes / Bytes; // enough for all threads to have something
+    std::vector<std::byte> part(std::min(room, count) * Bytes);
     for (std::size_t c = 0; c < components; ++c) {
         for (std::size_t first = 0; first < count; first += room) {
             const std::size_t here = std::min(room, count - first);

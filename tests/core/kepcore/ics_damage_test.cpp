@@ -167,7 +167,10 @@ TEST_F(IcsDamage, GzipDataMustEndWithTheVoxelsAndHaveTheirChecksum) {
     for (std::size_t i = 1; i <= 8; ++i) { // four bytes of checksum, four of length
         std::string bad = good;
         bad[bad.size() - i] = static_cast<char>(bad[bad.size() - i] ^ 1);
-        EXPECT_EQ(Damaged(i <= 4 ? "incorrect length check" : "incorrect data check"), FailureOfText(bad)) << i;
+        EXPECT_EQ(
+            Damaged(i <= 4 ? "the length of its packed data is wrong" : "the checksum of its packed data is wrong"),
+            FailureOfText(bad))
+            << i;
     }
     std::string more = good;
     more.replace(more.find("\t70\t60\t5\n"), 9, "\t70\t60\t4\n");
