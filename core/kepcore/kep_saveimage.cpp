@@ -1,5 +1,6 @@
 #include "core/kepcore/kep_image3d.h"
 
+#include "core/kepcore/kep_block.h"
 #include "core/kepcore/kep_convert.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_file.h"
@@ -44,7 +45,7 @@ FileFormat ChooseFormat(const std::string& name, FileFormat format) {
 
 /// Two-valued voxels as other programs show them: black and white.
 std::valarray<unsigned char> MakeBlackAndWhite(const Image3d<bool>& frame) {
-    std::valarray<unsigned char> bytes(frame.GetNumVoxels());
+    std::valarray<unsigned char> bytes = detail::MakeUnsetBlock<unsigned char>(frame.GetNumVoxels());
     std::transform(frame.begin(), frame.end(), std::begin(bytes),
                    [](bool set) { return static_cast<unsigned char>(set ? 255 : 0); });
     return bytes;

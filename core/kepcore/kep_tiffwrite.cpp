@@ -285,6 +285,10 @@ void TestLimits(const std::string& name, const FrameHeader& header) {
             ThrowCannotWrite(name, "a TIFF file cannot hold a resolution of " +
                                        FormatNineDigits(static_cast<double>(r)) + " pixels per micron");
     }
+    for (const float microns : {header.offset.x, header.offset.y, header.offset.z}) {
+        if (!std::isfinite(microns))
+            ThrowCannotWrite(name, "a TIFF file cannot hold an offset that is not a finite number");
+    }
 }
 
 } // namespace

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
+#include <limits>
 #include <string>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -255,6 +256,9 @@ TEST_F(WrittenTags, RefuseWhatTheyCannotHold) {
     frame.SetResolution(Resolution(1.0F, 1e-12F, 1.0F));
     EXPECT_EQ(refusal(), start + "a TIFF file cannot hold a resolution of 9.99999996e-13 pixels per micron");
     frame.SetResolution(Resolution());
+    frame.SetOffset({0.0F, std::numeric_limits<float>::quiet_NaN(), 0.0F});
+    EXPECT_EQ(refusal(), start + "a TIFF file cannot hold an offset that is not a finite number");
+    frame.SetOffset({});
     frame.SetDescription({{"long", std::string(2'000'000, 'x')}});
     EXPECT_EQ(refusal(), start + "its description is longer than a TIFF file holds");
     EXPECT_TRUE(folder.List().empty());
