@@ -21,8 +21,9 @@ namespace kep::detail {
 
 namespace {
 
+/// Of a text that goes into the frame's description.
 constexpr std::size_t longestText = std::size_t{1} << 20U;
-/// OME-XML of a long series of files says in each of them where every plane is.
+/// Of the description that is looked through: OME-XML of a long series says in each file where every plane is.
 constexpr std::size_t longestDescription = std::size_t{16} << 20U;
 constexpr std::uint64_t maxFrameBytes = std::uint64_t{1} << 40U;
 
@@ -31,6 +32,15 @@ constexpr std::uint64_t bytesForTwoThreads = std::uint64_t{1} << 19U;
 
 std::string GetBaseName(const std::string& path) {
     return path.substr(path.find_last_of('/') + 1);
+}
+
+/// Cuts a text off between two characters.
+void CutUtf8(std::string& text, std::size_t longest) {
+    if (text.size() <= longest)
+        return;
+    while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xC0U) == 0x80U)
+        --longest;
+    text.resize(longest);
 }
 
 TiffScaleTags ReadScaleTags(const TiffValues& values, const TiffDirectory& directory) {
@@ -144,8 +154,11 @@ void TiffSource::ReadHeader() {
     header.resolution = place.resolution;
     header.offset = place.offset;
     header.description = description.entries;
+    for (auto& [key, value] : header.description)
+        CutUtf8(value, longestText);
     DescribeTags(values, found.first, layout, header.description);
-    header.palette = ReadPalette(values, found.first, layout);
+    if (header.components == 1)
+        header.palette = ReadPalette(values, found.first, layout);
 }
 
 void TiffSource::ReadSlices(std::size_t count, std::byte* to) {

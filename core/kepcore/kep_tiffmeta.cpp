@@ -190,9 +190,11 @@ TiffPlace FindTiffPlace(const TiffScaleTags& tags, const TiffDescription& descri
     prefer(z, description.pixelSize[2]);
 
     Vector3d<float> res(ToFloat(x), ToFloat(y), ToFloat(z));
-    if (!(res.z > 0.0F) && slices == 1)
+    const auto& own = description.ownResolution;
+    const bool isZMeant = res.z > 0.0F || (own && own->z == 0.0F); // an exact copy may say that there is none
+    if (!isZMeant && slices == 1)
         res.z = res.x;
-    if (const auto& own = description.ownResolution)
+    if (own)
         res = {Prefer(res.x, own->x), Prefer(res.y, own->y), Prefer(res.z, own->z)};
     if (res == Vector3d<float>())
         return {}; // positions have no unit then
@@ -209,8 +211,8 @@ TiffPlace FindTiffPlace(const TiffScaleTags& tags, const TiffDescription& descri
     } else if (unit) {
         offset = {ToFloat(tags.xPosition.value_or(0.0) * *unit), ToFloat(tags.yPosition.value_or(0.0) * *unit), 0.0F};
     }
-    if (const auto& own = description.ownOffset)
-        offset = {Prefer(offset.x, own->x), Prefer(offset.y, own->y), Prefer(offset.z, own->z)};
+    if (const auto& exact = description.ownOffset)
+        offset = {Prefer(offset.x, exact->x), Prefer(offset.y, exact->y), Prefer(offset.z, exact->z)};
     return {Resolution(res), offset};
 }
 

@@ -138,6 +138,11 @@ TEST(TiffScale, ExactCopiesCountWhereTheyAgree) {
     EXPECT_NEAR(edited.offset.x, 0.8F, 1e-6F);
 }
 
+TEST(TiffScale, AnExactCopySaysThatZIsUnknownInAFlatPicture) {
+    EXPECT_TRUE(GetRes(Scale(2, 1), "ImageJ=1.11a\nunit=um\nkep resolution=2 2 0\n", 1) == V(2, 2, 0));
+    EXPECT_TRUE(GetRes(Scale(2, 1), "ImageJ=1.11a\nunit=um\nkep resolution=2 2 5\n", 1) == V(2, 2, 2));
+}
+
 TEST(TiffDescriptions, ImageJNamesItsPages) {
     const TiffDescription stack = Parse("ImageJ=1.53f\nimages=34\nchannels=2\nslices=17\nhyperstack=true\n");
     EXPECT_EQ(stack.style, DescriptionStyle::ImageJ);

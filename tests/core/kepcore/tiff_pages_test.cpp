@@ -452,6 +452,19 @@ TEST_F(TiffPagesTest, ResolutionAndWordsComeFromTheFirstPage) {
     EXPECT_TRUE(none.resolution == kep::Resolution()) << "divided by 0";
 }
 
+TEST_F(TiffPagesTest, LongWordsAreLookedThroughButNotCarriedAlongWhole) {
+    // The number of times stands behind two million bytes. Of another text 2^20 bytes are kept, less one where the last
+    // one would be half a micro sign.
+    EXPECT_THAT(FailureOf(MakeStack(1, Description("<OME><!--" + std::string(2000000, 'x') +
+                                                   "--><Image><Pixels SizeT=\"7\"/></Image></OME>"))),
+                HasSubstr("holds 7 time points"));
+    std::string micros(3, 'x');
+    while (micros.size() < 1500000)
+        micros += "\xC2\xB5";
+    const auto frame = ReadBack(MakeStack(1, Description(micros)));
+    EXPECT_EQ(frame.header.description.at("ImageDescription"), micros.substr(0, (1U << 20U) - 1));
+}
+
 TEST_F(TiffPagesTest, TenThousandPagesAreReadInOneGo) {
     // Linear: a second walk through all pages for each page would be 10^8 steps and show as the slowest test by far.
     TiffBuilder builder;
