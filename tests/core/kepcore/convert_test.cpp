@@ -206,9 +206,13 @@ TYPED_TEST(EveryNumber, OfGrayColoursIsTakenOnce) {
         ASSERT_EQ(gray.voxels[i], i % 101);
         ASSERT_EQ(complex.voxels[i], std::complex<double>(static_cast<double>(i % 101), 0.0));
     }
-    numbers.back() = static_cast<TypeParam>(numbers.back() + 1); // one component of the last voxel
-    EXPECT_EQ(Convert<unsigned short>(header, numbers).refusal,
-              "ReadImage(): 'a.tif' holds colour voxels, which cannot be converted to 16-bit gray.");
+    for (const std::size_t component : {0U, 1U, 2U}) { // of the last voxel
+        std::vector<TypeParam> tinted = numbers;
+        TypeParam& number = tinted[3 * (count - 1) + component];
+        number = static_cast<TypeParam>(number + 1);
+        EXPECT_EQ(Convert<unsigned short>(header, tinted).refusal,
+                  "ReadImage(): 'a.tif' holds colour voxels, which cannot be converted to 16-bit gray.");
+    }
 }
 
 TEST(Conversion, NamesThePlaceOfTheFirstVoxelThatDoesNotFit) {
