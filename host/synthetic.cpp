@@ -4,8 +4,10 @@
 #include "host/randomnumbers.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cmath>
-#include <limits>
+#include <future>
+#include <thread>
 
 namespace zelviewer {
 
@@ -231,18 +233,30 @@ std::vector<SyntheticFrame> MakeSyntheticCells(const SyntheticSettings& settings
     CellColony colony({extent(settings.size.x, settings.voxelSize.x), extent(settings.size.y, settings.voxelSize.y),
                        extent(settings.size.z, settings.voxelSize.z)},
                       settings.cells, settings.frames, settings.seed);
-    Painter painter(settings.size, settings.voxelSize);
-    std::vector<SyntheticFrame> frames;
+    std::vector<std::vector<Cell>> moments;
     for (int t = 0; t < settings.frames; ++t) {
         if (t > 0)
             colony.Advance();
-        SyntheticFrame frame{MakeFrame(settings), MakeFrame(settings)};
-        painter.PaintBackground();
-        for (const Cell& cell : colony.GetCells())
-            painter.PaintCell(GlowingCell(cell), *frame.labels);
-        painter.Expose(settings.seed + static_cast<std::uint64_t>(t + 1) * frameSeedStep, *frame.intensity);
-        frames.push_back(std::move(frame));
+        moments.push_back(colony.GetCells());
     }
+    // The frames are painted side by side; none depends on another.
+    std::vector<SyntheticFrame> frames(moments.size());
+    std::atomic<std::size_t> next = 0;
+    const auto paint = [&] {
+        Painter painter(settings.size, settings.voxelSize);
+        for (std::size_t t = next++; t < frames.size(); t = next++) {
+            frames[t] = {MakeFrame(settings), MakeFrame(settings)};
+            painter.PaintBackground();
+            for (const Cell& cell : moments[t])
+                painter.PaintCell(GlowingCell(cell), *frames[t].labels);
+            painter.Expose(settings.seed + (t + 1) * frameSeedStep, *frames[t].intensity);
+        }
+    };
+    std::vector<std::future<void>> painters;
+    for (unsigned i = 0; i < std::clamp(std::thread::hardware_concurrency(), 1U, 4U); ++i)
+        painters.push_back(std::async(std::launch::async, paint));
+    for (std::future<void>& painting : painters)
+        painting.get();
     return frames;
 }
 

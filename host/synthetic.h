@@ -24,7 +24,7 @@ struct SyntheticFrame {
 };
 
 /// Makes a fluorescence time-lapse of wandering, dividing cells. The same settings give the same voxels everywhere.
-/// Takes about 20 ns a voxel; a little more memory than the frames hold.
+/// Takes about 30 ns a voxel, on up to four threads; a little more memory than the frames hold.
 std::vector<SyntheticFrame> MakeSyntheticCells(const SyntheticSettings& settings = {});
 
 } // namespace zelviewer
