@@ -68,6 +68,8 @@ std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const Opening
             throw Failure(options.files[t] + ": Not enough memory.");
         }
     }
+    if (options.resolution && image->GetResolution().IsDefined())
+        PrintMessage(options.files.front() + ": The file tells its voxel size; --resolution is not used.");
     image->SetResolution(CompleteResolution(image->GetResolution(), options.resolution));
     return image;
 }

@@ -135,8 +135,11 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         if (!options.resolution)
             return refuse("--resolution " + resolution + ": use three numbers above 0, such as 10,10,3.3.");
     }
-    if (screenshotOption->count() > 0)
+    if (screenshotOption->count() > 0) {
+        if (screenshot.empty())
+            return refuse("--screenshot needs a file name.");
         options.screenshot = screenshot;
+    }
     if (std::string conflict = FindConflict(options); !conflict.empty())
         return refuse(std::move(conflict));
     return line;

@@ -84,6 +84,7 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--resolution", "1,2,3x", "a.tif"}, "3x"},
         {{"--resolution", "1;2;3", "a.tif"}, "1;2;3"},
         {{"--json", "a.tif"}, "--json"},
+        {{"--screenshot", ""}, "--screenshot needs"},
         {{"--info"}, "--info needs a FILE"},
         {{"--binary"}, "--binary needs a FILE"},
         {{"--type", "int"}, "--type needs a FILE"},

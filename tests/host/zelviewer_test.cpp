@@ -218,6 +218,13 @@ TEST_F(ZelViewer, TheUserTellsTheVoxelSizeThatAFileLacks) {
     EXPECT_EQ(Screenshot({"--resolution", "4,4,1", WriteRamp("a.tif")}).GetSize(), wxSize(40 + 6 + 40 + 6, 82));
 }
 
+TEST_F(ZelViewer, AVoxelSizeThatIsNotUsedIsSpokenOf) {
+    const std::string name = WriteRamp("a.tif", {2, 2, 1});
+    const Outcome outcome = Run({"--resolution", "4,4,1", name, "--screenshot", folder / "a.png"});
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": The file tells its voxel size; --resolution is not used.\n");
+}
+
 TEST_F(ZelViewer, ASequenceOfFilesIsRead) {
     const std::string first = WriteRamp("a.tif"), second = WriteRamp("b.ics");
     EXPECT_EQ(Screenshot({first, second}).GetSize(), wxSize(62, 52));
