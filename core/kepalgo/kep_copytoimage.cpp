@@ -1,11 +1,7 @@
 #include "core/kepalgo/kep_copytoimage.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstddef>
-#include <cstdint>
-#include <cstring>
-#include <type_traits>
 #include <vector>
 
 namespace kep {
@@ -61,141 +57,48 @@ AxisPlan PlanAxis(const Axis& src, const Axis& dst, std::size_t stride) {
     return plan;
 }
 
-/// One voxel several times over, as few stores write it.
-template <typename T>
-struct Block {
-    static constexpr std::size_t size = 2;
-    static void Store(const T& voxel, T* to) { to[0] = to[1] = voxel; }
-};
-template <typename T>
-requires(std::has_single_bit(sizeof(T))) struct Block<T> {
-    using Bits =
-        std::conditional_t<sizeof(T) == 1, std::uint8_t,
-                           std::conditional_t<sizeof(T) == 2, std::uint16_t,
-                                              std::conditional_t<sizeof(T) == 4, std::uint32_t, std::uint64_t>>>;
-    typedef Bits Pack __attribute__((vector_size(16)));
-
-    static constexpr std::size_t size = sizeof(Pack) / sizeof(T);
-    static void Store(const T& voxel, T* to) {
-        Bits bits;
-        std::memcpy(&bits, &voxel, sizeof bits);
-        const Pack pack = Pack{} + bits;
-        std::memcpy(static_cast<void*>(to), &pack, sizeof pack);
-    }
-};
-
-/// Writes each of some voxels twice.
-template <typename T>
-void DoubleVoxels(const T* __restrict voxels, std::size_t count, T* __restrict to) {
-    std::size_t k = 0;
-    if constexpr (std::is_same_v<T, RGB_generic<unsigned char>> && std::endian::native == std::endian::little) {
-        // Two voxels and the first two bytes of a third are one word; voxel by voxel it takes three times as long.
-        for (; k + 2 < count; k += 2) {
-            std::uint64_t both;
-            std::memcpy(&both, voxels + k, sizeof both);
-            const std::uint64_t first = both & 0xFFFFFFU;
-            const std::uint64_t second = both >> 24 & 0xFFFFFFU;
-            const std::uint64_t head = first | first << 24 | second << 48;
-            const auto tail = static_cast<std::uint32_t>(second >> 16 | second << 8);
-            std::memcpy(static_cast<void*>(to + 2 * k), &head, sizeof head);
-            std::memcpy(reinterpret_cast<unsigned char*>(to + 2 * k) + sizeof head, &tail, sizeof tail);
-        }
-    }
-    for (; k < count; ++k) {
-        to[2 * k] = voxels[k];
-        to[2 * k + 1] = voxels[k];
-    }
-}
-
-/// Copies the lines of dst along one axis.
+/// Copies lines of dst along one axis.
 template <typename T>
 class LineCopier {
 public:
     explicit LineCopier(const AxisPlan& axis) : plan(axis) {
-        const std::vector<int>& indices = plan.indices;
-        bool repeats = false;
-        bool leavesOut = false;
-        for (std::size_t i = 1; i < indices.size(); ++i) {
-            repeats |= indices[i] == indices[i - 1];
-            leavesOut |= indices[i] > indices[i - 1] + 1;
-        }
-        if (leavesOut)
-            pattern = Pattern::Scattered;
-        else if (repeats)
-            FindRuns();
+        if (plan.stride == 1 && Follows(1))
+            pattern = Pattern::Consecutive;
+        else if (plan.stride == 1 && Follows(2))
+            pattern = Pattern::Doubled;
     }
 
     /// @param src  the voxel with index 0 of the line in src
     /// @param dst  plan.extent voxels
-    void Copy(const T* src, T* dst) {
+    void Copy(const T* src, T* dst) const {
         T* const inside = dst + plan.first;
         const std::size_t count = plan.indices.size();
         std::fill(dst, inside, T());
-        if (count != 0)
-            CopyInside(src, inside, count);
         std::fill(inside + count, dst + plan.extent, T());
+        if (pattern == Pattern::Consecutive && count > 0)
+            std::copy_n(src + plan.indices[0], count, inside);
+        else if (pattern == Pattern::Doubled && count > 1)
+            CopyDoubled(src, inside, count);
+        else
+            CopyOneByOne(src, inside, count);
     }
 
 private:
     enum class Pattern {
-        Consecutive, ///< each voxel once
-        Doubled,     ///< each twice, but for the first and the last
-        Repeated,    ///< each several times
-        Scattered    ///< anything else
+        Consecutive, ///< the voxels lie behind each other, each shown once
+        Doubled,     ///< the same, each shown twice, but for the first and the last
+        Other
     };
 
-    void FindRuns() {
-        const std::vector<int>& indices = plan.indices;
-        for (std::size_t i = 0; i < indices.size(); ++i)
-            if (i == 0 || indices[i] != indices[i - 1])
-                runs.push_back(static_cast<int>(i));
-        const std::size_t count = runs.size();
-        runs.push_back(static_cast<int>(indices.size()));
-        bool doubled = true;
-        for (std::size_t k = 1; k + 1 < count; ++k)
-            doubled = doubled && runs[k + 1] - runs[k] == 2;
-        // Below about three times, a block a voxel costs more than it saves.
-        pattern = doubled ? Pattern::Doubled : indices.size() >= 5 * count / 2 ? Pattern::Repeated : Pattern::Scattered;
-        if (plan.stride != 1 && pattern != Pattern::Scattered)
-            gathered.resize(count);
+    /// Whether each voxel lies behind the one shown some places before.
+    bool Follows(std::size_t places) const {
+        for (std::size_t i = places; i < plan.indices.size(); ++i)
+            if (plan.indices[i] != plan.indices[i - places] + 1)
+                return false;
+        return true;
     }
 
-    void CopyInside(const T* src, T* inside, std::size_t count) {
-        const T* const voxels = src + static_cast<std::size_t>(plan.indices.front()) * plan.stride;
-        switch (pattern) {
-        case Pattern::Consecutive:
-            if (plan.stride == 1)
-                std::copy_n(voxels, count, inside);
-            else
-                Gather(voxels, inside, count);
-            return;
-        case Pattern::Scattered:
-            Scatter(src, inside, count);
-            return;
-        case Pattern::Doubled:
-        case Pattern::Repeated:
-            break;
-        }
-        const T* line = voxels;
-        if (plan.stride != 1) {
-            Gather(voxels, gathered.data(), gathered.size());
-            line = gathered.data();
-        }
-        if (pattern == Pattern::Doubled)
-            Double(line, inside);
-        else
-            Repeat(line, inside);
-    }
-
-    /// Voxels a row apart each lie in a cache line of their own, so this loop waits for nothing else.
-    void Gather(const T* voxels, T* to, std::size_t count) const {
-        const std::size_t stride = plan.stride;
-#pragma GCC unroll 8
-        for (std::size_t i = 0; i < count; ++i)
-            to[i] = voxels[i * stride];
-    }
-
-    void Scatter(const T* src, T* inside, std::size_t count) const {
+    void CopyOneByOne(const T* src, T* inside, std::size_t count) const {
         const int* const indices = plan.indices.data();
         const std::size_t stride = plan.stride;
 #pragma GCC unroll 8
@@ -203,37 +106,21 @@ private:
             inside[i] = src[static_cast<std::size_t>(indices[i]) * stride];
     }
 
-    void Double(const T* voxels, T* inside) const {
-        const std::size_t last = runs.size() - 2;
-        std::fill(inside, inside + runs[1], voxels[0]);
-        if (last > 0)
-            DoubleVoxels(voxels + 1, last - 1, inside + runs[1]);
-        std::fill(inside + runs[last], inside + runs[last + 1], voxels[last]);
-    }
-
-    /// Writes each voxel as often as it is shown. What a block writes too much the next one overwrites.
-    void Repeat(const T* voxels, T* inside) const {
-        const int* const from = runs.data();
-        const std::size_t count = runs.size() - 1;
-        const std::size_t end = static_cast<std::size_t>(from[count]);
-        std::size_t k = 0;
-        for (; k < count && static_cast<std::size_t>(from[k + 1]) + Block<T>::size <= end; ++k) {
-            const T voxel = voxels[k];
-            T* to = inside + from[k];
-            T* const next = inside + from[k + 1];
-            do {
-                Block<T>::Store(voxel, to);
-                to += Block<T>::size;
-            } while (to < next);
+    void CopyDoubled(const T* src, T* inside, std::size_t count) const {
+        const std::size_t firstPair = plan.indices[0] == plan.indices[1] ? 0 : 1;
+        inside[0] = src[plan.indices[0]];
+        inside[count - 1] = src[plan.indices[count - 1]];
+        const T* __restrict from = src + plan.indices[firstPair];
+        T* __restrict to = inside + firstPair;
+        const std::size_t pairs = (count - firstPair) / 2;
+        for (std::size_t k = 0; k < pairs; ++k) {
+            to[2 * k] = from[k];
+            to[2 * k + 1] = from[k];
         }
-        for (; k < count; ++k)
-            std::fill(inside + from[k], inside + from[k + 1], voxels[k]);
     }
 
     const AxisPlan& plan;
-    Pattern pattern = Pattern::Consecutive;
-    std::vector<int> runs;   // of equal voxels: where each begins, and the end of the last
-    std::vector<T> gathered; // the voxels shown, if they lie apart and repeat
+    Pattern pattern = Pattern::Other;
 };
 
 } // namespace
@@ -257,7 +144,7 @@ void CopyToImage(const Image3d<T>& src, Image3d<T>& dst) {
     const bool alongX = dst.size.x != 1;
     const AxisPlan& inner = alongX ? x : y;
     const AxisPlan& middle = alongX ? y : x;
-    LineCopier<T> line(inner);
+    const LineCopier<T> line(inner);
 
     const T* shownBefore = nullptr; // the line of src that the line before in dst shows
     T* to = dst.begin();
