@@ -38,6 +38,8 @@ function(zel_add_library name)
 endfunction()
 
 # Loops of a length known at run time are vectorised at -O3 only; the files that hold such kernels ask for it.
-function(zel_optimise_kernels)
-  set_source_files_properties(${ARGN} PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>")
+# zel_optimise_kernels(target SOURCES...)
+function(zel_optimise_kernels target)
+  set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target}
+    PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>")
 endfunction()

@@ -28,36 +28,35 @@ void WidenBy(N& min, N& max, N value) {
 
 /// Some numbers side by side that are compared in one step. Unsigned numbers wider than a byte are compared as signed
 /// ones with the highest bit turned over, which processors do in fewer steps.
-template <typename N>
+template <typename N, std::size_t Bytes>
 struct Lanes {
-    typedef N type __attribute__((vector_size(16)));
+    typedef N Type __attribute__((vector_size(Bytes)));
     static constexpr N flip = 0;
 };
-template <>
-struct Lanes<unsigned short> {
-    typedef short type __attribute__((vector_size(16)));
+template <std::size_t Bytes>
+struct Lanes<unsigned short, Bytes> {
+    typedef short Type __attribute__((vector_size(Bytes)));
     static constexpr short flip = std::numeric_limits<short>::min();
 };
-template <>
-struct Lanes<unsigned long long> {
-    typedef long long type __attribute__((vector_size(16)));
+template <std::size_t Bytes>
+struct Lanes<unsigned long long, Bytes> {
+    typedef long long Type __attribute__((vector_size(Bytes)));
     static constexpr long long flip = std::numeric_limits<long long>::min();
 };
 
 /// Range of each channel in a row of interleaved channels, by the rule of ComputeFrameExtremes apart from the sign of
 /// zero. Every lane starts with the first voxel, and all are folded at the end: the result of a minimum does not
 /// depend on the order, and a NaN lane can only come from a first voxel that is NaN, in all its lanes.
-template <std::size_t Channels, typename N>
+template <std::size_t Channels, std::size_t Bytes, typename N>
 [[gnu::always_inline]] inline Range<N, Channels> RangeInLanes(const N* first, std::size_t voxels) {
-    using Vector = typename Lanes<N>::type;
+    using Vector = typename Lanes<N, Bytes>::Type;
     constexpr std::size_t laneCount = sizeof(Vector) / sizeof(N);
     constexpr std::size_t vectors = Channels == 3 ? 3 : 4; // so that a step is a whole number of voxels
     constexpr std::size_t step = vectors * laneCount;
     static_assert(step % Channels == 0);
-    const auto turned = [](Vector values) {
-        if constexpr (Lanes<N>::flip != 0)
-            values ^= Lanes<N>::flip;
-        return values;
+    const auto turn = [](Vector& values) {
+        if constexpr (Lanes<N, Bytes>::flip != 0)
+            values ^= Lanes<N, Bytes>::flip;
     };
 
     std::array<N, step> lows;
@@ -67,8 +66,10 @@ template <std::size_t Channels, typename N>
     Vector low[vectors];
     Vector high[vectors];
     std::memcpy(low, lows.data(), sizeof(low));
-    for (std::size_t v = 0; v < vectors; ++v)
-        high[v] = low[v] = turned(low[v]);
+    for (std::size_t v = 0; v < vectors; ++v) {
+        turn(low[v]);
+        high[v] = low[v];
+    }
 
     const N* const end = first + voxels * Channels;
     const N* at = first;
@@ -76,15 +77,15 @@ template <std::size_t Channels, typename N>
         for (std::size_t v = 0; v < vectors; ++v) {
             Vector values;
             std::memcpy(&values, at + v * laneCount, sizeof(values));
-            values = turned(values);
+            turn(values);
             low[v] = values < low[v] ? values : low[v];
             high[v] = values > high[v] ? values : high[v];
         }
     }
 
     for (std::size_t v = 0; v < vectors; ++v) {
-        low[v] = turned(low[v]);
-        high[v] = turned(high[v]);
+        turn(low[v]);
+        turn(high[v]);
     }
     std::memcpy(lows.data(), low, sizeof(low));
     std::memcpy(highs.data(), high, sizeof(high));
@@ -103,17 +104,17 @@ template <std::size_t Channels, typename N>
 #if defined(__x86_64__)
 template <std::size_t Channels, typename N>
 [[gnu::target("avx2")]] Range<N, Channels> RangeByAvx2(const N* first, std::size_t voxels) {
-    return RangeInLanes<Channels>(first, voxels);
+    return RangeInLanes<Channels, 32>(first, voxels);
 }
 template <std::size_t Channels, typename N>
 Range<N, Channels> RangeByProcessor(const N* first, std::size_t voxels) {
     static const bool newer = __builtin_cpu_supports("avx2") != 0;
-    return newer ? RangeByAvx2<Channels>(first, voxels) : RangeInLanes<Channels>(first, voxels);
+    return newer ? RangeByAvx2<Channels>(first, voxels) : RangeInLanes<Channels, 16>(first, voxels);
 }
 #else
 template <std::size_t Channels, typename N>
 Range<N, Channels> RangeByProcessor(const N* first, std::size_t voxels) {
-    return RangeInLanes<Channels>(first, voxels);
+    return RangeInLanes<Channels, 16>(first, voxels);
 }
 #endif
 
