@@ -9,6 +9,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -34,17 +35,17 @@ struct FrameHeader {
     FileFormat format = FF_BY_NAME;
     Vector3d<std::size_t> size;
     SampleType sample;
-    int components = 1;        ///< 1, or 3 for colour: the numbers of a voxel then lie together, red first
+    int components = 1; ///< 1, or 3 for colour: the numbers of a voxel then lie together, red first
     /// The three components are channels, which are no colour by themselves. Only RGB types take them, as red, green
     /// and blue; for all others the file "holds 3 channels; one frame holds one".
     bool componentsAreChannels = false;
-    int storedBits = 8;        ///< of a sample on disk, e.g. 1, 12, 16 for half floats too
+    int storedBits = 8; ///< of a sample on disk, e.g. 1, 12, 16 for half floats too
     bool halfFloat = false;
-    Resolution resolution;     ///< as the rules for voxel sizes give it; (0, 0, 0) if undefined
-    Vector3d<float> offset;    ///< microns
+    Resolution resolution;  ///< as the rules for voxel sizes give it; (0, 0, 0) if undefined
+    Vector3d<float> offset; ///< microns
     std::map<std::string, std::string> description;
     std::vector<RGB_generic<unsigned short>> palette; ///< colours of the indexes, if the file has a table; else empty
-    std::string compression;   ///< for the user
+    std::string compression;                          ///< for the user
     std::uint64_t fileSize = 0;
 
     /// Bytes of one slice after unpacking. The formats have made sure that this and all slices together fit.
@@ -88,12 +89,18 @@ public:
     std::size_t ReadAt(std::uint64_t at, void* to, std::size_t bytes) const;
     /// Reads exactly as much. @throws IOException "... is damaged: ..." when the file ends before.
     void ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const;
+    /// The same for many bytes, by a way that suits the processor.
+    void ReadVoxels(std::uint64_t at, std::byte* to, std::size_t bytes) const;
 
 private:
     std::string name;
     int descriptor = -1;
     std::uint64_t length = 0;
 };
+
+/// Has `read` called for the bytes from 0 to `bytes`; many of them in two shares, on two threads at once. Copying out
+/// of the page cache and clearing the memory below the target are both work for a processor.
+void ReadInShares(std::size_t bytes, const std::function<void(std::size_t from, std::size_t until)>& read);
 
 /// The formats' entries. Each takes the file over.
 bool LooksLikeTiff(const unsigned char* head, std::size_t bytes);

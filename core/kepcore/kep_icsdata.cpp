@@ -37,28 +37,10 @@ public:
     PlainData(std::unique_ptr<InputFile> from, std::uint64_t at) : file(std::move(from)), start(at) {}
 
     void Read(std::byte* to, std::size_t bytes) override {
-        std::uint64_t at = start + place;
+        ReadInShares(bytes, [&](std::size_t from, std::size_t until) {
+            file->ReadVoxels(start + place + from, to + from, until - from);
+        });
         place += bytes;
-        // The system copies from whole pages, and the processor takes a store for one that a coming load from the
-        // same place of another page must wait for. Where the target stands a few bytes further in its page than the
-        // data do in theirs, as every large block of malloc does for data that begin with a page, reading takes
-        // twice as long. Reading further on in the target, and moving the bytes while they are in the cache, does not.
-        constexpr std::size_t page = 4096;
-        constexpr std::size_t tooNear = 64;
-        constexpr std::size_t shift = 496;
-        constexpr std::size_t chunk = std::size_t{128} << 10;
-        const std::size_t distance = (reinterpret_cast<std::uintptr_t>(to) - static_cast<std::size_t>(at)) % page;
-        if (distance > 0 && distance < tooNear) {
-            while (bytes > 2 * shift) {
-                const std::size_t part = std::min(chunk, bytes - shift);
-                file->ReadExactly(at, to + shift, part);
-                std::memmove(to, to + shift, part);
-                at += part;
-                to += part;
-                bytes -= part;
-            }
-        }
-        file->ReadExactly(at, to, bytes);
     }
 
     void Finish() override {} // other data may follow

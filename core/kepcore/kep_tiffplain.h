@@ -7,6 +7,7 @@
 #include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <vector>
 
 namespace kep::detail {
 
@@ -19,19 +20,23 @@ public:
     PlainReader(const InputFile& source, std::byte* target, std::size_t swapBytes);
 
     /// The next bytes come from there. They are a whole number of numbers.
-    /// @throws IOException the file ends before
     void Add(std::uint64_t at, std::size_t bytes);
-    /// Reads what is still open. To be called once, at the end.
-    void Finish();
+    /// Reads them all. @throws IOException the file ends before
+    void Finish() const;
 
 private:
-    void Read(std::uint64_t at, std::byte* to, std::size_t bytes) const;
+    struct Stretch {
+        std::uint64_t at;
+        std::size_t bytes;
+    };
+    void ReadShare(std::size_t from, std::size_t until) const;
+    void ReadStretch(std::uint64_t at, std::byte* target, std::size_t bytes) const;
 
     const InputFile& file;
     std::byte* to;
     std::size_t swap;
-    std::uint64_t runAt = 0;
-    std::size_t runBytes = 0;
+    std::vector<Stretch> stretches;
+    std::size_t total = 0;
 };
 
 } // namespace kep::detail

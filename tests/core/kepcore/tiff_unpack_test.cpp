@@ -136,6 +136,41 @@ TEST(TiffPlain, BytesComeFromWhereTheyLieWhateverTheAlignment) {
     }
 }
 
+TEST(TiffPlain, TwoThreadsShareWhatIsLarge) {
+    // 9 MB in three stretches out of order, the second of which both threads read from.
+    const std::size_t length = 9000000;
+    std::mt19937 random(4);
+    std::string content(length, '\0');
+    for (char& c : content)
+        c = static_cast<char>(random() & 0xFFU);
+    const ScratchFolder folder;
+    WriteBytes(folder / "bytes", content);
+    const InputFile file(folder / "bytes");
+    std::string to(length, '\0');
+    for (const std::size_t swap : {1U, 4U}) {
+        PlainReader reader(file, reinterpret_cast<std::byte*>(to.data()), swap);
+        reader.Add(6000000, 3000000);
+        reader.Add(0, 4000000);
+        reader.Add(4000000, 2000000);
+        reader.Finish();
+        std::string expected = content.substr(6000000) + content.substr(0, 6000000);
+        SwapBytes(reinterpret_cast<std::byte*>(expected.data()), expected.size(), swap);
+        ASSERT_TRUE(to == expected) << swap;
+    }
+}
+
+TEST(TiffPlain, AFileThatEndsTooEarlyIsDamagedWhicheverThreadSeesIt) {
+    const ScratchFolder folder;
+    WriteBytes(folder / "bytes", std::string(5000000, 'x'));
+    const InputFile file(folder / "bytes");
+    std::vector<std::byte> to(9000000);
+    for (const std::uint64_t missing : {100U, 4500000U}) {
+        PlainReader reader(file, to.data(), 1);
+        reader.Add(missing, 9000000 - 4000000);
+        EXPECT_THROW(reader.Finish(), kep::IOException) << missing;
+    }
+}
+
 TEST(TiffQueue, FrontAndBackMeet) {
     BlockQueue queue({2, 0, 1, 3});
     EXPECT_EQ(queue.GetCount(), 6U);
