@@ -1,3 +1,4 @@
+#include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_tiffplain.h"
 #include "core/kepcore/kep_tiffqueue.h"
 #include "core/kepcore/kep_tiffunpack.h"
