@@ -1,6 +1,6 @@
 #include "host/message.h"
 #include "host/opening.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

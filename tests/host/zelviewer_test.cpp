@@ -1,7 +1,7 @@
 // Runs the program itself, as a user does: what it prints, how it ends, and the pictures it writes.
 
 #include "image/kep.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <nlohmann/json.hpp>
 

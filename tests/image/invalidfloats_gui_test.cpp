@@ -1,6 +1,6 @@
 #include "image/zel_frameconversion.h"
 #include "image/zel_image4d.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/gui_test.h"
 
 #include <cmath>

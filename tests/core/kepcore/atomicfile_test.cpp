@@ -1,6 +1,6 @@
 #include "core/kepcore/kep_atomicfile.h"
 #include "core/kepcore/kep_exceptions.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

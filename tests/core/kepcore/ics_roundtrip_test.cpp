@@ -2,17 +2,17 @@
 
 #include "core/kepcore/kep_icsgeometry.h"
 #include "tests/core/kepcore/ics_support.h"
+#include "tests/support/comma_locale.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <array>
-#include <clocale>
 #include <cmath>
 #include <csignal>
-#include <cstdlib>
 #include <limits>
+#include <optional>
 #include <sys/resource.h>
 
 namespace ics_test {
@@ -267,33 +267,16 @@ TEST(IcsRoundTrip, AFullDiskLeavesTheOldFile) {
     }
 }
 
-/// Sets a locale with a decimal comma: one that is installed, or one made from the system's sources.
-bool UseCommaLocale(const ScratchFolder& folder) {
-    for (const char* name : {"de_DE.UTF-8", "de_DE.utf8", "fr_FR.UTF-8", "cs_CZ.UTF-8"})
-        if (std::setlocale(LC_ALL, name) != nullptr)
-            return true;
-    const std::string make = "localedef -i de_DE -f UTF-8 " + folder / "de_DE.UTF-8" + " > /dev/null 2>&1";
-    if (std::system(make.c_str()) != 0)
-        return false;
-    ::setenv("LOCPATH", folder.GetPath().c_str(), 1);
-    const bool done = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
-    ::unsetenv("LOCPATH");
-    return done;
-}
-
 TEST(IcsRoundTrip, TheLocaleStaysAndDoesNotMatter) {
     const ScratchFolder folder;
     const Frame frame = MakeFrame({NumberKind::Float, 4}, 1, {5, 4, 3}, 1);
     Write(folder / "classic.ics", frame, true);
-    if (!UseCommaLocale(folder))
-        GTEST_SKIP() << "no locale with a decimal comma can be had here";
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    EXPECT_STREQ(",", std::localeconv()->decimal_point);
+    std::optional<CommaLocale> comma(std::in_place);
     Write(folder / "comma.ics", frame, true);
     const Frame read = Read(folder / "comma.ics");
     FailureOf([&] { Read(folder / "none.ics"); });
-    EXPECT_EQ(before, std::setlocale(LC_ALL, nullptr));
-    std::setlocale(LC_ALL, "C");
+    EXPECT_TRUE(comma->IsStillSet());
+    comma.reset();
     EXPECT_EQ(frame.header.resolution, read.header.resolution);
     EXPECT_EQ(frame.header.offset, read.header.offset);
     std::string classic = ReadBytes(folder / "classic.ics");

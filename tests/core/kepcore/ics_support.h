@@ -2,7 +2,7 @@
 
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_file.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <cstddef>
 #include <cstring>

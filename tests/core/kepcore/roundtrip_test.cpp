@@ -1,10 +1,10 @@
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_image3d.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/comma_locale.h"
+#include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 
-#include <clocale>
 #include <cstring>
 #include <limits>
 #include <locale>
@@ -166,16 +166,13 @@ TEST_F(Files, LocaleOfTheProcessChangesNothing) {
     Image3d<float> frame = MakeRandom<float>(1234, 2, 2, 1);
     frame.SetResolution(Resolution(1.5F, 2.25F, 0.3F));
     frame.SetOffset({1234567.5F, -0.25F, 1e-3F});
-    const std::string before = std::setlocale(LC_ALL, nullptr);
-    std::setlocale(LC_ALL, "de_DE.UTF-8"); // where it is installed; the next line does it for C++ anyway
-    const std::string german = std::setlocale(LC_ALL, nullptr);
+    const CommaLocale comma;
     const std::locale old = std::locale::global(std::locale(std::locale::classic(), new CommaForPoint));
     for (const char* name : {"a.tif", "a.ics"})
         ExpectRoundTrip(frame, folder / name, true);
-    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), german);
+    EXPECT_TRUE(comma.IsStillSet());
     EXPECT_EQ(std::use_facet<std::numpunct<char>>(std::locale()).decimal_point(), ',');
     std::locale::global(old);
-    std::setlocale(LC_ALL, before.c_str());
 }
 
 TEST_F(Files, BoxesAreWrittenAsTheirCopies) {

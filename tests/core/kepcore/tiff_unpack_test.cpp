@@ -2,7 +2,7 @@
 #include "core/kepcore/kep_tiffplain.h"
 #include "core/kepcore/kep_tiffqueue.h"
 #include "core/kepcore/kep_tiffunpack.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 

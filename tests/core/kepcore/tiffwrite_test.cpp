@@ -1,6 +1,6 @@
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_image3d.h"
-#include "tests/core/kepcore/scratchfolder.h"
+#include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 

@@ -15,7 +15,7 @@
 class ScratchFolder {
 public:
     ScratchFolder() {
-        path = (std::filesystem::temp_directory_path() / "kepcore-test-XXXXXX").string();
+        path = (std::filesystem::temp_directory_path() / "zel-test-XXXXXX").string();
         if (::mkdtemp(path.data()) == nullptr)
             throw std::runtime_error("no scratch folder under " + path);
     }
