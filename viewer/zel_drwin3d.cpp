@@ -23,16 +23,32 @@ constexpr zel_ProjectionType withZ = Both(zel_PT_XZ, zel_PT_YZ);
 
 } // namespace
 
-wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow)
-    EVT_PAINT(zel_DrWin3d::OnPaint)
+wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow) EVT_PAINT(zel_DrWin3d::OnPaint)
     EVT_ERASE_BACKGROUND(zel_DrWin3d::OnEraseBackground) // empty: the paint covers everything, so nothing flickers
-wxEND_EVENT_TABLE()
+    EVT_KEY_DOWN(zel_DrWin3d::OnKeyDown) EVT_LEFT_DOWN(zel_DrWin3d::OnMouse) EVT_LEFT_UP(zel_DrWin3d::OnMouse)
+        EVT_LEFT_DCLICK(zel_DrWin3d::OnMouse) EVT_MIDDLE_DOWN(zel_DrWin3d::OnMouse) EVT_MIDDLE_UP(zel_DrWin3d::OnMouse)
+            EVT_MIDDLE_DCLICK(zel_DrWin3d::OnMouse) EVT_RIGHT_DOWN(zel_DrWin3d::OnMouse)
+                EVT_RIGHT_UP(zel_DrWin3d::OnMouse) EVT_RIGHT_DCLICK(zel_DrWin3d::OnMouse)
+                    EVT_MOUSE_AUX1_DOWN(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX1_UP(zel_DrWin3d::OnMouse)
+                        EVT_MOUSE_AUX1_DCLICK(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX2_DOWN(zel_DrWin3d::OnMouse)
+                            EVT_MOUSE_AUX2_UP(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX2_DCLICK(zel_DrWin3d::OnMouse)
+                                EVT_MOTION(zel_DrWin3d::OnMouse) EVT_LEAVE_WINDOW(zel_DrWin3d::OnMouse)
+                                    EVT_ENTER_WINDOW(zel_DrWin3d::OnMouse) EVT_MOUSEWHEEL(zel_DrWin3d::OnMouse)
+                                        EVT_MAGNIFY(zel_DrWin3d::OnMouse) EVT_SET_FOCUS(zel_DrWin3d::OnSetFocus)
+                                            EVT_KILL_FOCUS(zel_DrWin3d::OnKillFocus) wxEND_EVENT_TABLE()
 
-zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields, Component horizontal,
-                         Component vertical, Component third)
+                                                zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas,
+                                                                         const zel_ViewFields& fields,
+                                                                         Component horizontal, Component vertical,
+                                                                         Component third)
     : wxWindow(canvas, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SUNKEN | wxWANTS_CHARS, wxPanelNameStr),
-      m_backing(10, 10), m_canvas(canvas), m_horizontal(MakeAxis(fields, horizontal)),
-      m_vertical(MakeAxis(fields, vertical)), m_third(MakeAxis(fields, third)), m_reversed(fields.reversed) {}
+      m_backing(10, 10),
+      m_canvas(canvas),
+      m_iterator(fields.iterator),
+      m_horizontal(MakeAxis(fields, horizontal)),
+      m_vertical(MakeAxis(fields, vertical)),
+      m_third(MakeAxis(fields, third)),
+      m_reversed(fields.reversed) {}
 
 zel_DrWin3d::Axis zel_DrWin3d::MakeAxis(const zel_ViewFields& fields, Component component) {
     return {&(fields.boundingBox->offset.*component),
@@ -78,6 +94,13 @@ void zel_DrWin3d::Render() {
     dc.SetBackground(*wxBLACK_BRUSH);
     dc.Clear();
     m_canvas->Draw(dc, GetProjectionType());
+    DrawCutPointer(dc);
+    if (GetProjectionType() == zel_PT_XY)
+        DrawTimeBar(dc);
+    if (m_canvas->GetInfoFlag()) {
+        DrawProjectionAnnotation(dc);
+        DrawScaleBar(dc);
+    }
 }
 
 void zel_DrWin3d::OnPaint(wxPaintEvent&) {
@@ -93,29 +116,51 @@ void zel_DrWin3d::OnPaint(wxPaintEvent&) {
 
 void zel_DrWin3d::OnEraseBackground(wxEraseEvent&) {}
 
-wxImage zel_DrWin3d::GetPointerImage() const { return m_backing.ConvertToImage(); }
+wxImage zel_DrWin3d::GetPointerImage() const {
+    return m_backing.ConvertToImage();
+}
 
 zel_DrWinXY::zel_DrWinXY(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields)
     : zel_DrWin3d(canvas, fields, X, Y, Z) {}
-zel_ProjectionType zel_DrWinXY::GetOtherWindowsMask() const { return withZ; }
-zel_ProjectionType zel_DrWinXY::GetVerticalAxisMask() const { return withY; }
-zel_ProjectionType zel_DrWinXY::GetHorizontalAxisMask() const { return withX; }
-kep::Vector3d<float> zel_DrWinXY::WindowToImage(const kep::Vector3d<float>& point) const { return point; }
+zel_ProjectionType zel_DrWinXY::GetOtherWindowsMask() const {
+    return withZ;
+}
+zel_ProjectionType zel_DrWinXY::GetVerticalAxisMask() const {
+    return withY;
+}
+zel_ProjectionType zel_DrWinXY::GetHorizontalAxisMask() const {
+    return withX;
+}
+kep::Vector3d<float> zel_DrWinXY::WindowToImage(const kep::Vector3d<float>& point) const {
+    return point;
+}
 
 zel_DrWinXZ::zel_DrWinXZ(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields)
     : zel_DrWin3d(canvas, fields, X, Z, Y) {}
-zel_ProjectionType zel_DrWinXZ::GetOtherWindowsMask() const { return withY; }
-zel_ProjectionType zel_DrWinXZ::GetVerticalAxisMask() const { return withZ; }
-zel_ProjectionType zel_DrWinXZ::GetHorizontalAxisMask() const { return withX; }
+zel_ProjectionType zel_DrWinXZ::GetOtherWindowsMask() const {
+    return withY;
+}
+zel_ProjectionType zel_DrWinXZ::GetVerticalAxisMask() const {
+    return withZ;
+}
+zel_ProjectionType zel_DrWinXZ::GetHorizontalAxisMask() const {
+    return withX;
+}
 kep::Vector3d<float> zel_DrWinXZ::WindowToImage(const kep::Vector3d<float>& point) const {
     return {point.x, point.z, point.y};
 }
 
 zel_DrWinYZ::zel_DrWinYZ(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields)
     : zel_DrWin3d(canvas, fields, Z, Y, X) {}
-zel_ProjectionType zel_DrWinYZ::GetOtherWindowsMask() const { return withX; }
-zel_ProjectionType zel_DrWinYZ::GetVerticalAxisMask() const { return withY; }
-zel_ProjectionType zel_DrWinYZ::GetHorizontalAxisMask() const { return withZ; }
+zel_ProjectionType zel_DrWinYZ::GetOtherWindowsMask() const {
+    return withX;
+}
+zel_ProjectionType zel_DrWinYZ::GetVerticalAxisMask() const {
+    return withY;
+}
+zel_ProjectionType zel_DrWinYZ::GetHorizontalAxisMask() const {
+    return withZ;
+}
 kep::Vector3d<float> zel_DrWinYZ::WindowToImage(const kep::Vector3d<float>& point) const {
     return {point.z, point.y, point.x};
 }

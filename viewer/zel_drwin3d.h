@@ -8,6 +8,10 @@
 #include <wx/image.h>
 #include <wx/window.h>
 
+#include <optional>
+
+class WXDLLIMPEXP_FWD_CORE wxDC;
+
 namespace mor {
 class ImageIterator;
 }
@@ -52,6 +56,10 @@ public:
 
     /// Moves the visible box so that the point, in microns along this window's axes, is in its middle.
     void CenterAt(float horizontal, float vertical);
+    /// Moves the cut to a point in microns along this window's axes, held in the box. Tells nobody.
+    void SetCutFromPoint(float horizontal, float vertical);
+    /// The pointer is in this window's client area. @param at  its place there, if so
+    bool IsPointerInside(wxPoint& at);
 
     /// Draws the finished picture with its decorations into the backing bitmap. A window without area keeps it.
     void Render();
@@ -78,11 +86,27 @@ protected:
 private:
     static Axis MakeAxis(const zel_ViewFields& fields, Component component);
 
+    void DrawCutPointer(wxDC& dc);
+    void DrawTimeBar(wxDC& dc);
+    void DrawProjectionAnnotation(wxDC& dc);
+    void DrawScaleBar(wxDC& dc);
+
     void OnPaint(wxPaintEvent& event);
     void OnEraseBackground(wxEraseEvent& event);
+    void OnKeyDown(wxKeyEvent& event);
+    void OnMouse(wxMouseEvent& event);
+    void OnSetFocus(wxFocusEvent& event);
+    void OnKillFocus(wxFocusEvent& event);
+
+    void ScrollTo(const Axis& axis, std::optional<float> visibleOffset, zel_ProjectionType mask);
+    void MoveCutTo(std::optional<float> cut);
+    void SetCutAtPointer();
+    void Centre(bool onCut);
+    void Browse(int (mor::ImageIterator::*move)());
 
     wxBitmap m_backing;
     zel_Viewer3dCanvas* m_canvas;
+    mor::ImageIterator* m_iterator;
     Axis m_horizontal;
     Axis m_vertical;
     Axis m_third;

@@ -1,4 +1,5 @@
 #include "viewer/zel_autofocus.h"
+#include "viewer/zel_commands.h"
 #include "viewer/zel_imagecanvas3d.h"
 #include "viewer/zel_picture.h"
 
@@ -8,9 +9,6 @@
 namespace zel {
 
 namespace {
-
-/// Id of the event by which the canvas asks its frame to renew the window icons.
-constexpr int refreshIconId = 6035;
 
 /// A bitmap of pixels that stay the caller's.
 wxBitmap MakeBitmap(Colour* pixels, int width, int height) {
@@ -32,7 +30,7 @@ const kep::Image3d<T>& zel_ImageViewer3dCanvas<T>::GetAutofocusImage(zel_Project
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Draw(wxDC& dc, zel_ProjectionType type) {
-    if (!IsFrameThere())
+    if (!IsFrameThere() || IsMapperDetached())
         return;
     dc.SetTextForeground(*wxGREEN);
     if (zel_DrWin3d* const window = GetDrWin(type)) {
@@ -100,8 +98,7 @@ void zel_ImageViewer3dCanvas<T>::Colourise(zel_ProjectionType type) {
     const std::size_t pixels = static_cast<std::size_t>(buffer.width) * static_cast<std::size_t>(buffer.height);
     if (type == zel_PT_YZ) {
         picture.turned.resize(pixels);
-        TransposePicture(buffer.data, buffer.width, buffer.height, IsReversed(2), IsReversed(1),
-                         picture.turned.data());
+        TransposePicture(buffer.data, buffer.width, buffer.height, IsReversed(2), IsReversed(1), picture.turned.data());
         picture.bitmap = MakeBitmap(picture.turned.data(), buffer.height, buffer.width);
         return;
     }
@@ -115,7 +112,7 @@ void zel_ImageViewer3dCanvas<T>::Colourise(zel_ProjectionType type) {
     }
     picture.bitmap = MakeBitmap(seen, buffer.width, buffer.height);
     if (type == zel_PT_XY)
-        GetEventHandler()->AddPendingEvent(wxUpdateUIEvent(refreshIconId));
+        GetEventHandler()->AddPendingEvent(wxUpdateUIEvent(zel_CMD_REFRESH_ICON));
 }
 
 template <typename T>

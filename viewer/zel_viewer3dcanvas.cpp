@@ -1,16 +1,11 @@
 #include "viewer/zel_viewer3dcanvas.h"
 
+#include "viewer/zel_commands.h"
+
 #include <wx/dcclient.h>
 #include <wx/frame.h>
 
 namespace zel {
-
-namespace {
-
-/// Id of the event by which the canvas asks its frame to renew the window icons.
-constexpr int refreshIconId = 6035;
-
-} // namespace
 
 zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size)
     : wxPanel(parent, id, pos, size, 0, wxPanelNameStr) {
@@ -25,6 +20,7 @@ zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& 
     Bind(wxEVT_SIZE, &zel_Viewer3dCanvas::OnSize, this);
     Bind(wxEVT_PAINT, &zel_Viewer3dCanvas::OnPaint, this);
     Bind(zel_EVT_MOUSE3D, &zel_Viewer3dCanvas::OnMouse3d, this);
+    Bind(wxEVT_TIMER, &zel_Viewer3dCanvas::OnSequenceTimerHandler, this);
     RecomputeVisible();
     Show(true);
 }
@@ -61,11 +57,17 @@ void zel_Viewer3dCanvas::OnVis3dChange(zel_ProjectionType) {
     InfoFrame_UpdateCutAndVisBoxInfo();
 }
 
-void zel_Viewer3dCanvas::OnContentChange(zel_ProjectionType) { Refresh(false); }
+void zel_Viewer3dCanvas::OnContentChange(zel_ProjectionType) {
+    Refresh(false);
+}
 
-void zel_Viewer3dCanvas::MappingChanged(zel_MappingEvent&) { Refresh(false); }
+void zel_Viewer3dCanvas::MappingChanged(zel_MappingEvent&) {
+    Refresh(false);
+}
 
-void zel_Viewer3dCanvas::OverlayingChanged(zel_OverlayingEvent&) { Refresh(false); }
+void zel_Viewer3dCanvas::OverlayingChanged(zel_OverlayingEvent&) {
+    Refresh(false);
+}
 
 void zel_Viewer3dCanvas::OnDataChange() {
     InfoFrame_Move();
@@ -79,7 +81,9 @@ void zel_Viewer3dCanvas::OnTimeChange() {
     Refresh(false);
 }
 
-void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) { InfoFrame_UpdatePixelInfo(); }
+void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) {
+    InfoFrame_UpdatePixelInfo();
+}
 
 void zel_Viewer3dCanvas::UpdateVolVis() {}
 
@@ -89,9 +93,20 @@ void zel_Viewer3dCanvas::InfoFrame_Show(bool) {}
 
 void zel_Viewer3dCanvas::InfoFrame_Create() {}
 
-bool zel_Viewer3dCanvas::InfoFrame_IsShown() const { return m_infoFrame != nullptr && m_infoFrame->IsShown(); }
+bool zel_Viewer3dCanvas::InfoFrame_IsShown() const {
+    return m_infoFrame != nullptr && m_infoFrame->IsShown();
+}
 
 void zel_Viewer3dCanvas::InfoFrame_Move() {}
+
+void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle&) {}
+
+void zel_Viewer3dCanvas::RefreshVolVisIcon(const wxIconBundle&) {}
+
+void zel_Viewer3dCanvas::DetachMapper() {
+    m_sequenceTimer.Stop();
+    m_mapperDetached = true;
+}
 
 void zel_Viewer3dCanvas::ZoomIn() {
     if (m_zoom < std::numeric_limits<int>::max())
@@ -150,7 +165,7 @@ bool zel_Viewer3dCanvas::ToggleAxisReverse(int axis) {
     ReverseAxis(axis);
     Refresh(true);
     InfoFrame_UpdatePixelInfo();
-    GetEventHandler()->AddPendingEvent(wxUpdateUIEvent(refreshIconId));
+    GetEventHandler()->AddPendingEvent(wxUpdateUIEvent(zel_CMD_REFRESH_ICON));
     return m_reversed[axis];
 }
 
@@ -283,7 +298,9 @@ void zel_Viewer3dCanvas::RepaintNow() {
             window->Render();
 }
 
-void zel_Viewer3dCanvas::OnSize(wxSizeEvent&) { OnViewChange(); }
+void zel_Viewer3dCanvas::OnSize(wxSizeEvent&) {
+    OnViewChange();
+}
 
 void zel_Viewer3dCanvas::OnPaint(wxPaintEvent&) {
     wxPaintDC dc(this);

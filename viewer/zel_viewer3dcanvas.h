@@ -93,8 +93,39 @@ public:
     /// Takes the view's options. A cut that is not strictly inside the box becomes the box's centre.
     void SetSettings(const zel_CanvasSettings& settings);
 
+    const zel_CutPointerStyle& GetPointerStyle() const { return m_cutPointer; }
+    /// Refreshes nothing by itself.
+    void SetPointerStyle(const zel_CutPointerStyle& style) { m_cutPointer = style; }
+    const zel_ProjectionAnnotationStyle& GetProjectionAnnotationStyle() const { return m_annotation; }
+    const zel_ScaleBarStyle& GetScaleBarStyle() const { return m_scaleBar; }
+    const zel_TimeBarStyle& GetTimeBarStyle() const { return m_timeBar; }
+
     /// A copy of the state of browsing.
     mor::ImageIterator GetImageIterator() const { return m_iterator; }
+    /// Takes range, step, name template and speed from another state, and goes back by whole steps to the range's
+    /// start; paints at once if that moves.
+    /// @throws kep::InternalException from the setters, in the order range, step, template, speed
+    void UpdateImageIterator(const mor::ImageIterator& other);
+    /// One step forward by hand, painted at once. @return whether another frame is shown
+    bool ShowNextImage();
+    /// Runs one command of the Sequence menu; any other does nothing.
+    /// @param message  gets a text for the status line, "No change." if the command failed
+    void OnSequenceMenuHandler(wxCommandEvent& event, wxString& message);
+    bool OnSequenceMenuUpdateUI_Loop() const { return m_iterator.loopMode; }
+    bool OnSequenceMenuUpdateUI_Oscillation() const { return m_iterator.oscillationMode; }
+    bool OnSequenceMenuUpdateUI_PlayingForward() const;
+    bool OnSequenceMenuUpdateUI_PlayingBackward() const;
+    /// A tick of automatic browsing: one frame on, or the end.
+    void OnSequenceTimerHandler(wxTimerEvent& event);
+    /// Milliseconds between two ticks, as the timer was last started.
+    int GetSequenceInterval() const { return m_sequenceTimer.GetInterval(); }
+
+    /// Says that the mapper is about to be deleted: browsing stops, and nothing is drawn any more.
+    void DetachMapper();
+    bool IsMapperDetached() const { return m_mapperDetached; }
+
+    void ShowVolVis(const wxIconBundle& icons);
+    void RefreshVolVisIcon(const wxIconBundle& icons);
 
     wxFrame* InfoFrame_Get() const { return m_infoFrame; }
     bool InfoFrame_IsShown() const;
@@ -141,6 +172,9 @@ private:
     void OnSize(wxSizeEvent& event);
     void OnPaint(wxPaintEvent& event);
     void ShowWindows();
+    wxString RunSequenceCommand(int id);
+    void StartBrowsing(int direction);
+    void RestartTimer();
     bool IsStrictlyInside(const kep::Vector3d<float>& point) const;
 
     zel_DrWin3d* m_windowXY = nullptr;
@@ -159,6 +193,7 @@ private:
     zel_ScaleBarStyle m_scaleBar;
     zel_TimeBarStyle m_timeBar;
     wxFrame* m_infoFrame = nullptr;
+    bool m_mapperDetached = false;
 };
 
 } // namespace zel

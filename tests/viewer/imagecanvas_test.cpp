@@ -80,12 +80,22 @@ public:
     int volumeUpdates = 0;
 };
 
+/// Leaves the pictures to the voxels.
+void HideDecorations(zel_Viewer3dCanvas& canvas) {
+    zel_CanvasSettings settings;
+    canvas.GetSettings(settings);
+    settings.cutPointer.style = 0;
+    settings.timeBar.thickness = 0;
+    canvas.SetSettings(settings);
+}
+
 class ImageCanvasTest : public GuiTest {
 protected:
     void Open(std::unique_ptr<mor::Image4d<unsigned short>> newImage, wxSize client = {300, 280}) {
         image = std::move(newImage);
         frame = new wxFrame(nullptr, wxID_ANY, "title of the host");
         canvas = new OpenCanvas(frame, mapper, image.get(), false, wxID_ANY, wxDefaultPosition, wxDefaultSize);
+        HideDecorations(*canvas);
         ASSERT_TRUE(ShowAndWait(*frame));
         ASSERT_TRUE(ResizeClient(*frame, client));
         Pump(50);
@@ -459,6 +469,7 @@ TYPED_TEST(ImageCanvasTypes, ShowsItsVoxels) {
     auto* const frame = new wxFrame(nullptr, wxID_ANY, "types");
     auto* const canvas =
         new zel_ImageViewer3dCanvas<T>(frame, mapper, image.get(), false, wxID_ANY, wxDefaultPosition, wxDefaultSize);
+    HideDecorations(*canvas);
     EXPECT_EQ(canvas->GetImageTypeName(), expectedName<T>);
     EXPECT_EQ(canvas->GetImage(), image.get());
     EXPECT_EQ(&canvas->GetMapper(), &mapper);

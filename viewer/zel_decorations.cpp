@@ -1,0 +1,98 @@
+#include "viewer/zel_decorations.h"
+
+#include "viewer/zel_truncate.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace zel {
+
+wxPoint PlaceBlock(int position, const wxPoint& offset, const wxSize& block, const wxSize& window) {
+    const int right = window.x - offset.x - block.x;
+    const int bottom = window.y - offset.y - block.y;
+    switch (position) {
+    case 0:
+        return offset;
+    case 1:
+        return {right, offset.y};
+    case 2:
+        return {offset.x, bottom};
+    case 3:
+        return {right, bottom};
+    default:
+        return {0, 0};
+    }
+}
+
+int CutPointerPlace(float cut, float visibleOffset, float scale) {
+    return TruncToInt(static_cast<double>((cut - visibleOffset) * scale + 0.5F));
+}
+
+std::vector<Stroke> CutPointerStrokes(int style, const wxPoint& at, const wxSize& window) {
+    constexpr int mark = 10;
+    switch (style) {
+    case 1:
+    case 2:
+        return {{{0, at.y}, {mark, at.y}},
+                {{window.x - mark, at.y}, {window.x, at.y}},
+                {{at.x, 0}, {at.x, mark}},
+                {{at.x, window.y - mark}, {at.x, window.y}}};
+    case 3:
+    case 4:
+    case 5:
+        return {{{0, at.y}, {window.x, at.y}}, {{at.x, 0}, {at.x, window.y}}};
+    default:
+        return {};
+    }
+}
+
+TimeBarGeometry LayOutTimeBar(const zel_TimeBarStyle& style, const wxSize& text, const wxSize& window, int frame,
+                              int count) {
+    constexpr int markerHeight = 20;
+    const int gap = style.thickness / 2;
+    const wxSize block(style.length + text.x + gap, std::max(text.y, markerHeight));
+    const wxPoint corner = PlaceBlock(style.position, style.offset, block, window);
+    const int baseline = corner.y + block.y;
+    const int start = corner.x + text.x + gap;
+    const float along = static_cast<float>(frame) * static_cast<float>(style.length) / static_cast<float>(count - 1);
+    const int marker = start + static_cast<int>(std::lround(along));
+    return {{corner.x, baseline - text.y},
+            {{start, baseline}, {start + style.length, baseline}},
+            {{marker, baseline}, {marker, baseline - markerHeight}}};
+}
+
+wxString ScaleBarText(float length) {
+    constexpr long long whole = 1000000;
+    // The product is a float too: as a double it would show the seventh digit of a length like 0.7.
+    const double scaled = std::clamp(static_cast<double>(length * 1e6F), -9e18, 9e18);
+    long long remainder = std::isnan(scaled) ? 0 : static_cast<long long>(scaled) % whole;
+    int decimals = 6;
+    while (decimals > 0 && remainder % 10 == 0) {
+        --decimals;
+        remainder /= 10;
+    }
+    constexpr int microSign = 181;
+    return wxString::Format("%.*f %cm: ", decimals, static_cast<double>(length), microSign);
+}
+
+int ScaleBarPixels(float length, int zoom, float resolution) {
+    return TruncToInt(static_cast<double>((static_cast<float>(zoom) + 1.0F) * length * resolution));
+}
+
+bool LayOutScaleBar(const zel_ScaleBarStyle& style, const wxSize& text, const wxSize& legs, const wxSize& window,
+                    ScaleBarGeometry& geometry) {
+    if (style.thickness <= 0 || style.position < 0 || style.position > 3)
+        return false;
+    const int gap = style.thickness / 2;
+    const wxSize block(text.x + gap + legs.x, std::max(text.y, legs.y));
+    const wxPoint at = PlaceBlock(style.position, style.offset, block, window);
+    const bool right = style.position == 1 || style.position == 3;
+    const bool bottom = style.position == 2 || style.position == 3;
+    const wxPoint corner(at.x + text.x + gap + (right ? legs.x : 0), at.y + (bottom ? block.y : 0));
+    geometry.text = {at.x, bottom ? at.y + block.y - text.y : at.y};
+    geometry.horizontal = {corner, {corner.x + (right ? -legs.x : legs.x), corner.y}};
+    geometry.vertical = {corner, {corner.x, corner.y + (bottom ? -legs.y : legs.y)}};
+    return true;
+}
+
+} // namespace zel
