@@ -1,0 +1,7 @@
+#include "viewer/zel_extensionmodule.h"
+
+namespace zel {
+
+zel_ExtensionModule::~zel_ExtensionModule() = default;
+
+} // namespace zel

@@ -1,0 +1,38 @@
+#pragma once
+
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+
+class WXDLLIMPEXP_FWD_CORE wxFrame;
+class WXDLLIMPEXP_FWD_CORE wxMenu;
+
+namespace zel {
+
+/// An event handler that hangs a menu of its own on a viewer frame. It is pushed on the frame and so sees each event
+/// before the frame does: this is how it gets the commands of its menu.
+class ZEL_EXPORT zel_ExtensionModule : public wxEvtHandler {
+public:
+    zel_ExtensionModule() = default;
+    ~zel_ExtensionModule() override;
+
+    /// Makes the menu, with command ids from `id` upward, and moves `id` on behind those that it took.
+    /// @return the menu, which the caller then owns, or null for none
+    virtual wxMenu* CreateMenu(int& id) = 0;
+
+    /// Id of a menu entry by its offset from the module's first id, which is 0 until CreateMenu has set it.
+    int GetMenuId(int offset) const { return m_firstMenuId + offset; }
+
+    /// The owning frame; null until the module is added to one.
+    wxFrame* GetFrame() const { return m_frame; }
+    void SetFrame(wxFrame* frame) { m_frame = frame; }
+
+protected:
+    void SetFirstMenuId(int id) { m_firstMenuId = id; }
+
+private:
+    int m_firstMenuId = 0;
+    wxFrame* m_frame = nullptr;
+};
+
+} // namespace zel
