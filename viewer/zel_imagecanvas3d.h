@@ -89,8 +89,8 @@ private:
         ColourBuffer buffer{0, 0};
         std::vector<Colour> turned; // the buffer as it is seen in the window; kept between paints
         wxBitmap bitmap;
-        bool dataDirty = true;   // the slice must be resampled from the image
-        bool colourDirty = false; // the slice must be mapped anew
+        bool dataDirty = true;            // the slice must be resampled from the image
+        bool colourDirty = false;         // the slice must be mapped anew
         std::vector<bool> autofocusStale; // one for each frame
     };
 

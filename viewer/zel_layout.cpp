@@ -102,8 +102,7 @@ bool ComputeViewLayout(const ViewLayoutInput& in, ViewLayout& layout) {
     return true;
 }
 
-wxSize ComputeOptimalSize(const wxSize& xy, const wxSize& xz, const wxSize& yz, bool showXY, bool showXZ,
-                          bool showYZ) {
+wxSize ComputeOptimalSize(const wxSize& xy, const wxSize& xz, const wxSize& yz, bool showXY, bool showXZ, bool showYZ) {
     // Six pixels a window: its border, the gap before it, and some air.
     constexpr int margin = 6;
     const auto add = [](int a, int b) { return TruncToInt(static_cast<double>(a) + static_cast<double>(b)); };

@@ -12,14 +12,14 @@ using MicronBox = kep::VOI<kep::T_pair<float, float>>;
 
 /// What the arrangement of the three drawing windows depends on.
 struct ViewLayoutInput {
-    wxSize client;                  ///< the canvas's client size, pixels
-    int border = 0;                 ///< both frame lines of a drawing window together, pixels
+    wxSize client;  ///< the canvas's client size, pixels
+    int border = 0; ///< both frame lines of a drawing window together, pixels
     bool showXY = true;
     bool showXZ = true;
     bool showYZ = true;
-    MicronBox boundingBox;          ///< the whole image
-    MicronBox visibleBox;           ///< what was visible until now; its centre is kept
-    kep::Vector3d<float> scale;     ///< pixels per micron
+    MicronBox boundingBox;      ///< the whole image
+    MicronBox visibleBox;       ///< what was visible until now; its centre is kept
+    kep::Vector3d<float> scale; ///< pixels per micron
 };
 
 /// Where the windows stand, borders included, and what they show.
