@@ -1,4 +1,5 @@
 #include "image/zel_image4d.h"
+#include "tests/support/text_of.h"
 
 #include <gtest/gtest.h>
 
@@ -27,16 +28,6 @@ void FillWithPositions(Image4d<T>& image) {
         image.SetImageName(t, "frame " + std::to_string(t));
     }
     image.UpdateMinMaxValues();
-}
-
-template <typename Call>
-std::string TextOf(Call call) {
-    try {
-        call();
-    } catch (const kep::InternalException& e) {
-        return e.GetText();
-    }
-    return "nothing thrown";
 }
 
 // --- cached extremes ---

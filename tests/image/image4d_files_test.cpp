@@ -1,5 +1,6 @@
 #include "image/zel_image4d.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -75,16 +76,6 @@ protected:
     ScratchFolder folder;
     CollectedLog log;
 };
-
-template <typename Call>
-std::string TextOf(Call call) {
-    try {
-        call();
-    } catch (const kep::InternalException& e) {
-        return e.GetText();
-    }
-    return "nothing thrown";
-}
 
 // --- ReadSequence ---
 

@@ -1,5 +1,6 @@
 #include "image/zel_framelist.h"
 #include "image/zel_image4d.h"
+#include "tests/support/text_of.h"
 
 #include <gtest/gtest.h>
 
@@ -47,16 +48,6 @@ struct Sequence {
     }
     Image4d<int> image;
 };
-
-template <typename Call>
-std::string TextOf(Call call) {
-    try {
-        call();
-    } catch (const kep::InternalException& e) {
-        return e.GetText();
-    }
-    return "nothing thrown";
-}
 
 // --- InsertFrame ---
 

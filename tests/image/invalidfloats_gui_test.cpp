@@ -1,7 +1,7 @@
 #include "image/zel_frameconversion.h"
 #include "image/zel_image4d.h"
-#include "tests/support/scratch_folder.h"
 #include "tests/support/gui_test.h"
+#include "tests/support/scratch_folder.h"
 
 #include <cmath>
 #include <complex>

@@ -1,5 +1,6 @@
 #include "image/kep.h"
 #include "image/zel_imageiterator.h"
+#include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -29,15 +30,6 @@ ImageIterator ThreeToTenByFour() {
     it.SetRange(3, 10);
     it.SetStep(4);
     return it;
-}
-
-std::string TextOf(const std::function<void()>& call) {
-    try {
-        call();
-    } catch (const kep::InternalException& e) {
-        return e.GetText();
-    }
-    return "no exception";
 }
 
 using Frames = std::vector<int>;
@@ -98,8 +90,7 @@ TEST(ImageIterator, RefusesWrongValuesWithTheirTexts) {
     EXPECT_EQ(TextOf([&] { it.SetStep(0); }), "Incorrect step size given.");
     EXPECT_EQ(TextOf([&] { it.SetStep(9); }), "Incorrect step size given."); // 10 - 3 + 1 is 8
     it.SetStep(8);
-    EXPECT_EQ(TextOf([&] { it.SetNameTemplate("imagexxx.tif"); }),
-              "Missing the number-replacement character 'X'.");
+    EXPECT_EQ(TextOf([&] { it.SetNameTemplate("imagexxx.tif"); }), "Missing the number-replacement character 'X'.");
     it.SetNameTemplate("aX.ics");
     EXPECT_EQ(it.nameTemplate, "aX.ics");
     EXPECT_EQ(TextOf([&] { it.SetFPS(0); }), "Incorrect FPS requested.");

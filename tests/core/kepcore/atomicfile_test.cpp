@@ -1,6 +1,7 @@
 #include "core/kepcore/kep_atomicfile.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "tests/support/scratch_folder.h"
+#include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -27,16 +28,6 @@ void Save(const std::string& fileName, const std::string& bytes) {
     kep::AtomicFile file(fileName);
     file.Write(bytes.data(), bytes.size());
     file.Commit();
-}
-
-/// The text of the failure, or nothing if the action went well.
-std::string FailureOf(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const kep::IOException& failure) {
-        return failure.GetText();
-    }
-    return "";
 }
 
 unsigned ModeOf(const std::string& fileName) {
@@ -167,7 +158,7 @@ TEST(AtomicFile, LinksInACircleAreRefused) {
     std::filesystem::create_symlink("b", folder / "a");
     std::filesystem::create_symlink("a", folder / "b");
     EXPECT_EQ("SaveImage(): Cannot write the file '" + folder / "a" + "': Too many levels of symbolic links",
-              FailureOf([&] { Save(folder / "a", "x"); }));
+              TextOf<kep::IOException>([&] { Save(folder / "a", "x"); }));
 }
 
 TEST(AtomicFile, RefusesWhatIsNoPlainFile) {
@@ -175,11 +166,12 @@ TEST(AtomicFile, RefusesWhatIsNoPlainFile) {
     std::filesystem::create_directory(folder / "sub.tif");
     ASSERT_EQ(0, ::mkfifo((folder / "pipe.tif").c_str(), 0600));
     const std::string start = "SaveImage(): Cannot write the file '";
-    EXPECT_EQ(start + folder / "sub.tif" + "': it is a folder", FailureOf([&] { Save(folder / "sub.tif", "x"); }));
+    EXPECT_EQ(start + folder / "sub.tif" + "': it is a folder",
+              TextOf<kep::IOException>([&] { Save(folder / "sub.tif", "x"); }));
     EXPECT_EQ(start + folder / "pipe.tif" + "': it is not a plain file",
-              FailureOf([&] { Save(folder / "pipe.tif", "x"); }));
-    EXPECT_EQ(start + "/dev/null': it is not a plain file", FailureOf([] { Save("/dev/null", "x"); }));
-    EXPECT_EQ(start + "': it names no file", FailureOf([] { Save("", "x"); }));
+              TextOf<kep::IOException>([&] { Save(folder / "pipe.tif", "x"); }));
+    EXPECT_EQ(start + "/dev/null': it is not a plain file", TextOf<kep::IOException>([] { Save("/dev/null", "x"); }));
+    EXPECT_EQ(start + "': it names no file", TextOf<kep::IOException>([] { Save("", "x"); }));
     EXPECT_THAT(folder.List(), ElementsAre("pipe.tif", "sub.tif"));
 }
 
@@ -187,7 +179,7 @@ TEST(AtomicFile, AFolderThatIsNotThereIsNamed) {
     const ScratchFolder folder;
     EXPECT_EQ("SaveImage(): Cannot write the file '" + folder / "none/a.tif" +
                   "': no file can be made in the folder '" + folder / "none/" + "': No such file or directory",
-              FailureOf([&] { Save(folder / "none/a.tif", "x"); }));
+              TextOf<kep::IOException>([&] { Save(folder / "none/a.tif", "x"); }));
 }
 
 TEST(AtomicFile, ALongNameFindsRoomForItsTemporaryFile) {
@@ -205,7 +197,7 @@ TEST(AtomicFile, AFullDiskLeavesTheOldFile) {
     std::string failure;
     {
         const FileSizeLimit full(100000);
-        failure = FailureOf([&] { Save(folder / "a.ics", std::string(100001, 'x')); });
+        failure = TextOf<kep::IOException>([&] { Save(folder / "a.ics", std::string(100001, 'x')); });
     }
     EXPECT_EQ("SaveImage(): Cannot write the file '" + folder / "a.ics" + "': File too large", failure);
     EXPECT_EQ("old", ReadBytes(folder / "a.ics"));
@@ -234,7 +226,8 @@ TEST(AtomicFile, AReadOnlyFolderIsNamedAndTheFileStays) {
     ASSERT_EQ(0, ::chmod(folder.GetPath().c_str(), 0555));
     const std::string expected = "SaveImage(): Cannot write the file '" + folder / "a.tif" +
                                  "': no file can be made in the folder '" + folder.GetPath() + "/': Permission denied";
-    EXPECT_TRUE(HoldsForAUser([&] { return FailureOf([&] { Save(folder / "a.tif", "x"); }) == expected; }));
+    EXPECT_TRUE(
+        HoldsForAUser([&] { return TextOf<kep::IOException>([&] { Save(folder / "a.tif", "x"); }) == expected; }));
     EXPECT_EQ("old", ReadBytes(folder / "a.tif"));
     EXPECT_THAT(folder.List(), ElementsAre("a.tif"));
     ASSERT_EQ(0, ::chmod(folder.GetPath().c_str(), 0755));
@@ -246,7 +239,8 @@ TEST(AtomicFile, AProtectedFileIsNotReplaced) {
     ASSERT_EQ(0, ::chmod((folder / "a.tif").c_str(), 0444));
     ASSERT_EQ(0, ::chmod(folder.GetPath().c_str(), 0777));
     const std::string expected = "SaveImage(): Cannot write the file '" + folder / "a.tif" + "': Permission denied";
-    EXPECT_TRUE(HoldsForAUser([&] { return FailureOf([&] { Save(folder / "a.tif", "x"); }) == expected; }));
+    EXPECT_TRUE(
+        HoldsForAUser([&] { return TextOf<kep::IOException>([&] { Save(folder / "a.tif", "x"); }) == expected; }));
     EXPECT_EQ("old", ReadBytes(folder / "a.tif"));
 }
 
