@@ -3,6 +3,8 @@
 // The one door to the imaging core: everything above it includes this header and none of the core's own.
 
 #include "core/kepalgo/kep_copytoimage.h"
+#include "core/kepalgo/kep_labeledimage3d.h"
+#include "core/kepalgo/kep_neighbourhood.h"
 #include "core/kepalgo/kep_projection.h"
 #include "core/kepcore/kep_atomicfile.h"
 #include "core/kepcore/kep_exceptions.h"

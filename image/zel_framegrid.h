@@ -14,6 +14,11 @@ inline kep::Vector3d<std::size_t> IndexToPosition(const kep::Vector3d<std::size_
     return {i % size.x, (i / size.x) % size.y, (i / size.x) / size.y};
 }
 
+inline kep::Vector3d<int> IndexToCoordinates(const kep::Vector3d<std::size_t>& size, std::size_t i) {
+    const kep::Vector3d<std::size_t> p = IndexToPosition(size, i);
+    return {static_cast<int>(p.x), static_cast<int>(p.y), static_cast<int>(p.z)};
+}
+
 inline std::size_t PositionToIndex(const kep::Vector3d<std::size_t>& size, std::size_t x, std::size_t y,
                                    std::size_t z) {
     return (size.y * z + y) * size.x + x;
@@ -40,6 +45,11 @@ inline bool OnAxisBorder(std::size_t extent, std::size_t at) {
 
 inline bool OnFrameBorder(const kep::Vector3d<std::size_t>& size, std::size_t x, std::size_t y, std::size_t z) {
     return OnAxisBorder(size.x, x) || OnAxisBorder(size.y, y) || OnAxisBorder(size.z, z);
+}
+
+/// The first or the last frame; a single frame is both.
+inline bool OnSequenceBorder(std::size_t sizeT, std::size_t t) {
+    return t == 0 || t + 1 == sizeT;
 }
 
 } // namespace mor::detail

@@ -5,6 +5,7 @@
 #include "image/kep.h"
 
 #include <wx/arrstr.h>
+#include <wx/log.h>
 #include <wx/string.h>
 
 #include <algorithm>
@@ -56,6 +57,16 @@ void CutFrames(std::vector<Frame*>& frames, wxArrayString& names, std::size_t co
         names.RemoveAt(count, names.size() - count);
 }
 
+/// Appends a frame, or throws and changes nothing.
+template <typename Frame>
+void AppendFrame(std::unique_ptr<Frame> frame, const wxString& name, std::vector<Frame*>& frames,
+                 wxArrayString& names) {
+    if (frames.size() == frames.capacity())
+        frames.reserve(2 * frames.capacity() + 1);
+    names.Add(name);
+    frames.push_back(frame.release());
+}
+
 /// Gives the list exactly `count` frames of the geometry, resizing the first ones in place. The names are replaced by
 /// a notice that there is no file. Throws what the frames' MakeRoom throws: then nothing has changed, or, when some
 /// frames had been resized already, `frames` and `names` are empty.
@@ -91,6 +102,36 @@ void MakeFrames(const FrameGeometry& geometry, std::size_t count, std::vector<Fr
     names.swap(newNames);
 }
 
+/// MakeFrames, with the sequence's own size and count: of an emptied list they become 0.
+template <typename Frame>
+void MakeSequence(const FrameGeometry& geometry, std::size_t count, kep::Vector3d<std::size_t>& size,
+                  std::size_t& sizeT, std::vector<Frame*>& frames, wxArrayString& names) {
+    const std::size_t before = frames.size();
+    try {
+        MakeFrames(geometry, count, frames, names);
+    } catch (...) {
+        if (frames.size() != before) {
+            size = {};
+            sizeT = 0;
+        }
+        throw;
+    }
+    size = geometry.size;
+    sizeT = count;
+}
+
+/// @throws kep::InternalException there are no names to read
+inline void CheckNames(const wxArrayString& names) {
+    if (names.empty())
+        throw kep::InternalException("ReadSequence(): array Names cannot be empty!");
+}
+
+/// @throws kep::InternalException the frame just read differs from the sequence
+inline void CheckGeometry(const FrameGeometry& frame, const FrameGeometry& sequence) {
+    if (frame != sequence)
+        throw kep::InternalException("ReadSequence(): The frame metadata differs from the sequence metadata!");
+}
+
 /// Deletes frame t and its name.
 /// @throws kep::InternalException before anything changed
 template <typename Frame>
@@ -119,14 +160,22 @@ inline wxString MakeFrameFileName(const char* prefix, int digits, const char* su
     return decode(prefix) + wxString::Format(format, i) + decode(suffix);
 }
 
-/// What SaveSequence tests before it writes the first file.
+/// What SaveSequence does, after its tests.
 /// @param fault  result of TestConsistency
-/// @throws kep::InternalException
-inline void CheckSaveSequence(int startIndex, int stopIndex, int fault) {
+/// @param save   called with each frame and the name of its file
+/// @throws kep::InternalException; what `save` throws
+template <typename Frame, typename Save>
+void SaveFrames(const std::vector<Frame*>& frames, const char* prefix, int digits, const char* suffix, int startIndex,
+                int stopIndex, int fault, Save save) {
     if (stopIndex < startIndex)
         throw kep::InternalException("SaveSequence(): StopIndex cannot be smaller than StartIndex!");
     if (fault != 0)
         throw kep::InternalException("SaveSequence(): The image is not consistent!");
+    for (int i = startIndex; i <= stopIndex; ++i) {
+        const wxString name = MakeFrameFileName(prefix, digits, suffix, i);
+        wxLogMessage("%s", "Saving: " + name);
+        save(*frames[static_cast<std::size_t>(i)], name.fn_str());
+    }
 }
 
 } // namespace mor::detail

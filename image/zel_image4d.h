@@ -90,10 +90,7 @@ public:
     /// No modulo: an index past the frame gives a z past the frame.
     std::size_t GetZ(std::size_t i) const { return (i / size.x) / size.y; }
     kep::Vector3d<std::size_t> GetFramePos(std::size_t i) const { return detail::IndexToPosition(size, i); }
-    kep::Vector3d<int> GetInFrameCoords(std::size_t i) const {
-        const kep::Vector3d<std::size_t> p = detail::IndexToPosition(size, i);
-        return {static_cast<int>(p.x), static_cast<int>(p.y), static_cast<int>(p.z)};
-    }
+    kep::Vector3d<int> GetInFrameCoords(std::size_t i) const { return detail::IndexToCoordinates(size, i); }
     std::size_t GetInFrameIndex(std::size_t x, std::size_t y, std::size_t z) const {
         return detail::PositionToIndex(size, x, y, z);
     }
@@ -121,7 +118,7 @@ public:
     }
     bool OnBorder(const kep::Vector3d<std::size_t>& p, std::size_t t) const { return OnBorder(p.x, p.y, p.z, t); }
     /// t is the first or the last frame; a single frame is both.
-    bool OnSequenceBorder(std::size_t t) const { return t == 0 || t + 1 == sizeT; }
+    bool OnSequenceBorder(std::size_t t) const { return detail::OnSequenceBorder(sizeT, t); }
 
     // --- voxels and frames; writing leaves the cached extremes as they are ---
 
@@ -251,7 +248,6 @@ private:
     static std::unique_ptr<Frame> ReadFrame(const wxString& name, bool binary);
     detail::FrameGeometry GetGeometry() const;
     void TakeGeometry(const Frame& frame);
-    bool HasEqualGeometry(const Frame& frame) const;
     void AppendFrame(std::unique_ptr<Frame> frame, const wxString& name);
     void TakeExtremes(const Frame& frame);
 

@@ -34,11 +34,6 @@ void Image4d<T>::TakeGeometry(const Frame& frame) {
 }
 
 template <typename T>
-bool Image4d<T>::HasEqualGeometry(const Frame& frame) const {
-    return detail::GeometryOf(frame) == GetGeometry();
-}
-
-template <typename T>
 void Image4d<T>::ReadSequence(const wxArrayString& Names, bool binary) {
     const wxArrayString list = Names; // it may be this container's own, which the first step empties
     ReadSequence_First(list, binary);
@@ -48,8 +43,7 @@ void Image4d<T>::ReadSequence(const wxArrayString& Names, bool binary) {
 
 template <typename T>
 void Image4d<T>::ReadSequence_First(const wxArrayString& Names, bool binary) {
-    if (Names.empty())
-        throw kep::InternalException("ReadSequence(): array Names cannot be empty!");
+    detail::CheckNames(Names);
     const wxString name = Names[0];
     DestroyData();
     wxLogMessage("%s", "I_Reading: " + name);
@@ -60,24 +54,20 @@ void Image4d<T>::ReadSequence_First(const wxArrayString& Names, bool binary) {
 
 template <typename T>
 void Image4d<T>::ReadSequence_Next(const wxArrayString& Names, bool binary) {
-    if (Names.empty())
-        throw kep::InternalException("ReadSequence(): array Names cannot be empty!");
+    detail::CheckNames(Names);
     const wxString name = Names[sizeT];
     wxLogMessage("%s", "I_Reading: " + name);
     auto frame = ReadFrame(name, binary);
-    if (!HasEqualGeometry(*frame))
-        throw kep::InternalException("ReadSequence(): The frame metadata differs from the sequence metadata!");
+    detail::CheckGeometry(detail::GeometryOf(*frame), GetGeometry());
     AppendFrame(std::move(frame), name);
 }
 
 template <typename T>
 void Image4d<T>::SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex, int StopIndex) const {
-    detail::CheckSaveSequence(StartIndex, StopIndex, TestConsistency());
-    for (int i = StartIndex; i <= StopIndex; ++i) {
-        const wxString name = detail::MakeFrameFileName(prefix, digits, suffix, i);
-        wxLogMessage("%s", "Saving: " + name);
-        frames[static_cast<std::size_t>(i)]->SaveImage(name.fn_str(), kep::FF_BY_NAME, true, nullptr);
-    }
+    const auto save = [](const Frame& frame, const char* name) {
+        frame.SaveImage(name, kep::FF_BY_NAME, true, nullptr);
+    };
+    detail::SaveFrames(frames, prefix, digits, suffix, StartIndex, StopIndex, TestConsistency(), save);
 }
 
 template <typename T>
@@ -88,7 +78,7 @@ void Image4d<T>::InsertFrame(Frame* const frame, const wxString& name, int t) {
         throw kep::InternalException("InsertFrame(): NULL image pointer given.");
     if (t < -1 || static_cast<long long>(t) >= static_cast<long long>(sizeT))
         throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
-    if (!HasEqualGeometry(*frame))
+    if (detail::GeometryOf(*frame) != GetGeometry())
         throw kep::InternalException("InsertFrame(): Inserted image is not consistent with the sequence!");
     const std::size_t at = t == -1 ? sizeT : static_cast<std::size_t>(t);
     // Everything that can fail comes before the first change.

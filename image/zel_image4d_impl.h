@@ -6,6 +6,7 @@
 #include "image/zel_image4d.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace mor {
 
@@ -55,16 +56,7 @@ void Image4d<T>::SetResolution(const kep::Resolution& newResolution) {
 
 template <typename T>
 void Image4d<T>::MakeRoom(std::size_t x, std::size_t y, std::size_t z, std::size_t t) {
-    const std::size_t before = frames.size();
-    try {
-        detail::MakeFrames({offset, resolution, {x, y, z}}, t, frames, names);
-    } catch (...) {
-        if (frames.size() != before)
-            DestroyData();
-        throw;
-    }
-    size = {x, y, z};
-    sizeT = t;
+    detail::MakeSequence({offset, resolution, {x, y, z}}, t, size, sizeT, frames, names);
 }
 
 template <typename T>
@@ -146,11 +138,7 @@ detail::FrameGeometry Image4d<T>::GetGeometry() const {
 
 template <typename T>
 void Image4d<T>::AppendFrame(std::unique_ptr<Frame> frame, const wxString& name) {
-    // Everything that can fail comes before the first change.
-    if (frames.size() == frames.capacity())
-        frames.reserve(2 * frames.capacity() + 1);
-    names.Add(name);
-    frames.push_back(frame.release());
+    detail::AppendFrame(std::move(frame), name, frames, names);
     ++sizeT;
     TakeExtremes(*frames.back());
 }

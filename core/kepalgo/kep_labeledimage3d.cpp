@@ -1,0 +1,298 @@
+#include "core/kepalgo/kep_labeledimage3d.h"
+
+#include "core/kepalgo/kep_runs.h"
+#include "core/kepcore/kep_exceptions.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <utility>
+#include <vector>
+
+namespace kep {
+
+namespace {
+
+constexpr std::size_t labelCount = std::size_t{std::numeric_limits<unsigned short>::max()} + 1;
+
+/// What a component's runs add up to.
+struct Extent {
+    Vector3d<std::size_t> low;  ///< first voxel of the bounding box
+    Vector3d<std::size_t> high; ///< its last voxel
+    std::size_t volume = 0;
+    std::size_t firstVoxel = 0; ///< index
+    bool border = false;
+};
+
+/// Takes runs along x, in the order of their voxels, into the extents of their components.
+class ExtentCounter {
+public:
+    explicit ExtentCounter(const Vector3d<std::size_t>& size) : m_size(size) {}
+
+    void StartRow(std::size_t y, std::size_t z) {
+        m_y = y;
+        m_z = z;
+        m_row = (m_size.y * z + y) * m_size.x;
+        m_rowOnBorder = IsOuter(y, m_size.y) || IsOuter(z, m_size.z);
+    }
+    /// Takes a run that starts a component.
+    Extent Start(std::size_t from, std::size_t until) const {
+        return {{from, m_y, m_z}, {until - 1, m_y, m_z}, until - from, m_row + from, IsOnBorder(from, until)};
+    }
+    void Add(std::size_t from, std::size_t until, Extent& extent) const {
+        extent.low.x = std::min(extent.low.x, from);
+        extent.low.y = std::min(extent.low.y, m_y); // low.z stays, as z never falls
+        extent.high.x = std::max(extent.high.x, until - 1);
+        extent.high.y = std::max(extent.high.y, m_y);
+        extent.high.z = m_z;
+        extent.volume += until - from;
+        extent.border = extent.border || IsOnBorder(from, until);
+    }
+
+private:
+    /// An axis of size 1 has no border.
+    static bool IsOuter(std::size_t at, std::size_t size) { return size != 1 && (at == 0 || at == size - 1); }
+    bool IsOnBorder(std::size_t from, std::size_t until) const {
+        return m_rowOnBorder || IsOuter(from, m_size.x) || IsOuter(until - 1, m_size.x);
+    }
+
+    Vector3d<std::size_t> m_size;
+    std::size_t m_y = 0;
+    std::size_t m_z = 0;
+    std::size_t m_row = 0; ///< index of its first voxel
+    bool m_rowOnBorder = false;
+};
+
+template <typename L, typename V>
+ComponentInfo<L, V> MakeComponent(const Extent& extent, const Image3d<V>& image) {
+    const Vector3d<std::size_t> size(extent.high.x - extent.low.x + 1, extent.high.y - extent.low.y + 1,
+                                     extent.high.z - extent.low.z + 1);
+    return {{extent.low, size}, extent.volume, image.GetVoxel(extent.firstVoxel), extent.border};
+}
+
+/// The runs of voxels that are not 0, row by row, each with the number of the component that it belongs to.
+class ComponentRuns {
+public:
+    struct Run {
+        std::uint32_t from;
+        std::uint32_t until;
+        /// While runs are being joined: an earlier run of the same component, or the run itself. Then the label.
+        std::uint32_t link;
+    };
+
+    template <typename V>
+    explicit ComponentRuns(const Image3d<V>& image) : m_size(image.size) {
+        constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+        if (m_size.x > most)
+            throw LibException("CreateForegroundRegionsFF(): The image is too large.");
+        const std::size_t rows = m_size.y * m_size.z;
+        m_rowStarts.reserve(rows + 1);
+        m_rowStarts.push_back(0);
+        for (std::size_t row = 0; row < rows; ++row) {
+            detail::ForEachRun(image.begin() + row * m_size.x, m_size.x, [this](std::size_t from, std::size_t until) {
+                m_runs.push_back({static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(until),
+                                  static_cast<std::uint32_t>(m_runs.size())});
+            });
+            if (m_runs.size() > most)
+                throw LibException("CreateForegroundRegionsFF(): The image is too large.");
+            m_rowStarts.push_back(m_runs.size());
+            if (row % m_size.y != 0)
+                Join(row, row - 1);
+            if (row >= m_size.y)
+                Join(row, row - m_size.y);
+        }
+    }
+
+    /// Turns links into labels, which rise with the first voxel of each component.
+    /// @return the extents, by label; [0] is of no component
+    std::vector<Extent> Number() {
+        std::vector<Extent> extents(1);
+        ExtentCounter counter(m_size);
+        ForEachRow([&](std::size_t y, std::size_t z, std::size_t row) {
+            counter.StartRow(y, z);
+            for (std::size_t i = m_rowStarts[row]; i < m_rowStarts[row + 1]; ++i) {
+                Run& run = m_runs[i];
+                if (run.link != i) {
+                    run.link = m_runs[run.link].link; // a label already, as the linked run lies before
+                    counter.Add(run.from, run.until, extents[run.link]);
+                    continue;
+                }
+                if (extents.size() == labelCount)
+                    throw LibException("CreateForegroundRegionsFF(): More than 65535 components.");
+                run.link = static_cast<std::uint32_t>(extents.size());
+                extents.push_back(counter.Start(run.from, run.until));
+            }
+        });
+        return extents;
+    }
+
+    /// Writes the labels of all runs into a frame of zeros.
+    template <typename L>
+    void Paint(L* voxels) const {
+        for (std::size_t row = 0; row + 1 < m_rowStarts.size(); ++row, voxels += m_size.x) {
+            for (std::size_t i = m_rowStarts[row]; i < m_rowStarts[row + 1]; ++i)
+                std::fill(voxels + m_runs[i].from, voxels + m_runs[i].until, static_cast<L>(m_runs[i].link));
+        }
+    }
+
+private:
+    template <typename Visit>
+    void ForEachRow(Visit visit) const {
+        std::size_t row = 0;
+        for (std::size_t z = 0; z < m_size.z; ++z) {
+            for (std::size_t y = 0; y < m_size.y; ++y)
+                visit(y, z, row++);
+        }
+    }
+
+    std::uint32_t FindFirst(std::uint32_t run) {
+        while (m_runs[run].link != run) {
+            m_runs[run].link = m_runs[m_runs[run].link].link; // halves the way for the next time
+            run = m_runs[run].link;
+        }
+        return run;
+    }
+
+    /// Joins the runs of two rows that touch.
+    void Join(std::size_t row, std::size_t other) {
+        std::size_t a = m_rowStarts[row];
+        std::size_t b = m_rowStarts[other];
+        const std::size_t aEnd = m_rowStarts[row + 1];
+        const std::size_t bEnd = m_rowStarts[other + 1];
+        while (a < aEnd && b < bEnd) {
+            if (m_runs[a].from < m_runs[b].until && m_runs[b].from < m_runs[a].until) {
+                const std::uint32_t first = FindFirst(static_cast<std::uint32_t>(a));
+                const std::uint32_t second = FindFirst(static_cast<std::uint32_t>(b));
+                // Links lead to earlier runs only: the first run of a component stays its root.
+                m_runs[std::max(first, second)].link = std::min(first, second);
+            }
+            m_runs[a].until < m_runs[b].until ? ++a : ++b;
+        }
+    }
+
+    Vector3d<std::size_t> m_size;
+    std::vector<Run> m_runs;
+    std::vector<std::size_t> m_rowStarts; ///< index of each row's first run, and the number of runs
+};
+
+/// The extents of labels as they stand, each label's at the place that `slots` tells.
+class LabelExtents {
+public:
+    Extent* Find(std::size_t label) { return m_slots[label] == 0 ? nullptr : &m_extents[m_slots[label] - 1]; }
+    void Insert(std::size_t label, const Extent& extent) {
+        m_extents.push_back(extent);
+        m_slots[label] = static_cast<std::uint32_t>(m_extents.size());
+    }
+
+private:
+    std::vector<std::uint32_t> m_slots = std::vector<std::uint32_t>(labelCount);
+    std::vector<Extent> m_extents;
+};
+
+} // namespace
+
+template <typename L, typename V>
+LabeledImage3d<L, V>::LabeledImage3d(const Vector3d<float>* newOffset, const Resolution* res)
+    : Image3d<L>(newOffset, res) {}
+
+template <typename L, typename V>
+LabeledImage3d<L, V>::LabeledImage3d(const LabeledImage3d& src) = default;
+
+template <typename L, typename V>
+LabeledImage3d<L, V>& LabeledImage3d<L, V>::operator=(const LabeledImage3d& src) = default;
+
+template <typename L, typename V>
+LabeledImage3d<L, V>::~LabeledImage3d() = default;
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::MakeRoom(std::size_t x, std::size_t y, std::size_t z) {
+    const Vector3d<std::size_t> before = this->size;
+    Image3d<L>::MakeRoom(x, y, z);
+    if (this->size != before)
+        components.clear();
+}
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::DisposeData() {
+    Image3d<L>::DisposeData();
+    components.clear();
+}
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::TakePlace(const Image3d<V>& image) {
+    this->MakeRoom(image.size.x, image.size.y, image.size.z);
+    this->offset = image.offset;
+    this->resolution = image.resolution;
+    this->description = image.description;
+}
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::CreateForegroundRegionsFF(const Image3d<V>& image, const Neighbourhood&) {
+    try {
+        ComponentRuns runs(image);
+        const std::vector<Extent> extents = runs.Number();
+        std::map<L, Component> found;
+        for (std::size_t label = 1; label < extents.size(); ++label)
+            found.emplace_hint(found.end(), static_cast<L>(label), MakeComponent<L>(extents[label], image));
+        // From here on the image is asked no more: it may be this frame.
+        const bool sameBlock = this->GetNumVoxels() == image.GetNumVoxels();
+        TakePlace(image);
+        if (sameBlock)
+            this->Fill(0); // a new one is zeroed
+        runs.Paint(this->begin());
+        components.swap(found);
+    } catch (...) {
+        DisposeData();
+        throw;
+    }
+}
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::CreateRegionsOfLabels(const Image3d<V>& image) {
+    try {
+        LabelExtents extents;
+        ExtentCounter counter(image.size);
+        const V* row = image.begin();
+        for (std::size_t z = 0; z < image.size.z; ++z) {
+            for (std::size_t y = 0; y < image.size.y; ++y, row += image.size.x) {
+                counter.StartRow(y, z);
+                detail::ForEachRun(row, image.size.x, [&](std::size_t from, std::size_t until) {
+                    while (from < until) {
+                        const V value = row[from];
+                        const auto end = static_cast<std::size_t>(
+                            std::find_if(row + from, row + until, [value](V v) { return v != value; }) - row);
+                        const std::size_t label = static_cast<L>(value);
+                        if (Extent* const extent = extents.Find(label))
+                            counter.Add(from, end, *extent);
+                        else
+                            extents.Insert(label, counter.Start(from, end));
+                        from = end;
+                    }
+                });
+            }
+        }
+        std::map<L, Component> found;
+        for (std::size_t label = 1; label < labelCount; ++label) {
+            if (const Extent* const extent = extents.Find(label))
+                found.emplace_hint(found.end(), static_cast<L>(label), MakeComponent<L>(*extent, image));
+        }
+        TakePlace(image);
+        std::transform(image.begin(), image.end(), this->begin(), [](V v) { return static_cast<L>(v); });
+        components.swap(found);
+    } catch (...) {
+        DisposeData();
+        throw;
+    }
+}
+
+template <typename L, typename V>
+void LabeledImage3d<L, V>::SaveImage(const char* fileName, FileFormat format) const {
+    Image3d<L>::SaveImage(fileName, format, true, nullptr);
+}
+
+#define KEP_INSTANTIATE(L, V) template class LabeledImage3d<L, V>;
+KEP_LABEL_TYPES(KEP_INSTANTIATE)
+#undef KEP_INSTANTIATE
+
+} // namespace kep
