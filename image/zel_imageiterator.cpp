@@ -80,9 +80,10 @@ bool ImageIterator::Clamp() {
 void ImageIterator::MoveBySteps(int sign) {
     if (rangeFirst > rangeLast)
         return;
-    const int room = sign < 0 ? current - rangeFirst : rangeLast - current;
-    const int distance = step * (room / step);
-    current += sign * distance;
+    const long long at = current;
+    const long long room = sign < 0 ? at - rangeFirst : rangeLast - at;
+    const long long distance = step * (room / step);
+    current = static_cast<int>(at + sign * distance);
     moved = moved || distance != 0;
 }
 

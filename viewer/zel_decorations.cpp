@@ -7,16 +7,29 @@
 
 namespace zel {
 
+namespace {
+
+/// Lengths are the user's and places may lie far outside the window. What is further away than this is clipped all the
+/// same; held here, sums stay within int, and coordinates within the few million pixels that can be drawn at.
+constexpr int furthest = 1000000;
+
+int Hold(int pixels) {
+    return std::clamp(pixels, -furthest, furthest);
+}
+
+} // namespace
+
 wxPoint PlaceBlock(int position, const wxPoint& offset, const wxSize& block, const wxSize& window) {
-    const int right = window.x - offset.x - block.x;
-    const int bottom = window.y - offset.y - block.y;
+    const wxPoint inwards(Hold(offset.x), Hold(offset.y));
+    const int right = window.x - inwards.x - block.x;
+    const int bottom = window.y - inwards.y - block.y;
     switch (position) {
     case 0:
-        return offset;
+        return inwards;
     case 1:
-        return {right, offset.y};
+        return {right, inwards.y};
     case 2:
-        return {offset.x, bottom};
+        return {inwards.x, bottom};
     case 3:
         return {right, bottom};
     default:
@@ -25,7 +38,7 @@ wxPoint PlaceBlock(int position, const wxPoint& offset, const wxSize& block, con
 }
 
 int CutPointerPlace(float cut, float visibleOffset, float scale) {
-    return TruncToInt(static_cast<double>((cut - visibleOffset) * scale + 0.5F));
+    return Hold(TruncToInt(static_cast<double>((cut - visibleOffset) * scale + 0.5F)));
 }
 
 std::vector<Stroke> CutPointerStrokes(int style, const wxPoint& at, const wxSize& window) {
@@ -49,15 +62,16 @@ std::vector<Stroke> CutPointerStrokes(int style, const wxPoint& at, const wxSize
 TimeBarGeometry LayOutTimeBar(const zel_TimeBarStyle& style, const wxSize& text, const wxSize& window, int frame,
                               int count) {
     constexpr int markerHeight = 20;
-    const int gap = style.thickness / 2;
-    const wxSize block(style.length + text.x + gap, std::max(text.y, markerHeight));
+    const int length = Hold(style.length);
+    const int gap = Hold(style.thickness) / 2;
+    const wxSize block(length + text.x + gap, std::max(text.y, markerHeight));
     const wxPoint corner = PlaceBlock(style.position, style.offset, block, window);
     const int baseline = corner.y + block.y;
     const int start = corner.x + text.x + gap;
-    const float along = static_cast<float>(frame) * static_cast<float>(style.length) / static_cast<float>(count - 1);
+    const float along = static_cast<float>(frame) * static_cast<float>(length) / static_cast<float>(count - 1);
     const int marker = start + static_cast<int>(std::lround(along));
     return {{corner.x, baseline - text.y},
-            {{start, baseline}, {start + style.length, baseline}},
+            {{start, baseline}, {start + length, baseline}},
             {{marker, baseline}, {marker, baseline - markerHeight}}};
 }
 
@@ -76,14 +90,14 @@ wxString ScaleBarText(float length) {
 }
 
 int ScaleBarPixels(float length, int zoom, float resolution) {
-    return TruncToInt(static_cast<double>((static_cast<float>(zoom) + 1.0F) * length * resolution));
+    return Hold(TruncToInt(static_cast<double>((static_cast<float>(zoom) + 1.0F) * length * resolution)));
 }
 
 bool LayOutScaleBar(const zel_ScaleBarStyle& style, const wxSize& text, const wxSize& legs, const wxSize& window,
                     ScaleBarGeometry& geometry) {
     if (style.thickness <= 0 || style.position < 0 || style.position > 3)
         return false;
-    const int gap = style.thickness / 2;
+    const int gap = Hold(style.thickness) / 2;
     const wxSize block(text.x + gap + legs.x, std::max(text.y, legs.y));
     const wxPoint at = PlaceBlock(style.position, style.offset, block, window);
     const bool right = style.position == 1 || style.position == 3;

@@ -10,7 +10,8 @@
 
 namespace zel {
 
-// Where the decorations of a drawing window stand, in pixels of the window.
+// Where the decorations of a drawing window stand, in pixels of the window. Lengths, offsets and places beyond a
+// million pixels are held there: nothing of the picture changes by it.
 
 /// A straight line between two points.
 struct Stroke {

@@ -1,5 +1,6 @@
 #include "viewer/zel_drwin3d.h"
 
+#include "viewer/zel_navigation.h"
 #include "viewer/zel_truncate.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
@@ -23,24 +24,38 @@ constexpr zel_ProjectionType withZ = Both(zel_PT_XZ, zel_PT_YZ);
 
 } // namespace
 
-wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow) EVT_PAINT(zel_DrWin3d::OnPaint)
+// clang-format off
+wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow)
+    EVT_PAINT(zel_DrWin3d::OnPaint)
     EVT_ERASE_BACKGROUND(zel_DrWin3d::OnEraseBackground) // empty: the paint covers everything, so nothing flickers
-    EVT_KEY_DOWN(zel_DrWin3d::OnKeyDown) EVT_LEFT_DOWN(zel_DrWin3d::OnMouse) EVT_LEFT_UP(zel_DrWin3d::OnMouse)
-        EVT_LEFT_DCLICK(zel_DrWin3d::OnMouse) EVT_MIDDLE_DOWN(zel_DrWin3d::OnMouse) EVT_MIDDLE_UP(zel_DrWin3d::OnMouse)
-            EVT_MIDDLE_DCLICK(zel_DrWin3d::OnMouse) EVT_RIGHT_DOWN(zel_DrWin3d::OnMouse)
-                EVT_RIGHT_UP(zel_DrWin3d::OnMouse) EVT_RIGHT_DCLICK(zel_DrWin3d::OnMouse)
-                    EVT_MOUSE_AUX1_DOWN(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX1_UP(zel_DrWin3d::OnMouse)
-                        EVT_MOUSE_AUX1_DCLICK(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX2_DOWN(zel_DrWin3d::OnMouse)
-                            EVT_MOUSE_AUX2_UP(zel_DrWin3d::OnMouse) EVT_MOUSE_AUX2_DCLICK(zel_DrWin3d::OnMouse)
-                                EVT_MOTION(zel_DrWin3d::OnMouse) EVT_LEAVE_WINDOW(zel_DrWin3d::OnMouse)
-                                    EVT_ENTER_WINDOW(zel_DrWin3d::OnMouse) EVT_MOUSEWHEEL(zel_DrWin3d::OnMouse)
-                                        EVT_MAGNIFY(zel_DrWin3d::OnMouse) EVT_SET_FOCUS(zel_DrWin3d::OnSetFocus)
-                                            EVT_KILL_FOCUS(zel_DrWin3d::OnKillFocus) wxEND_EVENT_TABLE()
+    EVT_KEY_DOWN(zel_DrWin3d::OnKeyDown)
+    EVT_LEFT_DOWN(zel_DrWin3d::OnMouse)
+    EVT_LEFT_UP(zel_DrWin3d::OnMouse)
+    EVT_LEFT_DCLICK(zel_DrWin3d::OnMouse)
+    EVT_MIDDLE_DOWN(zel_DrWin3d::OnMouse)
+    EVT_MIDDLE_UP(zel_DrWin3d::OnMouse)
+    EVT_MIDDLE_DCLICK(zel_DrWin3d::OnMouse)
+    EVT_RIGHT_DOWN(zel_DrWin3d::OnMouse)
+    EVT_RIGHT_UP(zel_DrWin3d::OnMouse)
+    EVT_RIGHT_DCLICK(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX1_DOWN(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX1_UP(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX1_DCLICK(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX2_DOWN(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX2_UP(zel_DrWin3d::OnMouse)
+    EVT_MOUSE_AUX2_DCLICK(zel_DrWin3d::OnMouse)
+    EVT_MOTION(zel_DrWin3d::OnMouse)
+    EVT_LEAVE_WINDOW(zel_DrWin3d::OnMouse)
+    EVT_ENTER_WINDOW(zel_DrWin3d::OnMouse)
+    EVT_MOUSEWHEEL(zel_DrWin3d::OnMouse)
+    EVT_MAGNIFY(zel_DrWin3d::OnMouse)
+    EVT_SET_FOCUS(zel_DrWin3d::OnSetFocus)
+    EVT_KILL_FOCUS(zel_DrWin3d::OnKillFocus)
+wxEND_EVENT_TABLE()
+    // clang-format on
 
-                                                zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas,
-                                                                         const zel_ViewFields& fields,
-                                                                         Component horizontal, Component vertical,
-                                                                         Component third)
+    zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields, Component horizontal,
+                             Component vertical, Component third)
     : wxWindow(canvas, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SUNKEN | wxWANTS_CHARS, wxPanelNameStr),
       m_backing(10, 10),
       m_canvas(canvas),
@@ -78,7 +93,8 @@ float zel_DrWin3d::WindowYToMicrons(int y) const {
 
 void zel_DrWin3d::CenterAt(float horizontal, float vertical) {
     const auto centre = [](const Axis& axis, float at) {
-        *axis.visibleOffset = ClampCenter(at, *axis.visibleSize, *axis.boxOffset, *axis.boxSize);
+        const float inBox = HoldInBox(at, *axis.boxOffset, *axis.boxSize); // for NaN; else ClampCenter holds it anyway
+        *axis.visibleOffset = ClampCenter(inBox, *axis.visibleSize, *axis.boxOffset, *axis.boxSize);
     };
     centre(m_horizontal, horizontal);
     centre(m_vertical, vertical);

@@ -51,7 +51,7 @@ bool zel_DrWin3d::IsPointerInside(wxPoint& at) {
     wxPoint screen;
     if (wxFindWindowAtPointer(screen) != this)
         return false;
-    at = ScreenToClient(wxGetMousePosition());
+    at = ScreenToClient(screen);
     return wxRect(GetClientSize()).Contains(at);
 }
 

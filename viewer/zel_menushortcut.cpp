@@ -4,6 +4,7 @@
 #include <wx/frame.h>
 #include <wx/menu.h>
 
+#include <cctype>
 #include <memory>
 
 namespace zel {
@@ -18,8 +19,8 @@ const wxMenuItem* FindShortcut(const wxMenu& menu, int keyCode) {
             continue;
         }
         const std::unique_ptr<wxAcceleratorEntry> shortcut(item->GetAccel());
-        if (shortcut != nullptr && shortcut->GetFlags() == wxACCEL_NORMAL && shortcut->GetKeyCode() == keyCode &&
-            item->IsEnabled())
+        if (shortcut != nullptr && shortcut->GetFlags() == wxACCEL_NORMAL &&
+            std::toupper(shortcut->GetKeyCode()) == keyCode && item->IsEnabled())
             return item;
     }
     return nullptr;
@@ -36,7 +37,7 @@ bool RunMenuShortcut(wxWindow& window, const wxKeyEvent& event) {
     if (bar == nullptr)
         return false;
     for (std::size_t i = 0; i < bar->GetMenuCount(); ++i)
-        if (const wxMenuItem* const item = FindShortcut(*bar->GetMenu(i), keyCode)) {
+        if (const wxMenuItem* const item = FindShortcut(*bar->GetMenu(i), std::toupper(keyCode))) {
             frame->ProcessCommand(item->GetId());
             return true;
         }

@@ -32,7 +32,7 @@ std::optional<float> StepCutForward(float cut, float boxOffset, float boxSize, f
 }
 
 float HoldInBox(float at, float boxOffset, float boxSize) {
-    return std::min(std::max(at, boxOffset), boxOffset + boxSize);
+    return std::min(std::max(boxOffset, at), boxOffset + boxSize); // in this order, which NaN does not pass
 }
 
 } // namespace zel

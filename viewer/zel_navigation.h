@@ -17,7 +17,7 @@ ZEL_EXPORT std::optional<float> ScrollForward(float visibleOffset, float visible
 ZEL_EXPORT std::optional<float> StepCutBack(float cut, float boxOffset, float step);
 /// The cut one step higher, half a step inside the box.
 ZEL_EXPORT std::optional<float> StepCutForward(float cut, float boxOffset, float boxSize, float step);
-/// A place brought into the box, its faces included.
+/// A place brought into the box, its faces included. NaN, which a scale of 0 gives, becomes the lower face.
 ZEL_EXPORT float HoldInBox(float at, float boxOffset, float boxSize);
 
 } // namespace zel
