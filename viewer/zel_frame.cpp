@@ -9,72 +9,66 @@
 
 #include <algorithm>
 #include <memory>
+#include <optional>
+#include <utility>
 
 namespace zel {
 
-wxBEGIN_EVENT_TABLE(zel_Viewer3dFrame, wxFrame) EVT_MENU(zel_CMD_BROWSE_FORWARD, zel_Viewer3dFrame::OnSequenceMenuCmd)
-    EVT_MENU(zel_CMD_BROWSE_BACKWARD,
-             zel_Viewer3dFrame::OnSequenceMenuCmd) EVT_MENU(zel_CMD_STOP_BROWSING, zel_Viewer3dFrame::OnSequenceMenuCmd)
-        EVT_MENU(zel_CMD_LOOP_MODE, zel_Viewer3dFrame::OnSequenceMenuCmd) EVT_MENU(zel_CMD_OSCILLATION_MODE,
-                                                                                   zel_Viewer3dFrame::OnSequenceMenuCmd)
-            EVT_MENU(zel_CMD_BROWSING_RANGE, zel_Viewer3dFrame::OnSequenceMenuCmd) EVT_MENU(
-                zel_CMD_FASTER, zel_Viewer3dFrame::OnSequenceMenuCmd) EVT_MENU(zel_CMD_SLOWER,
-                                                                               zel_Viewer3dFrame::OnSequenceMenuCmd)
-                EVT_MENU(zel_CMD_LARGER_STEP,
-                         zel_Viewer3dFrame::OnSequenceMenuCmd) EVT_MENU(zel_CMD_SMALLER_STEP,
-                                                                        zel_Viewer3dFrame::OnSequenceMenuCmd)
-                    EVT_MENU(zel_CMD_SAVE_3D_DATA,
-                             zel_Viewer3dFrame::OnSave3dData) EVT_MENU(zel_CMD_SAVE_VIEW, zel_Viewer3dFrame::OnSaveView)
-                        EVT_MENU(zel_CMD_SAVE_GALLERY,
-                                 zel_Viewer3dFrame::OnSaveGalleryView) EVT_MENU(zel_CMD_ADJUST_FRAME_SIZE,
-                                                                                zel_Viewer3dFrame::OnAdjustFrameSize)
-                            EVT_MENU(zel_CMD_VOLUME, zel_Viewer3dFrame::OnVisualizeVolume) EVT_MENU(
-                                zel_CMD_ZOOM_IN, zel_Viewer3dFrame::OnZoomIn) EVT_MENU(zel_CMD_ZOOM_OUT,
-                                                                                       zel_Viewer3dFrame::OnZoomOut)
-                                EVT_MENU(zel_CMD_NORMAL_ZOOM,
-                                         zel_Viewer3dFrame::OnNormalZoom) EVT_MENU(zel_CMD_AUTOFOCUS_ALL,
-                                                                                   zel_Viewer3dFrame::OnAutoFocus)
-                                    EVT_MENU(zel_CMD_SHOW_ANNOTATION, zel_Viewer3dFrame::OnShowWindowsAnnotation)
-                                        EVT_MENU(zel_CMD_SHOW_INFO, zel_Viewer3dFrame::OnShowInfo)
-                                            EVT_MENU(zel_CMD_SHOW_XY, zel_Viewer3dFrame::OnToggleProjection) EVT_MENU(
-                                                zel_CMD_SHOW_XZ, zel_Viewer3dFrame::OnToggleProjection)
-                                                EVT_MENU(zel_CMD_SHOW_YZ, zel_Viewer3dFrame::OnToggleProjection)
-                                                    EVT_MENU(zel_CMD_REVERSE_X, zel_Viewer3dFrame::OnReverseAxis)
-                                                        EVT_MENU(zel_CMD_REVERSE_Y, zel_Viewer3dFrame::OnReverseAxis)
-                                                            EVT_MENU(zel_CMD_REVERSE_Z,
-                                                                     zel_Viewer3dFrame::OnReverseAxis)
-                                                                EVT_MENU(zel_CMD_AUTOFOCUS_XY,
-                                                                         zel_Viewer3dFrame::OnAutoFocus)
-                                                                    EVT_MENU(zel_CMD_AUTOFOCUS_XZ,
-                                                                             zel_Viewer3dFrame::OnAutoFocus)
-                                                                        EVT_MENU(zel_CMD_AUTOFOCUS_YZ,
-                                                                                 zel_Viewer3dFrame::OnAutoFocus)
-                                                                            EVT_MENU(zel_CMD_PREFERENCES,
-                                                                                     zel_Viewer3dFrame::OnPreferences)
-                                                                                EVT_UPDATE_UI_RANGE(
-                                                                                    6017, 6036,
-                                                                                    zel_Viewer3dFrame::OnUpdateUI)
-                                                                                    wxEND_EVENT_TABLE()
+namespace {
 
-                                                                                        namespace {
-    constexpr int messageSeconds = 5;
+constexpr int messageSeconds = 5;
+constexpr int firstUpdatedId = 6017; // the ids that OnUpdateUI gets to see
+constexpr int lastUpdatedId = 6036;
 
-    /// The window that a "Show XY" and its kin, or an autofocus entry, stands for.
-    zel_ProjectionType TypeOf(int id) {
-        switch (id) {
-        case zel_CMD_SHOW_XY:
-        case zel_CMD_AUTOFOCUS_XY:
-            return zel_PT_XY;
-        case zel_CMD_SHOW_XZ:
-        case zel_CMD_AUTOFOCUS_XZ:
-            return zel_PT_XZ;
-        case zel_CMD_SHOW_YZ:
-        case zel_CMD_AUTOFOCUS_YZ:
-            return zel_PT_YZ;
-        default:
-            return zel_PT_ALL;
-        }
+/// The window that a "Show XY" and its kin, or an autofocus entry, stands for.
+zel_ProjectionType TypeOf(int id) {
+    switch (id) {
+    case zel_CMD_SHOW_XY:
+    case zel_CMD_AUTOFOCUS_XY:
+        return zel_PT_XY;
+    case zel_CMD_SHOW_XZ:
+    case zel_CMD_AUTOFOCUS_XZ:
+        return zel_PT_XZ;
+    case zel_CMD_SHOW_YZ:
+    case zel_CMD_AUTOFOCUS_YZ:
+        return zel_PT_YZ;
+    default:
+        return zel_PT_ALL;
     }
+}
+
+/// The mark of a check entry. @return nothing for an id that has none to set
+std::optional<bool> MarkOf(int id, const zel_Viewer3dCanvas& canvas) {
+    switch (id) {
+    case zel_CMD_BROWSE_FORWARD:
+        return canvas.OnSequenceMenuUpdateUI_PlayingForward();
+    case zel_CMD_BROWSE_BACKWARD:
+        return canvas.OnSequenceMenuUpdateUI_PlayingBackward();
+    case zel_CMD_LOOP_MODE:
+        return canvas.OnSequenceMenuUpdateUI_Loop();
+    case zel_CMD_OSCILLATION_MODE:
+        return canvas.OnSequenceMenuUpdateUI_Oscillation();
+    case zel_CMD_SHOW_XY:
+    case zel_CMD_SHOW_XZ:
+    case zel_CMD_SHOW_YZ:
+        return canvas.IsDrWinShown(TypeOf(id));
+    case zel_CMD_AUTOFOCUS_ALL:
+    case zel_CMD_AUTOFOCUS_XY:
+    case zel_CMD_AUTOFOCUS_XZ:
+    case zel_CMD_AUTOFOCUS_YZ:
+        return canvas.GetContent(TypeOf(id)) == zel_PC_AUTOFOCUS;
+    case zel_CMD_SHOW_ANNOTATION:
+        return canvas.GetInfoFlag();
+    case zel_CMD_SHOW_INFO:
+        return canvas.InfoFrame_IsShown();
+    case zel_CMD_REVERSE_X:
+    case zel_CMD_REVERSE_Y:
+    case zel_CMD_REVERSE_Z:
+        return canvas.IsAxisReversed(static_cast<std::size_t>(id - zel_CMD_REVERSE_X));
+    default:
+        return std::nullopt;
+    }
+}
 
 } // namespace
 
@@ -118,9 +112,9 @@ zel_Viewer3dFrame::~zel_Viewer3dFrame() {
 }
 
 void zel_Viewer3dFrame::SetCanvas(zel_Viewer3dCanvas* canvas) {
-    if (m_canvas != nullptr)
-        m_canvas->Destroy();
-    m_canvas = canvas;
+    zel_Viewer3dCanvas* const former = std::exchange(m_canvas, canvas);
+    if (former != nullptr && former != canvas)
+        former->Destroy(); // at once: what it sends on its way out finds the new canvas
     if (m_canvas != nullptr)
         m_canvas->SetSize(GetClientSize());
 }
@@ -275,50 +269,51 @@ void zel_Viewer3dFrame::OnOverlayingChanged(zel_OverlayingEvent& event) {
 }
 
 void zel_Viewer3dFrame::OnUpdateUI(wxUpdateUIEvent& event) {
-    if (m_canvas == nullptr)
-        return;
-    switch (const int id = event.GetId()) {
-    case zel_CMD_BROWSE_FORWARD:
-        event.Check(m_canvas->OnSequenceMenuUpdateUI_PlayingForward());
-        break;
-    case zel_CMD_BROWSE_BACKWARD:
-        event.Check(m_canvas->OnSequenceMenuUpdateUI_PlayingBackward());
-        break;
-    case zel_CMD_LOOP_MODE:
-        event.Check(m_canvas->OnSequenceMenuUpdateUI_Loop());
-        break;
-    case zel_CMD_OSCILLATION_MODE:
-        event.Check(m_canvas->OnSequenceMenuUpdateUI_Oscillation());
-        break;
-    case zel_CMD_SHOW_XY:
-    case zel_CMD_SHOW_XZ:
-    case zel_CMD_SHOW_YZ:
-        event.Check(m_canvas->IsDrWinShown(TypeOf(id)));
-        break;
-    case zel_CMD_AUTOFOCUS_ALL:
-    case zel_CMD_AUTOFOCUS_XY:
-    case zel_CMD_AUTOFOCUS_XZ:
-    case zel_CMD_AUTOFOCUS_YZ:
-        event.Check(m_canvas->GetContent(TypeOf(id)) == zel_PC_AUTOFOCUS);
-        break;
-    case zel_CMD_SHOW_ANNOTATION:
-        event.Check(m_canvas->GetInfoFlag());
-        break;
-    case zel_CMD_SHOW_INFO:
-        event.Check(m_canvas->InfoFrame_IsShown());
-        break;
-    case zel_CMD_REVERSE_X:
-    case zel_CMD_REVERSE_Y:
-    case zel_CMD_REVERSE_Z:
-        event.Check(m_canvas->IsAxisReversed(static_cast<std::size_t>(id - zel_CMD_REVERSE_X)));
-        break;
-    case zel_CMD_REFRESH_ICON:
+    if (event.GetId() == zel_CMD_REFRESH_ICON) {
         RefreshIcon();
-        break;
-    default:
-        event.Skip(); // a host's own handler behind the frame
-        break;
+        return;
     }
+    const auto mark = m_canvas != nullptr ? MarkOf(event.GetId(), *m_canvas) : std::nullopt;
+    if (mark)
+        event.Check(*mark);
+    else
+        event.Skip(); // to a host's own handler behind the frame
 }
+
+// clang-format off
+wxBEGIN_EVENT_TABLE(zel_Viewer3dFrame, wxFrame)
+    EVT_MENU(zel_CMD_BROWSE_FORWARD, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_BROWSE_BACKWARD, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_STOP_BROWSING, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_LOOP_MODE, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_OSCILLATION_MODE, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_BROWSING_RANGE, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_FASTER, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_SLOWER, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_LARGER_STEP, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_SMALLER_STEP, zel_Viewer3dFrame::OnSequenceMenuCmd)
+    EVT_MENU(zel_CMD_SAVE_3D_DATA, zel_Viewer3dFrame::OnSave3dData)
+    EVT_MENU(zel_CMD_SAVE_VIEW, zel_Viewer3dFrame::OnSaveView)
+    EVT_MENU(zel_CMD_SAVE_GALLERY, zel_Viewer3dFrame::OnSaveGalleryView)
+    EVT_MENU(zel_CMD_ADJUST_FRAME_SIZE, zel_Viewer3dFrame::OnAdjustFrameSize)
+    EVT_MENU(zel_CMD_VOLUME, zel_Viewer3dFrame::OnVisualizeVolume)
+    EVT_MENU(zel_CMD_ZOOM_IN, zel_Viewer3dFrame::OnZoomIn)
+    EVT_MENU(zel_CMD_ZOOM_OUT, zel_Viewer3dFrame::OnZoomOut)
+    EVT_MENU(zel_CMD_NORMAL_ZOOM, zel_Viewer3dFrame::OnNormalZoom)
+    EVT_MENU(zel_CMD_AUTOFOCUS_ALL, zel_Viewer3dFrame::OnAutoFocus)
+    EVT_MENU(zel_CMD_SHOW_ANNOTATION, zel_Viewer3dFrame::OnShowWindowsAnnotation)
+    EVT_MENU(zel_CMD_SHOW_INFO, zel_Viewer3dFrame::OnShowInfo)
+    EVT_MENU(zel_CMD_SHOW_XY, zel_Viewer3dFrame::OnToggleProjection)
+    EVT_MENU(zel_CMD_SHOW_XZ, zel_Viewer3dFrame::OnToggleProjection)
+    EVT_MENU(zel_CMD_SHOW_YZ, zel_Viewer3dFrame::OnToggleProjection)
+    EVT_MENU(zel_CMD_REVERSE_X, zel_Viewer3dFrame::OnReverseAxis)
+    EVT_MENU(zel_CMD_REVERSE_Y, zel_Viewer3dFrame::OnReverseAxis)
+    EVT_MENU(zel_CMD_REVERSE_Z, zel_Viewer3dFrame::OnReverseAxis)
+    EVT_MENU(zel_CMD_AUTOFOCUS_XY, zel_Viewer3dFrame::OnAutoFocus)
+    EVT_MENU(zel_CMD_AUTOFOCUS_XZ, zel_Viewer3dFrame::OnAutoFocus)
+    EVT_MENU(zel_CMD_AUTOFOCUS_YZ, zel_Viewer3dFrame::OnAutoFocus)
+    EVT_MENU(zel_CMD_PREFERENCES, zel_Viewer3dFrame::OnPreferences)
+    EVT_UPDATE_UI_RANGE(firstUpdatedId, lastUpdatedId, zel_Viewer3dFrame::OnUpdateUI)
+wxEND_EVENT_TABLE()
 
 } // namespace zel

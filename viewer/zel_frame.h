@@ -18,7 +18,7 @@ class zel_Viewer3dCanvas;
 /// not shown. Nothing but the canvas may be made a direct child of it.
 ///
 /// Commands that come before a canvas is set do nothing. When the frame goes, its parent, if it has one, gets an
-/// update-UI event with the id zel_CMD_FRAME_CLOSING.
+/// update-UI event with the id zel_CMD_FRAME_CLOSING; a handler of it may run an event loop but must not throw.
 ///
 /// An exception that leaves a command reaches the toolkit, whose default is to end the program: a host overrides
 /// wxApp::OnExceptionInMainLoop.
@@ -30,6 +30,7 @@ public:
 
     zel_Viewer3dCanvas* GetCanvas() const { return m_canvas; }
     /// Takes a canvas, made as a child of this frame, and gives it the client area. One that was there is destroyed.
+    /// The frame keeps its size; ResizeFrameIfRequired adjusts it.
     void SetCanvas(zel_Viewer3dCanvas* canvas);
 
     /// Pushes the module on the frame. With a menu, the module also gets its entry in the menu bar and is deleted
@@ -60,6 +61,8 @@ private:
     };
 
     void Reset();
+    /// For a command whose feature is not there yet.
+    void SayUnavailable();
     void OnSequenceMenuCmd(wxCommandEvent& event);
     void OnAdjustFrameSize(wxCommandEvent& event);
     void OnZoomIn(wxCommandEvent& event);

@@ -4,35 +4,33 @@
 
 namespace zel {
 
-namespace {
-
-constexpr int messageSeconds = 5;
-constexpr const char* unavailable = "Not available yet.";
-
-} // namespace
+void zel_Viewer3dFrame::SayUnavailable() {
+    if (m_canvas != nullptr)
+        SetInfoStatusText("Not available yet.", 5);
+}
 
 void zel_Viewer3dFrame::OnShowInfo(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnSave3dData(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnSaveView(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnSaveGalleryView(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnVisualizeVolume(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnPreferences(wxCommandEvent&) {
-    SetInfoStatusText(unavailable, messageSeconds);
+    SayUnavailable();
 }
 
 } // namespace zel
