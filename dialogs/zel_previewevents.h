@@ -1,0 +1,57 @@
+#pragma once
+
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+
+namespace zel {
+
+/// What a dialog tells the mapping module while the user is still choosing. Voxel values of every type travel as
+/// floats; the receiver truncates them to its own type. The channel is 0 red, 1 green, 2 blue, or this: all of them.
+constexpr int zel_allChannels = 3;
+
+/// New levels to try.
+class ZEL_EXPORT zel_LevelsEvent : public wxEvent {
+public:
+    explicit zel_LevelsEvent(float inMin = 0.0F, float inMax = 0.0F, double gamma = 1.0, float outMin = 0.0F,
+                             float outMax = 255.0F, int channel = zel_allChannels);
+
+    wxEvent* Clone() const override { return new zel_LevelsEvent(*this); }
+
+    float GetInMin() const { return m_inMin; }
+    float GetInMax() const { return m_inMax; }
+    double GetGamma() const { return m_gamma; }
+    float GetOutMin() const { return m_outMin; }
+    float GetOutMax() const { return m_outMax; }
+    int GetChannel() const { return m_channel; }
+
+private:
+    float m_inMin;
+    float m_inMax;
+    double m_gamma;
+    float m_outMin;
+    float m_outMax;
+    int m_channel;
+};
+
+/// New thresholds to try.
+class ZEL_EXPORT zel_ThresholdingEvent : public wxEvent {
+public:
+    explicit zel_ThresholdingEvent(float lower = 0.0F, float upper = 0.0F, int channel = zel_allChannels);
+
+    wxEvent* Clone() const override { return new zel_ThresholdingEvent(*this); }
+
+    float GetLower() const { return m_lower; }
+    float GetUpper() const { return m_upper; }
+    int GetChannel() const { return m_channel; }
+
+private:
+    float m_lower;
+    float m_upper;
+    int m_channel;
+};
+
+ZEL_EXPORT extern const wxEventTypeTag<zel_LevelsEvent> zel_EVT_LEVELS_PREVIEW;
+ZEL_EXPORT extern const wxEventTypeTag<zel_ThresholdingEvent> zel_EVT_THRESHOLDING_PREVIEW;
+
+} // namespace zel

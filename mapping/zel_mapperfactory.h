@@ -1,0 +1,26 @@
+#pragma once
+
+#include "image/zel_export.h"
+#include "image/zel_image4d.h"
+#include "mapping/zel_graymapping.h"
+
+namespace zel {
+
+/// Counts the histograms of a whole sequence, under a notice on the screen, and makes the mapping module for it.
+/// Exists for unsigned char, unsigned short, int and float.
+///
+/// The bounds of int and float histograms are the image's cached extremes: call UpdateMinMaxValues after writing
+/// voxels by SetVoxel or by address. Only where none were ever measured are the voxels looked through here.
+/// int takes 12 bytes for each number between its extremes, and several copies of that at a time.
+/// @return the module, the caller's
+/// @throws kep::InternalException "Consistency check failed. ..." for an image without voxels, and for an int or float
+///         image whose voxels are all equal; std::bad_alloc. Nothing is left behind.
+template <typename T>
+zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image);
+
+/// Makes the gray module from histograms that are finished, for int and float. Nothing is checked.
+/// @return the module, the caller's
+template <typename T>
+zel_GrayMappingModule<T>* zel_CreateGrayMapperForType(wxFrame* frame, const HistogramSet<T>& histograms);
+
+} // namespace zel

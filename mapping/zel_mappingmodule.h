@@ -1,0 +1,95 @@
+#pragma once
+
+#include "histogram/zel_histogramset.h"
+#include "image/kep.h"
+#include "image/zel_export.h"
+#include "viewer/zel_extensionmodule.h"
+#include "viewer/zel_mapper.h"
+
+class WXDLLIMPEXP_FWD_BASE wxFileConfig;
+
+namespace zel {
+
+/// Menu entries of a mapping module, as offsets from its first id. Those from no stretch to threshold are also the
+/// stretch modes.
+enum zel_MappingEntry : int {
+    zel_ME_BITDEPTH = 0,
+    zel_ME_RANGE = 1,
+    zel_ME_NO_STRETCH = 2,
+    zel_ME_LINEAR_STRETCH = 3,
+    zel_ME_PERCENTIL_STRETCH = 4,
+    zel_ME_EQUALIZATION = 5,
+    zel_ME_LEVELS = 6,
+    zel_ME_THRESHOLD = 7,
+    zel_ME_LAST = 21 ///< the last id that a module reserves; it has no entry
+};
+
+/// Decides what colour a voxel gets on the screen: to the canvas it is a mapper, to the frame an extension module with
+/// the menu "&Mapping". It keeps the histograms of the image, the tables and the stretch. Exists for the types of
+/// KEP_DISPLAY_TYPES; the factory makes the concrete one.
+///
+/// Map can be called from construction on. Each command of the menu ends in a zel_EVT_MAPPING_CHANGED at the frame,
+/// and in a zel_EVT_MAPPING_COMMAND for the host unless the command does not propagate. The previews of the dialogs
+/// are bound with the menu: a module without one shows none.
+template <typename T>
+class ZEL_EXPORT zel_MappingModule : public zel_ExtensionModule, public zel_Mapper<T> {
+public:
+    /// @param histograms       of the whole sequence; copied
+    /// @param percentilValue  fraction of the voxels that the percentil stretch leaves out at either end
+    zel_MappingModule(wxFrame* frame, const HistogramSet<T>& histograms, double percentilValue);
+
+    /// Takes 22 ids, of which the first is one above the value given, and leaves `id` on the last. To be called once.
+    wxMenu* CreateMenu(int& id) override;
+
+    // The commands of the menu. Those with a dialog return whether the user has agreed.
+    virtual void SetRange() = 0;
+    virtual void SetBitdepth() = 0;
+    virtual void SetIdentity() = 0;
+    virtual void SetLinearStretch() = 0;
+    virtual void SetPercentilStretch() = 0;
+    virtual void SetHistEqualStretch() = 0;
+    virtual bool SetLevelsStretch() = 0;
+    virtual bool SetThreshold() = 0;
+
+    // A host may keep a mapping in a configuration of its own; nothing in the library calls these.
+    virtual void ReadFromConfig(wxFileConfig& config) = 0;
+    virtual void WriteToConfig(wxFileConfig& config) = 0;
+    virtual void ReadLevelsFromConfig(wxFileConfig& config) = 0;
+    virtual void WriteLevelsToConfig(wxFileConfig& config) = 0;
+
+    /// For the host to call when the image's data have changed.
+    virtual void OnHistogramChange(const HistogramSet<T>& histograms) = 0;
+    /// Makes the tables anew, by the present stretch.
+    virtual void ResetMapping() = 0;
+    virtual bool HasData() = 0;
+
+    /// 0 no stretch, 1 linear, 2 percentil, 3 histogram equalization, 4 levels, 5 threshold.
+    int GetStretchMode() const { return m_stretchMode - zel_ME_NO_STRETCH; }
+    double GetPercentilValue() const { return m_percentilValue; }
+    /// The next percentil stretch, or ResetMapping, takes it up.
+    void SetPercentilValue(double value) { m_percentilValue = value; }
+    const HistogramSet<T>& GetHistograms() const { return m_histograms; }
+
+    /// Runs a command that all modules have. @param event  a command with an id of this module
+    void OnMapping(wxCommandEvent& event);
+    void OnUpdateUI(wxUpdateUIEvent& event);
+
+protected:
+    /// Offset of a command's menu entry.
+    int OffsetOf(const wxEvent& event) const { return event.GetId() - GetMenuId(0); }
+    /// The offset of the active stretch: no stretch to threshold.
+    int GetStretchEntry() const { return m_stretchMode; }
+    /// Tells the canvas, by way of the frame, that the tables have changed.
+    void TellMappingChanged(bool committed);
+    /// What each command ends with: the canvas is told, and the host.
+    void FinishCommand(const wxCommandEvent& event);
+
+    HistogramSet<T> m_histograms;
+
+private:
+    int m_stretchMode = zel_ME_NO_STRETCH;
+    wxMenu* m_menu = nullptr; // the menu bar's
+    double m_percentilValue;
+};
+
+} // namespace zel
