@@ -4,6 +4,9 @@
 
 #include "core/kepalgo/kep_copytoimage.h"
 #include "core/kepalgo/kep_labeledimage3d.h"
+#include "core/kepalgo/kep_labelprojection.h"
+#include "core/kepalgo/kep_lut.h"
+#include "core/kepalgo/kep_lutpixels.h"
 #include "core/kepalgo/kep_neighbourhood.h"
 #include "core/kepalgo/kep_projection.h"
 #include "core/kepcore/kep_atomicfile.h"

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "core/kepalgo/kep_lut.h"
+#include "core/kepcore/kep_voxeltypes.h"
+
+#include <cstddef>
+
+namespace kep {
+
+/// Makes pixels of voxels: each voxel's level in a table becomes the palette's colour of that level. Takes whole
+/// pictures best, as it prepares the palette first.
+/// @param palette  256 entries; null for gray
+/// @param pixels   room for `count`
+template <typename T>
+void MapToPixels(const LUT<T, unsigned char>& levels, const LUT<unsigned char, RGB_generic<unsigned char>>* palette,
+                 const T* voxels, std::size_t count, RGB_generic<unsigned char>* pixels);
+
+#define KEP_DECLARE(T)                                                                                                 \
+    extern template KEP_EXPORT void MapToPixels<T>(const LUT<T, unsigned char>&,                                       \
+                                                   const LUT<unsigned char, RGB_generic<unsigned char>>*, const T*,    \
+                                                   std::size_t, RGB_generic<unsigned char>*);
+KEP_GRAY_TYPES(KEP_DECLARE)
+#undef KEP_DECLARE
+
+} // namespace kep

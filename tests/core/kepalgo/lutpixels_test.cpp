@@ -1,0 +1,63 @@
+#include "core/kepalgo/kep_lutpixels.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <utility>
+#include <vector>
+
+namespace {
+
+using Pixel = kep::RGB_generic<unsigned char>;
+using Palette = kep::LUT<unsigned char, Pixel>;
+
+/// Maps random voxels, and looks each up by itself. One pixel more than asked for must stay as it is.
+template <typename T>
+void ExpectPixelsOfLevels(const kep::LUT<T, unsigned char>& levels, std::vector<T> values) {
+    Palette palette;
+    palette.Init(256, 0, 255);
+    std::mt19937 random(3);
+    for (int level = 0; level < 256; ++level)
+        palette.Set(static_cast<unsigned char>(level),
+                    {static_cast<unsigned char>(random()), static_cast<unsigned char>(random()),
+                     static_cast<unsigned char>(random())});
+    for (std::size_t count = 0; count <= 13; ++count) {
+        std::vector<T> voxels;
+        for (std::size_t i = 0; i < count; ++i)
+            voxels.push_back(values[random() % values.size()]);
+        for (const Palette* const chosen : {static_cast<const Palette*>(nullptr), &std::as_const(palette)}) {
+            const Pixel untouched(1, 2, 3);
+            std::vector<Pixel> pixels(count + 1, untouched);
+            kep::MapToPixels(levels, chosen, voxels.data(), count, pixels.data());
+            for (std::size_t i = 0; i < count; ++i) {
+                const unsigned char level = levels.Get(voxels[i]);
+                EXPECT_EQ(pixels[i], chosen != nullptr ? palette.Get(level) : Pixel(level, level, level))
+                    << i << " of " << count;
+            }
+            EXPECT_EQ(pixels[count], untouched) << count;
+        }
+    }
+}
+
+template <typename T>
+kep::LUT<T, unsigned char> MakeCurve(long size, T first, T last) {
+    kep::LUT<T, unsigned char> levels;
+    levels.Init(size, first, last);
+    levels.CreateGamma(first, last, 2.2F, 0, 255);
+    return levels;
+}
+
+TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
+    ExpectPixelsOfLevels(MakeCurve<unsigned char>(256, 0, 255), {0, 1, 7, 100, 254, 255});
+    ExpectPixelsOfLevels(MakeCurve<unsigned char>(100, 50, 149), {0, 49, 50, 51, 100, 149, 150, 255});
+    ExpectPixelsOfLevels(MakeCurve<unsigned short>(65536, 0, 65535), {0, 1, 255, 256, 30000, 65535});
+    ExpectPixelsOfLevels(MakeCurve<int>(1000, -500, 499), {-100000, -501, -500, -1, 0, 499, 500, 7000000});
+    ExpectPixelsOfLevels(MakeCurve<float>(256, -1.5F, 2.5F), {-7.0F, -1.5F, 0.0F, 0.3F, 2.4999F, 2.5F, 9.0F});
+}
+
+TEST(PixelsOfLevels, OfAnEmptyTableAreThePalettesFirst) {
+    const kep::LUT<int, unsigned char> none;
+    ExpectPixelsOfLevels(none, {-1, 0, 5});
+}
+
+} // namespace
