@@ -1,40 +1,29 @@
 #pragma once
 
 #include "host/linearmapper.h"
+#include "viewer/zel_frame.h"
 #include "viewer/zel_imagecanvas3d.h"
 
-#include <wx/frame.h>
+#include <memory>
 
 namespace zelviewer {
 
-/// A window that a canvas fills.
-class ImageFrame : public wxFrame {
-public:
-    explicit ImageFrame(const wxString& title);
-
-    zel::zel_Viewer3dCanvas& GetCanvas() { return *m_canvas; }
-    /// Makes the window as large as the whole image needs, but not larger than the display.
-    void FitToImage();
-
-protected:
-    /// @param canvas    a child of this frame
-    /// @param inVoxels  one pixel a voxel instead of true proportions
-    void SetCanvas(zel::zel_Viewer3dCanvas* canvas, bool inVoxels);
-
-private:
-    zel::zel_Viewer3dCanvas* m_canvas = nullptr;
-};
+/// Makes a frame with its canvas ready to be shown by this program: titled, in true proportions unless `inVoxels` asks
+/// for one pixel a voxel, with a use for the mouse, and as large as the image needs and the display has.
+void PrepareFrame(zel::zel_Viewer3dFrame& frame, bool inVoxels);
 
 /// The window of an image, with a mapper of its own. Takes the image.
 template <typename T>
-class TypedImageFrame : public ImageFrame {
+class ImageFrame : public zel::zel_Viewer3dFrame {
 public:
-    TypedImageFrame(std::unique_ptr<mor::Image4d<T>> image, bool inVoxels)
-        : ImageFrame(wxEmptyString), m_mapper(image->GetExtremes()) {
-        mor::Image4d<T>* const owned = image.release(); // the canvas owns it from here
-        SetCanvas(new zel::zel_ImageViewer3dCanvas<T>(this, m_mapper, owned, true, wxID_ANY, wxDefaultPosition,
-                                                      wxDefaultSize),
-                  inVoxels);
+    ImageFrame(std::unique_ptr<mor::Image4d<T>> image, bool inVoxels)
+        : zel_Viewer3dFrame(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
+          m_mapper(image->GetExtremes()) {
+        auto* const canvas = new zel::zel_ImageViewer3dCanvas<T>(this, m_mapper, image.get(), true, wxID_ANY,
+                                                                 wxDefaultPosition, wxDefaultSize);
+        image.release(); // the canvas owns it
+        SetCanvas(canvas);
+        PrepareFrame(*this, inVoxels);
     }
 
 private:

@@ -84,7 +84,9 @@ std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells() {
     auto image = std::make_unique<mor::Image4d<unsigned short>>(&first.GetOffset(), &first.GetResolution());
     image->MakeRoom(first.GetSize(), 0);
     for (SyntheticFrame& frame : frames) {
-        image->InsertFrame(frame.intensity.get(), "Synthetic cells", -1);
+        const std::size_t number = image->GetNumFrames() + 1;
+        image->InsertFrame(frame.intensity.get(),
+                           wxString::Format("Synthetic cells, %zu of %zu", number, frames.size()), -1);
         frame.intensity.release(); // the sequence has taken it
     }
     return image;

@@ -14,19 +14,24 @@ namespace zelviewer {
 namespace {
 
 /// Starts the toolkit with an application object, which it then owns.
-bool StartToolkit(ViewerApp* app, char* programName) {
+/// @param quiet  GTK says nothing of its own, such as of a menu bar that was too narrow for a moment
+bool StartToolkit(ViewerApp* app, char* programName, bool quiet) {
+    if (quiet) {
+        wxApp::GTKAllowDiagnosticsControl();
+        wxApp::GTKSuppressDiagnostics();
+    }
     setenv("GDK_BACKEND", "x11", 0); // OpenGL windows need it, under Wayland too
     wxApp::SetInstance(app);
     int count = 1;
     char* arguments[] = {programName, nullptr};
-    const wxLogNull quiet; // its own words about a missing display would come beside ours
+    const wxLogNull silence; // its own words about a missing display would come beside ours
     return wxEntryStart(count, arguments);
 }
 
 } // namespace
 
 int RunViewer(const Options& options, char* programName) {
-    if (!StartToolkit(new ViewerApp(options), programName)) {
+    if (!StartToolkit(new ViewerApp(options), programName, !options.verbose)) {
         PrintMessage(
             "There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, or --info.");
         return 1;

@@ -8,7 +8,9 @@
 namespace zelviewer {
 
 wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
-    const wxSize size = canvas.GetClientSize();
+    // A window has a smallest size, which leaves empty ground around a small image.
+    wxSize size = canvas.GetClientSize();
+    size.DecTo(canvas.GetOptimalSize());
     const wxColour ground = canvas.GetBackgroundColour();
     wxImage picture(size.x, size.y);
     picture.SetRGB(wxRect(size), ground.Red(), ground.Green(), ground.Blue());

@@ -1,5 +1,6 @@
 #include "host/viewerapp.h"
 
+#include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
 #include "host/screenshot.h"
@@ -37,7 +38,7 @@ int ViewerApp::OnRun() {
     const auto boxless = m_options.screenshot ? std::make_unique<BoxlessMode>() : nullptr;
     try {
         m_frame = OpenFrame();
-        m_firstPaint = std::make_unique<FirstPaint>(m_frame->GetCanvas(), [this] { OnFirstPaint(); });
+        m_firstPaint = std::make_unique<FirstPaint>(*m_frame->GetCanvas(), [this] { OnFirstPaint(); });
         if (m_options.screenshot) {
             m_patience.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
                 PrintMessage(*m_options.screenshot + ": The window was not painted.");
@@ -54,25 +55,26 @@ int ViewerApp::OnRun() {
     return m_exitCode;
 }
 
-ImageFrame* ViewerApp::OpenFrame() {
+zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
     if (m_options.files.empty())
-        return new TypedImageFrame<unsigned short>(OpenSyntheticCells(), m_options.voxels);
+        return new ImageFrame<unsigned short>(OpenSyntheticCells(), m_options.voxels);
     const OpeningPlan plan = PlanOpening(m_options);
-    return WithVoxelType(plan.type, [&](auto type) -> ImageFrame* {
+    return WithVoxelType(plan.type, [&](auto type) -> zel::zel_Viewer3dFrame* {
         using T = typename decltype(type)::type;
-        return new TypedImageFrame<T>(ReadFiles<T>(m_options, plan), m_options.voxels);
+        return new ImageFrame<T>(ReadFiles<T>(m_options, plan), m_options.voxels);
     });
 }
 
 void ViewerApp::OnFirstPaint() {
-    m_frame->FitToImage(); // what the window manager puts around the window counts only now
-    if (m_options.screenshot)
-        CallAfter([this] { TakeScreenshot(); });
+    if (!m_options.screenshot)
+        return;
+    m_frame->ResizeFrameIfRequired(); // what the window manager puts around the window counts only now
+    CallAfter([this] { TakeScreenshot(); });
 }
 
 void ViewerApp::TakeScreenshot() {
     try {
-        WritePng(ComposePicture(m_frame->GetCanvas()), *m_options.screenshot);
+        WritePng(ComposePicture(*m_frame->GetCanvas()), *m_options.screenshot);
         LeaveWith(0);
     } catch (const kep::LibException& error) {
         PrintMessage(NameAndReason(*m_options.screenshot, error.GetText()));

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/firstpaint.h"
-#include "host/imageframe.h"
 #include "host/options.h"
+#include "viewer/zel_frame.h"
 
 #include <wx/app.h>
 #include <wx/stopwatch.h>
@@ -30,7 +30,7 @@ public:
 protected:
     /// Opens what the options name.
     /// @throws Failure
-    virtual ImageFrame* OpenFrame();
+    virtual zel::zel_Viewer3dFrame* OpenFrame();
     /// Shows a text, in a window that must be answered.
     virtual void ShowError(const std::string& text);
 
@@ -42,7 +42,7 @@ private:
     void ReportError(const std::string& text);
 
     Options m_options;
-    ImageFrame* m_frame = nullptr;
+    zel::zel_Viewer3dFrame* m_frame = nullptr;
     std::unique_ptr<FirstPaint> m_firstPaint;
     wxTimer m_patience;
     int m_exitCode = 0;

@@ -163,14 +163,13 @@ void zel_Viewer3dFrame::OnAdjustFrameSize(wxCommandEvent&) {
 void zel_Viewer3dFrame::OnIdle(wxIdleEvent& event) {
     event.Skip();
     // Before a frame is shown its decoration is not known, and the client area loses the height of the title bar when
-    // it comes. Right after that the client area is a few pixels for a moment: no size to go by.
-    const wxSize momentary(2, 2);
-    const wxSize client = GetClientSize();
-    if (m_canvas == nullptr || !IsShownOnScreen() || m_adjustedSize == wxSize() || client.x <= momentary.x ||
-        client.y <= momentary.y || GetSize() - client == m_adjustedDecoration)
+    // it comes. On the way a window manager gives the frame other sizes for a moment, a few pixels or the smallest one
+    // allowed; the adjusted size comes back by itself, unless a host or user has chosen another one.
+    if (m_canvas == nullptr || !IsShownOnScreen() || m_adjustedSize == wxSize() || GetSize() != m_adjustedSize ||
+        GetSize() - GetClientSize() == m_adjustedDecoration)
         return;
     Unbind(wxEVT_IDLE, &zel_Viewer3dFrame::OnIdle, this);
-    if (GetSize() == m_adjustedSize && !IsMaximized())
+    if (!IsMaximized())
         ResizeFrameIfRequired();
 }
 

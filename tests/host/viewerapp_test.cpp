@@ -1,5 +1,6 @@
 // The program's application object with real windows: what it does with exceptions, and how windows open.
 
+#include "host/imageframe.h"
 #include "host/viewerapp.h"
 
 #include <wx/dcclient.h>
@@ -104,27 +105,19 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
 }
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
-    auto* const frame = new TypedImageFrame<unsigned char>(MakeImage(300, 200, 50), false);
+    auto* const frame = new ImageFrame<unsigned char>(MakeImage(300, 200, 50), false);
     EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
-    bool painted = false;
-    FirstPaint firstPaint(frame->GetCanvas(), [&painted] { painted = true; });
     frame->Show();
-    EXPECT_TRUE(RunUntil([&painted] { return painted; }));
-    frame->FitToImage();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
-    EXPECT_TRUE(RunUntil([frame] { return frame->GetCanvas().GetSize() == wxSize(362, 262); }))
-        << frame->GetCanvas().GetSize().x << " x " << frame->GetCanvas().GetSize().y;
+    EXPECT_TRUE(RunUntil([frame] { return frame->GetCanvas()->GetSize() == wxSize(362, 262); }))
+        << frame->GetCanvas()->GetSize().x << " x " << frame->GetCanvas()->GetSize().y;
     frame->Destroy();
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
 TEST_F(ViewerAppTest, AWindowIsNotLargerThanTheDisplay) {
-    auto* const frame = new TypedImageFrame<unsigned char>(MakeImage(5000, 3000, 2), false);
-    bool painted = false;
-    FirstPaint firstPaint(frame->GetCanvas(), [&painted] { painted = true; });
+    auto* const frame = new ImageFrame<unsigned char>(MakeImage(5000, 3000, 2), false);
     frame->Show();
-    EXPECT_TRUE(RunUntil([&painted] { return painted; }));
-    frame->FitToImage();
     const wxSize room = wxDisplay(0U).GetClientArea().GetSize();
     EXPECT_TRUE(RunUntil([&] { return frame->GetSize() == room; }))
         << frame->GetSize().x << " x " << frame->GetSize().y << " in " << room.x << " x " << room.y;
