@@ -1,0 +1,89 @@
+#pragma once
+
+#include "dialogs/zel_gradstripe.h"
+#include "dialogs/zel_triangles.h"
+#include "dialogs/zel_variabletextctrl.h"
+#include "histogram/zel_histogram.h"
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+#include <wx/panel.h>
+
+namespace zel {
+
+/// The user has changed a range, and the variables bound to it hold the new values. The id is 0.
+class ZEL_EXPORT zel_MinMaxCtrlEvent : public wxNotifyEvent {
+public:
+    zel_MinMaxCtrlEvent();
+
+    wxEvent* Clone() const override { return new zel_MinMaxCtrlEvent(*this); }
+};
+
+ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
+
+/// Sets a range, a low and a high value, and with it a gamma if wanted: by typing, by the arrow keys or by dragging
+/// triangles. From top to bottom a stripe that follows, a stripe with the plain ramp, the triangles and the fields.
+///
+/// What the user does changes the bound variables and is told to the parent by a zel_MinMaxCtrlEvent, which propagates;
+/// what the program sets is not told. The variables take the values that the fields show, so floats have two decimals.
+template <typename T>
+class ZEL_EXPORT VariableMinMaxCtrl : public wxPanel {
+public:
+    static constexpr int highTextId = 20000;
+    static constexpr int lowTextId = 20001;
+    static constexpr int gammaTextId = 20002;
+
+    /// @param allowCrossing  low may pass high
+    /// @param shaded         a ramp in the stripe, else a plain band
+    /// @param leftColour, rightColour, rampColour  of the stripe; the triangles have the first and the third one
+    VariableMinMaxCtrl(wxWindow* parent, int id, bool showGamma, bool allowCrossing, bool shaded,
+                       const wxColour& leftColour, const wxColour& rightColour, const wxColour& rampColour,
+                       const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
+                       long style = wxTAB_TRAVERSAL);
+
+    /// Shows three variables of the caller's and writes what the user changes to them. Before that, what the fields
+    /// still hold goes to the variables that were bound until now: those must still live.
+    /// @param gamma      not used without the gamma field, and may then be null
+    /// @param lowBound, highBound  limits of both values
+    /// @param positions  of the triangles
+    void BindVariables(T* low, T* high, double* gamma, T lowBound, T highBound, int positions);
+
+    /// Puts both values to their bounds and gamma to 1, in the variables too. Sends nothing.
+    void Reset();
+    /// Show a value and move what belongs to it; the variables stay as they are.
+    void SetLow(T value);
+    void SetHigh(T value);
+    /// Nothing without the gamma field.
+    void SetGamma(double value);
+
+    VariableTextCtrl<T>* GetLowText() const { return lowText; }
+    VariableTextCtrl<T>* GetHighText() const { return highText; }
+    VariableTextCtrl<double>* GetGammaText() const { return gammaText; }
+    GradStripe* GetStripe() const { return stripe; }
+    GradStripe* GetRampStripe() const { return rampStripe; }
+    Triangles* GetTriangles() const { return triangles; }
+
+private:
+    void LayOut();
+    void OnText(zel_VariableTextCtrlEvent& event);
+    void OnTriangle(zel_TriangleEvent& event);
+    bool AreFieldsBound() const { return lowText->IsBound() && highText->IsBound(); }
+    /// Writes the fields to the variables; a field that holds no number shows its variable again.
+    void StoreFields();
+    void Notify();
+
+    bool showGamma;
+    bool allowCrossing;
+    VariableTextCtrl<T>* lowText;
+    VariableTextCtrl<T>* highText;
+    VariableTextCtrl<double>* gammaText = nullptr; ///< null without gamma
+    GradStripe* stripe;
+    GradStripe* rampStripe; ///< stays a plain ramp, for comparison
+    Triangles* triangles;
+};
+
+#define ZEL_DECLARE(T) extern template class VariableMinMaxCtrl<T>;
+ZEL_HISTOGRAM_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel

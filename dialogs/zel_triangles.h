@@ -1,0 +1,62 @@
+#pragma once
+
+#include "dialogs/zel_trianglelayout.h"
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+#include <wx/panel.h>
+
+namespace zel {
+
+/// The mouse wants a triangle at another position. The id is the triangle's: 0 right, 1 left, 2 the middle one.
+class ZEL_EXPORT zel_TriangleEvent : public wxEvent {
+public:
+    explicit zel_TriangleEvent(int id = zel_triangleNone, int position = 0);
+
+    wxEvent* Clone() const override { return new zel_TriangleEvent(*this); }
+
+    int GetPosition() const { return m_position; }
+
+private:
+    int m_position;
+};
+
+ZEL_EXPORT extern const wxEventTypeTag<zel_TriangleEvent> zel_EVT_TRIANGLE;
+
+/// A row of triangles that the mouse drags: a left and a right one, and one for gamma between them. The row does not
+/// move them itself; it tells its owner by a zel_TriangleEvent, and the owner sets the positions. The setters do not
+/// refresh.
+class ZEL_EXPORT Triangles : public wxPanel {
+public:
+    /// The positions are 0 and count - 1 at first. The middle triangle has half the difference of the two colours.
+    /// @param owner  gets the events; not owned
+    Triangles(wxWindow* parent, wxWindow* owner, bool showGamma, bool allowCrossing, const wxColour& leftColour,
+              const wxColour& rightColour, int count, double gamma, wxWindowID id = wxID_ANY,
+              const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize, long style = wxTAB_TRAVERSAL);
+    ~Triangles() override;
+
+    void SetCount(int count) { m_row.count = count; }
+    /// The middle triangle follows each of these.
+    void SetLeft(int position);
+    void SetRight(int position);
+    void SetGamma(double gamma);
+    int GetCount() const { return m_row.count; }
+    int GetLeft() const { return m_row.left; }
+    int GetRight() const { return m_row.right; }
+    int GetMiddle() const { return m_row.middle; }
+    double GetGamma() const { return m_row.gamma; }
+    const TriangleRow& GetRow() const { return m_row; }
+
+private:
+    void OnPaint(wxPaintEvent& event);
+    void OnMouse(wxMouseEvent& event);
+
+    TriangleRow m_row;
+    TriangleId m_dragged = zel_triangleNone;
+    wxWindow* m_owner;
+    wxColour m_leftColour;
+    wxColour m_rightColour;
+    wxColour m_middleColour;
+};
+
+} // namespace zel

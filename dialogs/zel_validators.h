@@ -1,0 +1,96 @@
+#pragma once
+
+#include "image/zel_export.h"
+
+#include <wx/valtext.h>
+
+namespace zel {
+
+/// Ties a text control, or a wxSpinCtrl, to an integer and holds it within limits. The variable is the caller's and
+/// must live as long as the control.
+///
+/// Validate shows what is wrong in a message box "Validation conflict" over its parent and gives the focus back to the
+/// control. Numbers are read in base 10 as a long; limits above the greatest long count as that long.
+template <typename T>
+class ZEL_EXPORT IntValidator : public wxTextValidator {
+public:
+    /// Digits alone can be typed, and "-" too unless unsignedOnly.
+    /// @param hasMin, hasMax  whether min and max hold
+    /// @param format          printf format of one T, any length modifier fits
+    IntValidator(T& value, T min, T max, bool unsignedOnly, bool hasMin, bool hasMax, const wxString& format);
+    /// Without limits; what belongs to a number can be typed.
+    IntValidator(T& value, const wxString& format);
+    IntValidator(const IntValidator& other);
+    IntValidator& operator=(const IntValidator&) = delete;
+
+    wxObject* Clone() const override { return new IntValidator(*this); }
+    bool Validate(wxWindow* parent) override;
+    /// @return false without a control that holds text or a number
+    bool TransferToWindow() override;
+    /// Stores the number, narrowed to T. For unsigned long and unsigned long long it shows a message and stores
+    /// nothing.
+    /// @return whether the text was a number
+    bool TransferFromWindow() override;
+    void SetWindow(wxWindow* window) override;
+
+private:
+    /// The number in the control. @return false, with the text, when it is none
+    bool ReadNumber(long& number, wxString& textOfControl);
+    wxString DescribeConflict(long number) const;
+
+    bool hasMin;
+    bool hasMax;
+    T min;
+    T max;
+    T* value;
+    wxString format;
+    wxString text; ///< what the base works on
+};
+
+/// The same for a real number. A number whose text equals that of a limit counts as that limit, since a limit shown in
+/// a few digits may lie outside itself; NaN passes the limits.
+template <typename T>
+class ZEL_EXPORT RealValidator : public wxTextValidator {
+public:
+    /// @param format  printf format of one T; an empty one becomes "%f" for float and "%g" for double
+    RealValidator(T& value, T min, T max, bool hasMin, bool hasMax, const wxString& format);
+    /// Without limits.
+    RealValidator(T& value, const wxString& format);
+    RealValidator(const RealValidator& other);
+    RealValidator& operator=(const RealValidator&) = delete;
+
+    wxObject* Clone() const override { return new RealValidator(*this); }
+    bool Validate(wxWindow* parent) override;
+    bool TransferToWindow() override;
+    bool TransferFromWindow() override;
+
+    T GetMin() const { return min; }
+    T GetMax() const { return max; }
+    void SetMin(T newMin) { min = newMin; }
+    void SetMax(T newMax) { max = newMax; }
+
+private:
+    wxString DescribeConflict(T number) const;
+
+    bool hasMin;
+    bool hasMax;
+    T min;
+    T max;
+    T* value;
+    wxString format;
+    wxString text; ///< what the base works on
+};
+
+#define ZEL_INT_VALIDATOR_TYPES(X)                                                                                     \
+    X(unsigned char)                                                                                                   \
+    X(unsigned short) X(int) X(unsigned int) X(long) X(unsigned long) X(unsigned long long)
+#define ZEL_REAL_VALIDATOR_TYPES(X) X(float) X(double)
+
+#define ZEL_DECLARE(T) extern template class IntValidator<T>;
+ZEL_INT_VALIDATOR_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+#define ZEL_DECLARE(T) extern template class RealValidator<T>;
+ZEL_REAL_VALIDATOR_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel

@@ -1,0 +1,78 @@
+#pragma once
+
+#include "dialogs/zel_fieldnumber.h"
+#include "image/zel_export.h"
+
+#include <wx/event.h>
+#include <wx/textctrl.h>
+
+namespace zel {
+
+/// A number was entered in a field. The id is the field's.
+class ZEL_EXPORT zel_VariableTextCtrlEvent : public wxEvent {
+public:
+    explicit zel_VariableTextCtrlEvent(int id = 0, double value = 0.0);
+
+    wxEvent* Clone() const override { return new zel_VariableTextCtrlEvent(*this); }
+
+    /// What the field holds now.
+    double GetValue() const { return m_value; }
+
+private:
+    double m_value;
+};
+
+ZEL_EXPORT extern const wxEventTypeTag<zel_VariableTextCtrlEvent> zel_EVT_VARIABLE_TEXTCTRL;
+
+/// A text field that holds a number. A text that was typed is committed by Enter, and when the field loses the focus
+/// while it is on the screen; the arrow keys up and down step it. Either sends a zel_VariableTextCtrlEvent to the
+/// parent, and changes neither the variable nor the text: that is the parent's part.
+template <typename T>
+class ZEL_EXPORT VariableTextCtrl : public wxTextCtrl {
+public:
+    /// @param variable      the last good value, for a text that is no number; null for none. Not owned
+    /// @param defaultValue  stands in for the variable
+    /// @param positions     into how many steps the arrow keys divide the range
+    VariableTextCtrl(wxWindow* parent, int id, T* variable, T lowBound, T highBound, T defaultValue, int positions,
+                     const wxPoint& pos = wxDefaultPosition);
+
+    void SetVariable(T* newVariable) { variable = newVariable; }
+    T* GetVariable() const { return variable; }
+    /// Computes the step anew and leaves the text.
+    void SetBounds(T low, T high, T newDefault, int newPositions);
+    T GetLowBound() const { return lowBound; }
+    T GetHighBound() const { return highBound; }
+    T GetDefaultValue() const { return defaultValue; }
+    T GetStep() const { return step; }
+    /// Whether it has a variable.
+    bool IsBound() const { return variable != nullptr; }
+
+    /// What stands in the field. @return false, with `number` untouched, if it is no number of type T
+    bool GetNumber(T& number) const;
+    /// Shows a number; sends nothing.
+    void SetNumber(T number);
+
+protected:
+    /// Every text set by program comes through here: it may be longer than what can be typed, and is none to commit.
+    void DoSetValue(const wxString& newText, int flags) override;
+
+private:
+    void OnKillFocus(wxFocusEvent& event);
+    void OnTextEnter(wxCommandEvent& event);
+    void OnChar(wxKeyEvent& event);
+    void Commit();
+    void Send(T number);
+
+    T* variable;
+    T lowBound;
+    T highBound;
+    T defaultValue;
+    int positions;
+    T step;
+};
+
+#define ZEL_DECLARE(T) extern template class VariableTextCtrl<T>;
+ZEL_FIELD_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel
