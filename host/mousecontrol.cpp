@@ -43,14 +43,14 @@ public:
             SetCut(window, event.GetPosition());
         else if (type == wxEVT_LEFT_DCLICK)
             Centre(window, event.GetPosition());
-        else if (type == wxEVT_MIDDLE_DOWN)
+        else if (type == wxEVT_MIDDLE_DOWN || type == wxEVT_MIDDLE_DCLICK)
             m_held = Hold{&window, Place(window, event.GetPosition())};
-        else if (type == wxEVT_MOUSEWHEEL && event.GetWheelAxis() == wxMOUSE_WHEEL_VERTICAL)
-            OnWheel(window, event);
-        if (!event.MiddleIsDown())
+        else if (!event.MiddleIsDown())
             m_held.reset();
         else if (type == wxEVT_MOTION && m_held && m_held->window == &window)
             Show(window, m_held->place, event.GetPosition());
+        if (type == wxEVT_MOUSEWHEEL && event.GetWheelAxis() == wxMOUSE_WHEEL_VERTICAL)
+            OnWheel(window, event);
     }
 
 private:
