@@ -1,11 +1,10 @@
 #include "image/zel_image4d.h"
+#include "tests/support/collected_log.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
-#include <wx/log.h>
 
 #include <cmath>
 #include <complex>
@@ -25,26 +24,6 @@ using Size = Vector3d<std::size_t>;
 
 constexpr const char* noNames = "ReadSequence(): array Names cannot be empty!";
 constexpr const char* otherGeometry = "ReadSequence(): The frame metadata differs from the sequence metadata!";
-
-/// Takes the log in while a test runs.
-class CollectedLog : public wxLog {
-public:
-    CollectedLog() : before(wxLog::SetActiveTarget(this)) {}
-    ~CollectedLog() override { wxLog::SetActiveTarget(before); }
-    CollectedLog(const CollectedLog&) = delete;
-    CollectedLog& operator=(const CollectedLog&) = delete;
-
-    std::vector<std::string> texts;
-
-protected:
-    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo&) override {
-        EXPECT_EQ(level, wxLogLevel(wxLOG_Message)) << text;
-        texts.push_back(text.utf8_string());
-    }
-
-private:
-    wxLog* before;
-};
 
 class SequenceFiles : public testing::Test {
 protected:
