@@ -18,7 +18,9 @@ class zel_Viewer3dCanvas;
 /// not shown. Nothing but the canvas may be made a direct child of it.
 ///
 /// Commands that come before a canvas is set do nothing. When the frame goes, its parent, if it has one, gets an
-/// update-UI event with the id zel_CMD_FRAME_CLOSING; a handler of it may run an event loop but must not throw.
+/// update-UI event with the id zel_CMD_FRAME_CLOSING. A handler of it may run an event loop but must not throw. It also
+/// comes when the frame goes with its parent, out of the parent's base class: a parent with a handler of its own
+/// destroys its frames in its own destructor (DestroyChildren), or unbinds there.
 ///
 /// An exception that leaves a command reaches the toolkit, whose default is to end the program: a host overrides
 /// wxApp::OnExceptionInMainLoop.
