@@ -8,7 +8,7 @@ set(private_headers
   zel_framelist.h kep_block.h kep_runs.h kep_convert.h kep_description.h kep_file.h kep_ics kep_systemerror.h kep_tiff _impl.h
   zel_marchingcubes.h zel_surfacewalk.h)
 list(JOIN private_headers "|" private_pattern)
-foreach(room core image volume viewer)
+foreach(room core image histogram volume viewer)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${room} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zel
     FILES_MATCHING PATTERN "*.h" REGEX "/[^/]*(${private_pattern})[^/]*$" EXCLUDE)
 endforeach()

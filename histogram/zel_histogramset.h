@@ -1,0 +1,94 @@
+#pragma once
+
+#include "histogram/zel_histogram.h"
+#include "image/kep.h"
+#include "image/zel_export.h"
+
+#include <array>
+#include <complex>
+#include <cstddef>
+
+namespace zel {
+
+namespace detail {
+
+/// The histograms that an image with voxels of type T has: how many, and of what.
+template <typename T>
+struct HistogramChannels {
+    using Element = T;
+    static constexpr int count = 1;
+};
+template <typename C>
+struct HistogramChannels<kep::RGB_generic<C>> {
+    using Element = C;
+    static constexpr int count = 3;
+};
+template <typename F>
+struct HistogramChannels<std::complex<F>> {
+    using Element = F;
+    static constexpr int count = 4;
+};
+
+} // namespace detail
+
+/// The histograms of one image: one for a gray image; red, green and blue for a colour image, of the component type;
+/// real part, imaginary part, phase atan2(im, re) and amplitude sqrt(re * re + im * im), in that order, for a complex
+/// image, of float. Channels are not tested.
+///
+/// Whoever moves from a set copies it: the histograms stay where they were.
+template <typename T>
+class ZEL_EXPORT HistogramSet {
+public:
+    static constexpr int channelCount = detail::HistogramChannels<T>::count;
+    using Channel = Histogram<typename detail::HistogramChannels<T>::Element>;
+
+    /// All channels without bins.
+    HistogramSet() = default;
+    /// The histograms of an image, by CreateFromImage.
+    explicit HistogramSet(const kep::Image3d<T>& image) { CreateFromImage(image); }
+    HistogramSet(const HistogramSet& src) = default;
+    HistogramSet& operator=(const HistogramSet& src) = default;
+
+    /// Drops what there was and counts the voxels of one frame, under a notice on the screen: that needs a running
+    /// user interface. Bins and their bounds:
+    /// - unsigned char and its colours: 256 from 0 to 255; unsigned short and its colours: 65536 from 0 to 65535
+    /// - int: 2147483648 over the whole range of the type, which take 24 GiB
+    /// - float: one for each whole number up to the largest float: there is no memory for it, and it always throws
+    /// - complex: 256 in each channel between the least and the greatest value of that channel; an image without voxels
+    ///   gives channels without bins
+    ///
+    /// Histograms of int and float images are better made from bounds of their own, with Histogram::Init and
+    /// CountFrame.
+    /// @throws std::bad_alloc nothing has changed then
+    void CreateFromImage(const kep::Image3d<T>& image);
+
+    /// The same with given bounds, 256 bins in each channel. Values outside fall in the end bins.
+    /// @param mins, maxs  four values each, in the order of the channels
+    void CreateFromImage(const kep::Image3d<T>& image, const float* const mins,
+                         const float* const maxs) requires(channelCount == 4);
+
+    /// No channel has bins.
+    bool IsEmpty() const;
+    void Swap(HistogramSet& other) noexcept;
+
+    Channel& Get() requires(channelCount == 1) { return channels[0]; }
+    const Channel& Get() const requires(channelCount == 1) { return channels[0]; }
+    void Set(const Channel& histogram) requires(channelCount == 1) { channels[0] = histogram; }
+
+    Channel& Get(int channel) requires(channelCount > 1) { return channels[static_cast<std::size_t>(channel)]; }
+    const Channel& Get(int channel) const requires(channelCount > 1) {
+        return channels[static_cast<std::size_t>(channel)];
+    }
+    Channel& operator[](int channel) requires(channelCount > 1) { return Get(channel); }
+    const Channel& operator[](int channel) const requires(channelCount > 1) { return Get(channel); }
+    void Set(int channel, const Channel& histogram) requires(channelCount > 1) { Get(channel) = histogram; }
+
+private:
+    std::array<Channel, channelCount> channels;
+};
+
+#define ZEL_DECLARE(T) extern template class HistogramSet<T>;
+KEP_DISPLAY_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel
