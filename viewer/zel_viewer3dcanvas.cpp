@@ -284,9 +284,21 @@ void zel_Viewer3dCanvas::RecomputeVisible() {
 }
 
 void zel_Viewer3dCanvas::ShowWindows() {
+    const wxWindow* const focus = FindFocus();
+    const bool hasKeyboard = focus != nullptr ? focus->GetParent() == this : m_keyboardWaits;
     m_windowXY->Show(m_showXY);
     m_windowYZ->Show(m_showYZ);
     m_windowXZ->Show(m_showXZ);
+    // A window that is hidden takes the keyboard with it, so one that is left gets it, or the next one to be shown.
+    m_keyboardWaits = false;
+    if (!hasKeyboard || (focus != nullptr && focus->IsShown()))
+        return;
+    for (zel_DrWin3d* window : {m_windowXY, m_windowXZ, m_windowYZ})
+        if (window->IsShown()) {
+            window->SetFocus();
+            return;
+        }
+    m_keyboardWaits = true;
 }
 
 void zel_Viewer3dCanvas::RepaintNow() {

@@ -188,6 +188,7 @@ private:
     zel_ProjectionContent m_contentXZ = zel_PC_CUT;
     zel_ProjectionContent m_contentYZ = zel_PC_CUT;
     int m_border = 0;
+    bool m_keyboardWaits = false; // the keyboard was in a window when the last one was hidden
     zel_CutPointerStyle m_cutPointer;
     zel_ProjectionAnnotationStyle m_annotation;
     zel_ScaleBarStyle m_scaleBar;

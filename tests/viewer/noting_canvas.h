@@ -1,0 +1,138 @@
+#pragma once
+
+// For tests of what keys, mouse, commands and time do to a canvas.
+
+#include "tests/support/gui_test.h"
+#include "viewer/zel_viewer3dcanvas.h"
+
+#include <wx/uiaction.h>
+
+#include <string>
+#include <vector>
+
+namespace zel::test {
+
+using Calls = std::vector<std::string>;
+
+/// A canvas without voxels. It notes what it is told, draws nothing by itself, and plays a sequence of `images`.
+class NotingCanvas : public zel_Viewer3dCanvas {
+public:
+    explicit NotingCanvas(wxWindow* parent) : zel_Viewer3dCanvas(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize) {}
+
+    void ReverseAxis(int axis) override { calls.push_back("ReverseAxis " + std::to_string(axis)); }
+    void Draw(wxDC&, zel_ProjectionType type) override {
+        if (type == zel_PT_XY) {
+            ++paintsXY;
+            paintedTime = static_cast<int>(m_time);
+            paintedCut = m_cut;
+            paintedVisible = m_visibleBox;
+        }
+    }
+    kep::Vector3d<std::size_t> GetImageSize() override { return {}; }
+    int GetTime() override { return static_cast<int>(m_time); }
+    int GetImageCount() override { return images; }
+    kep::Resolution GetResolution() override { return resolution; }
+    void Save3dData(const wxString&) override {}
+    void SaveActualView(const char*, int, zel_ProjectionType) override {}
+    void SaveGalleryView(const char*, int, int, int, bool, int, int) override {}
+    void InfoFrame_UpdatePixelInfo() override { ++pixelInfos; }
+    void InfoFrame_UpdateImageInfo() override {}
+    void InfoFrame_UpdateCutAndVisBoxInfo() override { ++cutInfos; }
+    void MakeDirtyAndRefresh(zel_ProjectionType) override { Refresh(false); }
+    wxString CreateTitle() override { return {}; }
+    void OnCutChange(zel_ProjectionType mask) override {
+        calls.push_back("OnCutChange " + std::to_string(mask));
+        zel_Viewer3dCanvas::OnCutChange(mask);
+    }
+    void OnVis3dChange(zel_ProjectionType mask) override {
+        calls.push_back("OnVis3dChange " + std::to_string(mask));
+        zel_Viewer3dCanvas::OnVis3dChange(mask);
+    }
+    void OnContentChange(zel_ProjectionType mask) override {
+        calls.push_back("OnContentChange " + std::to_string(mask));
+        zel_Viewer3dCanvas::OnContentChange(mask);
+    }
+    void OnTimeChange() override {
+        zel_Viewer3dCanvas::OnTimeChange();
+        shown.push_back(static_cast<int>(m_time));
+    }
+
+    /// A sequence of this many frames, at the first.
+    void Play(int count) {
+        images = count;
+        m_iterator = mor::ImageIterator(0, count - 1);
+        m_time = 0;
+        shown.clear();
+    }
+
+    using zel_Viewer3dCanvas::m_baseScale;
+    using zel_Viewer3dCanvas::m_boundingBox;
+    using zel_Viewer3dCanvas::m_cut;
+    using zel_Viewer3dCanvas::m_cutStep;
+    using zel_Viewer3dCanvas::m_iterator;
+    using zel_Viewer3dCanvas::m_scrollStep;
+    using zel_Viewer3dCanvas::m_sequenceTimer;
+    using zel_Viewer3dCanvas::m_time;
+    using zel_Viewer3dCanvas::m_visibleBox;
+    using zel_Viewer3dCanvas::RecomputeVisible;
+
+    Calls calls;            // notifications of the view
+    std::vector<int> shown; // frames, one for each OnTimeChange
+    int pixelInfos = 0;
+    int cutInfos = 0;
+    int images = 1;
+    kep::Resolution resolution{1, 1, 1};
+    int paintsXY = 0;
+    int paintedTime = -1; // what the last paint of the XY window showed
+    kep::Vector3d<float> paintedCut;
+    MicronBox paintedVisible;
+};
+
+/// A frame of 400 by 400 pixels inside, with the canvas. Its box of 20 x 20 x 7 microns at 10 pixels per micron fits:
+/// XY is 200 x 200 pixels, XZ 200 x 70, YZ 70 x 200.
+class NotingCanvasTest : public GuiTest {
+protected:
+    void SetUp() override {
+        frame = new wxFrame(nullptr, wxID_ANY, "canvas");
+        canvas = new NotingCanvas(frame);
+        ASSERT_TRUE(ShowAndWait(*frame));
+        ASSERT_TRUE(ResizeClient(*frame, wxSize(400, 400)));
+        Pump(50);
+        Forget();
+    }
+    void TearDown() override {
+        frame->Destroy();
+        GuiTest::TearDown();
+    }
+    void Forget() {
+        canvas->calls.clear();
+        canvas->shown.clear();
+        canvas->pixelInfos = canvas->cutInfos = 0;
+    }
+    zel_DrWin3d& Window(zel_ProjectionType type) { return *canvas->GetDrWin(type); }
+
+    wxFrame* frame = nullptr;
+    NotingCanvas* canvas = nullptr;
+};
+
+/// Puts the mouse pointer on a place of the screen.
+inline void MovePointer(const wxPoint& screen) {
+    wxUIActionSimulator mouse;
+    mouse.MouseMove(screen);
+    EXPECT_TRUE(WaitUntil([&] { return wxGetMousePosition() == screen; }));
+    Pump(20);
+}
+
+/// Sends a key straight to a window. @return whether the window kept it, rather than skip it
+inline bool Keeps(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE) {
+    wxKeyEvent event(wxEVT_KEY_DOWN);
+    event.m_keyCode = keyCode;
+    event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
+    event.SetAltDown((modifiers & wxMOD_ALT) != 0);
+    event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
+    event.SetId(window.GetId());
+    event.SetEventObject(&window);
+    return window.ProcessWindowEvent(event);
+}
+
+} // namespace zel::test
