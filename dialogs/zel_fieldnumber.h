@@ -36,9 +36,9 @@ T NumberAtPosition(int position, T low, T step);
 
 /// Position of a number: whole steps from low for integers, the nearest position for reals; 0 if the step is 0. The
 /// end of the range, `count` steps away, is the last position.
-/// @return none for a number outside the range
+/// @return none for a number outside low and high, or more than `count` steps away
 template <typename T>
-std::optional<int> PositionOfNumber(T number, T low, T step, int count);
+std::optional<int> PositionOfNumber(T number, T low, T high, T step, int count);
 
 /// A double as T: truncated for integers, held within T; not a number becomes the lowest T.
 template <typename T>
@@ -52,7 +52,7 @@ T HoldNumber(double number);
     extern template ZEL_EXPORT T StepBetweenPositions(T low, T high, int positions);                                   \
     extern template ZEL_EXPORT std::optional<T> StepNumber(T number, T step, bool up, T low, T high);                  \
     extern template ZEL_EXPORT T NumberAtPosition(int position, T low, T step);                                        \
-    extern template ZEL_EXPORT std::optional<int> PositionOfNumber(T number, T low, T step, int count);                \
+    extern template ZEL_EXPORT std::optional<int> PositionOfNumber(T number, T low, T high, T step, int count);        \
     extern template ZEL_EXPORT T HoldNumber(double number);
 ZEL_FIELD_TYPES(ZEL_DECLARE)
 #undef ZEL_DECLARE

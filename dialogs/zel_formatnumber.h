@@ -5,6 +5,7 @@
 #include <wx/string.h>
 
 #include <concepts>
+#include <type_traits>
 
 namespace zel {
 

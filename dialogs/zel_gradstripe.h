@@ -17,6 +17,8 @@ public:
                const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
                long style = wxTAB_TRAVERSAL);
 
+    bool AcceptsFocusFromKeyboard() const override { return false; } // nothing to do in it
+
     void SetCount(int count) { m_state.count = count; }
     void SetLeft(int position) { m_state.left = position; }
     void SetRight(int position) { m_state.right = position; }
@@ -30,6 +32,8 @@ private:
     void OnPaint(wxPaintEvent& event);
 
     StripeState m_state;
+
+    wxDECLARE_EVENT_TABLE();
 };
 
 } // namespace zel

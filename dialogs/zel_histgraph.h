@@ -18,6 +18,8 @@ public:
               const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
               long style = wxBORDER_SUNKEN | wxCLIP_CHILDREN | wxTAB_TRAVERSAL);
 
+    bool AcceptsFocusFromKeyboard() const override { return false; } // nothing to do in it
+
     // The setters do not refresh.
     void SetHistogram(const Histogram<T>* newHistogram) { histogram = newHistogram; }
     const Histogram<T>* GetHistogram() const { return histogram; }

@@ -9,6 +9,8 @@
 #include <wx/event.h>
 #include <wx/panel.h>
 
+#include <optional>
+
 namespace zel {
 
 /// The user has changed a range, and the variables bound to it hold the new values. The id is 0.
@@ -65,6 +67,8 @@ public:
 
 private:
     void LayOut();
+    /// Position of the number that a field shows, none if it has none.
+    std::optional<int> PositionShown(const VariableTextCtrl<T>& field) const;
     void OnText(zel_VariableTextCtrlEvent& event);
     void OnTriangle(zel_TriangleEvent& event);
     bool AreFieldsBound() const { return lowText->IsBound() && highText->IsBound(); }

@@ -35,6 +35,8 @@ public:
               const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize, long style = wxTAB_TRAVERSAL);
     ~Triangles() override;
 
+    bool AcceptsFocusFromKeyboard() const override { return false; } // Tab goes from field to field
+
     void SetCount(int count) { m_row.count = count; }
     /// The middle triangle follows each of these.
     void SetLeft(int position);
@@ -50,6 +52,7 @@ public:
 private:
     void OnPaint(wxPaintEvent& event);
     void OnMouse(wxMouseEvent& event);
+    void OnCaptureLost(wxMouseCaptureLostEvent& event);
 
     TriangleRow m_row;
     TriangleId m_dragged = zel_triangleNone;
@@ -57,6 +60,8 @@ private:
     wxColour m_leftColour;
     wxColour m_rightColour;
     wxColour m_middleColour;
+
+    wxDECLARE_EVENT_TABLE();
 };
 
 } // namespace zel

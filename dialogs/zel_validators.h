@@ -70,7 +70,7 @@ public:
     void SetMax(T newMax) { max = newMax; }
 
 private:
-    wxString DescribeConflict(T number) const;
+    wxString DescribeConflict(double number) const;
 
     bool hasMin;
     bool hasMax;

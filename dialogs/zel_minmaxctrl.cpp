@@ -1,0 +1,238 @@
+#include "dialogs/zel_minmaxctrl.h"
+
+#include "dialogs/zel_validators.h"
+
+#include <wx/sizer.h>
+
+#include <algorithm>
+#include <type_traits>
+
+namespace zel {
+
+namespace {
+
+constexpr double leastGamma = 0.1;
+constexpr double greatestGamma = 10.0;
+constexpr double defaultGamma = 1.0;
+constexpr int gammaPositions = 99;
+constexpr int firstCount = 256; ///< positions until variables are bound
+
+template <typename T>
+void BindField(VariableTextCtrl<T>& field, T* variable, T low, T high, T defaultValue, int positions) {
+    field.SetVariable(variable);
+    field.SetBounds(low, high, defaultValue, positions);
+    if constexpr (std::is_floating_point_v<T>)
+        field.SetValidator(RealValidator<T>(*variable, low, high, true, true, wxEmptyString));
+    else
+        field.SetValidator(IntValidator<T>(*variable, low, high, false, true, true, "%d"));
+}
+
+/// A text that is no number gives way to the variable, which would else keep the other fields from being stored.
+template <typename T>
+void DropBadText(VariableTextCtrl<T>& field) {
+    T number{};
+    if (field.IsBound() && !field.GetNumber(number))
+        field.SetNumber(*field.GetVariable());
+}
+
+} // namespace
+
+const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL(wxNewEventType());
+
+zel_MinMaxCtrlEvent::zel_MinMaxCtrlEvent() : wxNotifyEvent(zel_EVT_MINMAXCTRL, 0) {}
+
+template <typename T>
+VariableMinMaxCtrl<T>::VariableMinMaxCtrl(wxWindow* parent, int id, bool withGamma, bool crossing, bool shaded,
+                                          const wxColour& leftColour, const wxColour& rightColour,
+                                          const wxColour& rampColour, const wxPoint& pos, const wxSize& size,
+                                          long style)
+    : wxPanel(parent, id, pos, size, style), showGamma(withGamma), allowCrossing(crossing) {
+    const wxSize stripeSize(256, 6);
+    stripe = new GradStripe(this, shaded, leftColour, rightColour, rampColour, firstCount, defaultGamma, wxID_ANY,
+                            wxDefaultPosition, stripeSize);
+    rampStripe = new GradStripe(this, true, leftColour, rightColour, rampColour, firstCount, defaultGamma, wxID_ANY,
+                                wxDefaultPosition, stripeSize);
+    triangles = new Triangles(this, this, showGamma, allowCrossing, leftColour, rampColour, firstCount, defaultGamma,
+                              wxID_ANY, wxDefaultPosition, wxSize(260, 8));
+    lowText = new VariableTextCtrl<T>(this, lowTextId, nullptr, 0, 0, 0, firstCount);
+    if (showGamma)
+        gammaText = new VariableTextCtrl<double>(this, gammaTextId, nullptr, leastGamma, greatestGamma, defaultGamma,
+                                                 gammaPositions);
+    highText = new VariableTextCtrl<T>(this, highTextId, nullptr, 0, 0, 0, firstCount);
+    LayOut();
+    if (size != wxDefaultSize)
+        SetSize(size);
+    this->Bind(zel_EVT_VARIABLE_TEXTCTRL, &VariableMinMaxCtrl::OnText, this);
+    this->Bind(zel_EVT_TRIANGLE, &VariableMinMaxCtrl::OnTriangle, this);
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::LayOut() {
+    auto* const column = new wxBoxSizer(wxVERTICAL);
+    // The tips of the triangles run from the third pixel of their row to the third last: the stripe is as wide.
+    column->Add(stripe, 0, wxEXPAND | wxLEFT | wxRIGHT, 2);
+    column->Add(rampStripe, 0, wxEXPAND | wxLEFT | wxRIGHT, 2);
+    column->Add(triangles, 0, wxEXPAND);
+    auto* const row = new wxBoxSizer(wxHORIZONTAL);
+    row->Add(lowText, 1);
+    row->AddSpacer(10);
+    if (gammaText != nullptr)
+        row->Add(gammaText, 1);
+    else
+        row->Add(40, 0, 1);
+    row->AddSpacer(10);
+    row->Add(highText, 1);
+    column->Add(row, 0, wxEXPAND);
+    SetSizerAndFit(column);
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::BindVariables(T* low, T* high, double* gamma, T lowBound, T highBound, int positions) {
+    if (AreFieldsBound())
+        StoreFields();
+    positions = std::max(positions, 1);
+    BindField(*lowText, low, lowBound, highBound, lowBound, positions);
+    BindField(*highText, high, lowBound, highBound, highBound, positions);
+    if (showGamma)
+        BindField(*gammaText, gamma, leastGamma, greatestGamma, defaultGamma, gammaPositions);
+    stripe->SetCount(positions);
+    stripe->SetLeft(0);
+    stripe->SetRight(positions - 1);
+    triangles->SetCount(positions);
+    triangles->SetLeft(0);
+    triangles->SetRight(positions - 1);
+    SetLow(*low);
+    SetHigh(*high);
+    if (showGamma)
+        SetGamma(*gamma);
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::Reset() {
+    lowText->SetNumber(lowText->GetLowBound());
+    highText->SetNumber(highText->GetHighBound());
+    if (showGamma)
+        gammaText->SetNumber(gammaText->GetDefaultValue());
+    const int last = stripe->GetCount() - 1;
+    stripe->SetGamma(defaultGamma);
+    stripe->SetLeft(0);
+    stripe->SetRight(last);
+    if (showGamma)
+        triangles->SetGamma(defaultGamma);
+    triangles->SetLeft(0);
+    triangles->SetRight(last);
+    stripe->Refresh(false);
+    triangles->Refresh(false);
+    if (AreFieldsBound())
+        StoreFields();
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::SetLow(T value) {
+    lowText->SetNumber(value);
+    if (const auto position = PositionShown(*lowText)) {
+        stripe->SetLeft(*position);
+        triangles->SetLeft(*position);
+    }
+    stripe->Refresh(false);
+    triangles->Refresh(false);
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::SetHigh(T value) {
+    highText->SetNumber(value);
+    if (const auto position = PositionShown(*highText)) {
+        stripe->SetRight(*position);
+        triangles->SetRight(*position);
+    }
+    stripe->Refresh(false);
+    triangles->Refresh(false);
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::SetGamma(double value) {
+    if (!showGamma)
+        return;
+    gammaText->SetNumber(value);
+    stripe->SetGamma(value);
+    triangles->SetGamma(value);
+    stripe->Refresh(false);
+    triangles->Refresh(false);
+}
+
+template <typename T>
+std::optional<int> VariableMinMaxCtrl<T>::PositionShown(const VariableTextCtrl<T>& field) const {
+    T number{};
+    if (!field.GetNumber(number))
+        return std::nullopt;
+    return PositionOfNumber(number, field.GetLowBound(), field.GetHighBound(), field.GetStep(), stripe->GetCount());
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::OnText(zel_VariableTextCtrlEvent& event) {
+    T value = HoldNumber<T>(event.GetValue());
+    T other{};
+    switch (event.GetId()) {
+    case highTextId:
+        if (!allowCrossing && lowText->GetNumber(other))
+            value = std::max(value, other);
+        SetHigh(value);
+        break;
+    case lowTextId:
+        if (!allowCrossing && highText->GetNumber(other))
+            value = std::min(value, other);
+        SetLow(value);
+        break;
+    case gammaTextId:
+        SetGamma(event.GetValue());
+        break;
+    default:
+        return;
+    }
+    Notify();
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::OnTriangle(zel_TriangleEvent& event) {
+    const int position = event.GetPosition();
+    switch (event.GetId()) {
+    case zel_triangleRight:
+        SetHigh(NumberAtPosition(position, highText->GetLowBound(), highText->GetStep()));
+        break;
+    case zel_triangleLeft:
+        SetLow(NumberAtPosition(position, lowText->GetLowBound(), lowText->GetStep()));
+        break;
+    case zel_triangleMiddle:
+        if (const auto gamma = GammaAtPosition(triangles->GetRow(), position))
+            SetGamma(*gamma);
+        break;
+    default:
+        return;
+    }
+    Notify();
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::StoreFields() {
+    DropBadText(*lowText);
+    DropBadText(*highText);
+    if (showGamma)
+        DropBadText(*gammaText);
+    TransferDataFromWindow();
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::Notify() {
+    if (!AreFieldsBound())
+        return;
+    StoreFields();
+    zel_MinMaxCtrlEvent event;
+    event.SetEventObject(this);
+    GetParent()->ProcessWindowEvent(event);
+}
+
+#define ZEL_INSTANTIATE(T) template class VariableMinMaxCtrl<T>;
+ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
+#undef ZEL_INSTANTIATE
+
+} // namespace zel
