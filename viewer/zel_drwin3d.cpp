@@ -24,7 +24,6 @@ constexpr zel_ProjectionType withZ = Both(zel_PT_XZ, zel_PT_YZ);
 
 } // namespace
 
-// clang-format off
 wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow)
     EVT_PAINT(zel_DrWin3d::OnPaint)
     EVT_ERASE_BACKGROUND(zel_DrWin3d::OnEraseBackground) // empty: the paint covers everything, so nothing flickers
@@ -52,10 +51,9 @@ wxBEGIN_EVENT_TABLE(zel_DrWin3d, wxWindow)
     EVT_SET_FOCUS(zel_DrWin3d::OnSetFocus)
     EVT_KILL_FOCUS(zel_DrWin3d::OnKillFocus)
 wxEND_EVENT_TABLE()
-    // clang-format on
 
-    zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields, Component horizontal,
-                             Component vertical, Component third)
+zel_DrWin3d::zel_DrWin3d(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields, Component horizontal,
+                         Component vertical, Component third)
     : wxWindow(canvas, wxID_ANY, wxDefaultPosition, wxDefaultSize, wxBORDER_SUNKEN | wxWANTS_CHARS, wxPanelNameStr),
       m_backing(10, 10),
       m_canvas(canvas),

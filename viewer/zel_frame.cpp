@@ -279,7 +279,6 @@ void zel_Viewer3dFrame::OnUpdateUI(wxUpdateUIEvent& event) {
         event.Skip(); // to a host's own handler behind the frame
 }
 
-// clang-format off
 wxBEGIN_EVENT_TABLE(zel_Viewer3dFrame, wxFrame)
     EVT_MENU(zel_CMD_BROWSE_FORWARD, zel_Viewer3dFrame::OnSequenceMenuCmd)
     EVT_MENU(zel_CMD_BROWSE_BACKWARD, zel_Viewer3dFrame::OnSequenceMenuCmd)
