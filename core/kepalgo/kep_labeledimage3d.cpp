@@ -6,7 +6,9 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <limits>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -89,6 +91,7 @@ public:
         const std::size_t rows = m_size.y * m_size.z;
         m_rowStarts.reserve(rows + 1);
         m_rowStarts.push_back(0);
+        m_runs.reserve(rows);
         for (std::size_t row = 0; row < rows; ++row) {
             detail::ForEachRun(image.begin() + row * m_size.x, m_size.x, [this](std::size_t from, std::size_t until) {
                 m_runs.push_back({static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(until),
@@ -96,7 +99,9 @@ public:
             });
             if (m_runs.size() > most)
                 throw LibException("CreateForegroundRegionsFF(): The image is too large.");
-            m_rowStarts.push_back(m_runs.size());
+            m_rowStarts.push_back(static_cast<std::uint32_t>(m_runs.size()));
+            if (m_rowStarts[row] == m_runs.size())
+                continue;
             if (row % m_size.y != 0)
                 Join(row, row - 1);
             if (row >= m_size.y)
@@ -127,10 +132,13 @@ public:
         return extents;
     }
 
-    /// Writes the labels of all runs into a frame of zeros.
+    /// Writes the labels of all runs into a frame.
+    /// @param isClear  the frame is all zeros
     template <typename L>
-    void Paint(L* voxels) const {
+    void Paint(L* voxels, bool isClear) const {
         for (std::size_t row = 0; row + 1 < m_rowStarts.size(); ++row, voxels += m_size.x) {
+            if (!isClear)
+                std::memset(voxels, 0, m_size.x * sizeof(L));
             for (std::size_t i = m_rowStarts[row]; i < m_rowStarts[row + 1]; ++i)
                 std::fill(voxels + m_runs[i].from, voxels + m_runs[i].until, static_cast<L>(m_runs[i].link));
         }
@@ -146,34 +154,38 @@ private:
         }
     }
 
-    std::uint32_t FindFirst(std::uint32_t run) {
-        while (m_runs[run].link != run) {
-            m_runs[run].link = m_runs[m_runs[run].link].link; // halves the way for the next time
-            run = m_runs[run].link;
-        }
-        return run;
+    static std::uint32_t FindFirst(Run* runs, std::uint32_t run) {
+        std::uint32_t first = runs[run].link;
+        while (runs[first].link != first)
+            first = runs[first].link;
+        runs[run].link = first;
+        return first;
     }
 
     /// Joins the runs of two rows that touch.
     void Join(std::size_t row, std::size_t other) {
-        std::size_t a = m_rowStarts[row];
-        std::size_t b = m_rowStarts[other];
-        const std::size_t aEnd = m_rowStarts[row + 1];
-        const std::size_t bEnd = m_rowStarts[other + 1];
+        Run* const runs = m_runs.data();
+        std::uint32_t a = m_rowStarts[row];
+        std::uint32_t b = m_rowStarts[other];
+        const std::uint32_t aEnd = m_rowStarts[row + 1];
+        const std::uint32_t bEnd = m_rowStarts[other + 1];
         while (a < aEnd && b < bEnd) {
-            if (m_runs[a].from < m_runs[b].until && m_runs[b].from < m_runs[a].until) {
-                const std::uint32_t first = FindFirst(static_cast<std::uint32_t>(a));
-                const std::uint32_t second = FindFirst(static_cast<std::uint32_t>(b));
+            const bool touch = runs[a].from < runs[b].until && runs[b].from < runs[a].until;
+            if (touch && runs[a].link != runs[b].link) {
+                const std::uint32_t first = FindFirst(runs, a);
+                const std::uint32_t second = FindFirst(runs, b);
                 // Links lead to earlier runs only: the first run of a component stays its root.
-                m_runs[std::max(first, second)].link = std::min(first, second);
+                runs[std::max(first, second)].link = std::min(first, second);
             }
-            m_runs[a].until < m_runs[b].until ? ++a : ++b;
+            const bool aEndsFirst = runs[a].until < runs[b].until;
+            a += aEndsFirst;
+            b += !aEndsFirst;
         }
     }
 
     Vector3d<std::size_t> m_size;
     std::vector<Run> m_runs;
-    std::vector<std::size_t> m_rowStarts; ///< index of each row's first run, and the number of runs
+    std::vector<std::uint32_t> m_rowStarts; ///< index of each row's first run, and the number of runs
 };
 
 /// The extents of labels as they stand, each label's at the place that `slots` tells.
@@ -238,9 +250,7 @@ void LabeledImage3d<L, V>::CreateForegroundRegionsFF(const Image3d<V>& image, co
         // From here on the image is asked no more: it may be this frame.
         const bool sameBlock = this->GetNumVoxels() == image.GetNumVoxels();
         TakePlace(image);
-        if (sameBlock)
-            this->Fill(0); // a new one is zeroed
-        runs.Paint(this->begin());
+        runs.Paint(this->begin(), !sameBlock); // a new block is zeroed
         components.swap(found);
     } catch (...) {
         DisposeData();
@@ -253,15 +263,18 @@ void LabeledImage3d<L, V>::CreateRegionsOfLabels(const Image3d<V>& image) {
     try {
         LabelExtents extents;
         ExtentCounter counter(image.size);
-        const V* row = image.begin();
+        // Flags are 0 and 1 in a byte, which compilers handle better as such.
+        using Stored = std::conditional_t<std::is_same_v<V, bool>, unsigned char, V>;
+        const auto* const stored = reinterpret_cast<const Stored*>(image.begin());
+        const Stored* row = stored;
         for (std::size_t z = 0; z < image.size.z; ++z) {
             for (std::size_t y = 0; y < image.size.y; ++y, row += image.size.x) {
                 counter.StartRow(y, z);
                 detail::ForEachRun(row, image.size.x, [&](std::size_t from, std::size_t until) {
                     while (from < until) {
-                        const V value = row[from];
+                        const Stored value = row[from];
                         const auto end = static_cast<std::size_t>(
-                            std::find_if(row + from, row + until, [value](V v) { return v != value; }) - row);
+                            std::find_if(row + from, row + until, [value](Stored v) { return v != value; }) - row);
                         const std::size_t label = static_cast<L>(value);
                         if (Extent* const extent = extents.Find(label))
                             counter.Add(from, end, *extent);
@@ -278,7 +291,8 @@ void LabeledImage3d<L, V>::CreateRegionsOfLabels(const Image3d<V>& image) {
                 found.emplace_hint(found.end(), static_cast<L>(label), MakeComponent<L>(*extent, image));
         }
         TakePlace(image);
-        std::transform(image.begin(), image.end(), this->begin(), [](V v) { return static_cast<L>(v); });
+        std::transform(stored, stored + image.GetNumVoxels(), this->begin(),
+                       [](Stored v) { return static_cast<L>(v); });
         components.swap(found);
     } catch (...) {
         DisposeData();

@@ -1,9 +1,13 @@
 #include "core/kepalgo/kep_lutpixels.h"
 
+#include <algorithm>
 #include <array>
 #include <bit>
+#include <concepts>
 #include <cstdint>
 #include <cstring>
+#include <limits>
+#include <memory>
 
 namespace kep {
 
@@ -26,30 +30,35 @@ Colours PackColours(const Palette* palette) {
     return colours;
 }
 
-/// Four pixels make three words. `find` gives the level of a voxel.
+/// Writes the pixels of voxels. `find` gives the packed colour of a voxel.
 template <typename T, typename Find>
-void WritePixels(const T* voxels, std::size_t count, const Colours& colours, const Find& find, Pixel* pixels) {
+void WritePixels(const T* voxels, std::size_t count, const Find& find, Pixel* pixels) {
     static_assert(std::endian::native == std::endian::little);
+    if (count == 0)
+        return;
     auto* to = reinterpret_cast<unsigned char*>(pixels);
-    const auto store = [&to](std::uint32_t word) {
-        std::memcpy(to, &word, sizeof word);
-        to += sizeof word;
+    // A whole word a pixel costs less than putting pixels together: the next pixel overwrites what is too much.
+    const auto write = [&to, &find](T voxel) {
+        const std::uint32_t colour = find(voxel);
+        std::memcpy(to, &colour, sizeof colour);
+        to += sizeof(Pixel);
     };
     std::size_t i = 0;
-    for (; i + 4 <= count; i += 4) {
-        const std::uint32_t a = colours[find(voxels[i])];
-        const std::uint32_t b = colours[find(voxels[i + 1])];
-        const std::uint32_t c = colours[find(voxels[i + 2])];
-        const std::uint32_t d = colours[find(voxels[i + 3])];
-        store(a | b << 24);
-        store(b >> 8 | c << 16);
-        store(c >> 16 | d << 8);
+    if constexpr (sizeof(T) <= 2) {
+        // Small voxels come several at once, as there are loads enough.
+        constexpr std::size_t perWord = sizeof(std::uint64_t) / sizeof(T);
+        for (; i + perWord < count; i += perWord) {
+            std::uint64_t word;
+            std::memcpy(&word, voxels + i, sizeof word);
+#pragma GCC unroll 8
+            for (std::size_t k = 0; k < perWord; ++k)
+                write(static_cast<T>(word >> (8 * sizeof(T) * k)));
+        }
     }
-    for (; i < count; ++i) {
-        const std::uint32_t colour = colours[find(voxels[i])];
-        std::memcpy(to, &colour, sizeof(Pixel));
-        to += sizeof(Pixel);
-    }
+    for (; i + 1 < count; ++i)
+        write(voxels[i]);
+    const std::uint32_t last = find(voxels[i]);
+    std::memcpy(to, &last, sizeof(Pixel));
 }
 
 } // namespace
@@ -58,12 +67,25 @@ template <typename T>
 void MapToPixels(const LUT<T, unsigned char>& levels, const Palette* palette, const T* voxels, std::size_t count,
                  Pixel* pixels) {
     const Colours colours = PackColours(palette);
-    if (const unsigned char* const table = levels.GetWholeType())
-        WritePixels(
-            voxels, count, colours, [table](T voxel) { return table[static_cast<std::size_t>(voxel)]; }, pixels);
-    else
-        WritePixels(
-            voxels, count, colours, [&levels](T voxel) { return levels.Get(voxel); }, pixels);
+    if constexpr (std::unsigned_integral<T>) {
+        const unsigned char* const table = levels.GetWholeType();
+        constexpr std::size_t values = std::size_t{std::numeric_limits<T>::max()} + 1;
+        if (table != nullptr && count >= 4 * values) {
+            // Of so many voxels each saves a look-up, which is worth a table of the colours of all values.
+            const auto direct = std::make_unique_for_overwrite<std::uint32_t[]>(values);
+            std::transform(table, table + values, direct.get(), [&colours](unsigned char l) { return colours[l]; });
+            WritePixels(
+                voxels, count, [at = direct.get()](T voxel) { return at[voxel]; }, pixels);
+            return;
+        }
+        if (table != nullptr) {
+            WritePixels(
+                voxels, count, [table, &colours](T voxel) { return colours[table[voxel]]; }, pixels);
+            return;
+        }
+    }
+    WritePixels(
+        voxels, count, [&levels, &colours](T voxel) { return colours[levels.Get(voxel)]; }, pixels);
 }
 
 #define KEP_INSTANTIATE(T)                                                                                             \
