@@ -19,6 +19,8 @@ zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& 
     // Bound last: nothing may reach the derived class's operations while it is not there.
     Bind(wxEVT_SIZE, &zel_Viewer3dCanvas::OnSize, this);
     Bind(wxEVT_PAINT, &zel_Viewer3dCanvas::OnPaint, this);
+    for (zel_DrWin3d* window : {m_windowXY, m_windowXZ, m_windowYZ})
+        window->Bind(wxEVT_PAINT, &zel_Viewer3dCanvas::OnWindowPaint, this);
     Bind(zel_EVT_MOUSE3D, &zel_Viewer3dCanvas::OnMouse3d, this);
     Bind(wxEVT_TIMER, &zel_Viewer3dCanvas::OnSequenceTimerHandler, this);
     RecomputeVisible();
@@ -320,9 +322,25 @@ void zel_Viewer3dCanvas::OnPaint(wxPaintEvent&) {
     // corner, as the windows begin at (1, 1); without this test canvas and windows repaint one another for ever.
     if (GetUpdateRegion().Contains(0, 0) == wxOutRegion)
         return;
+    // The toolkit mostly goes on to paint the windows by itself. To refresh them all the same would paint everything
+    // twice, a display frame apart.
+    m_unpainted = 0;
+    for (const zel_DrWin3d* window : {m_windowXY, m_windowXZ, m_windowYZ})
+        if (window->IsShown())
+            m_unpainted |= window->GetProjectionType();
+    CallAfter(&zel_Viewer3dCanvas::RefreshUnpainted);
+}
+
+void zel_Viewer3dCanvas::OnWindowPaint(wxPaintEvent& event) {
+    m_unpainted &= ~static_cast<const zel_DrWin3d*>(event.GetEventObject())->GetProjectionType();
+    event.Skip(); // the window paints itself
+}
+
+void zel_Viewer3dCanvas::RefreshUnpainted() {
     for (zel_DrWin3d* window : {m_windowXY, m_windowXZ, m_windowYZ})
-        if (window != nullptr)
+        if ((m_unpainted & window->GetProjectionType()) != 0)
             window->Refresh(true);
+    m_unpainted = 0;
 }
 
 } // namespace zel

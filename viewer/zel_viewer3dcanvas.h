@@ -171,6 +171,8 @@ protected:
 private:
     void OnSize(wxSizeEvent& event);
     void OnPaint(wxPaintEvent& event);
+    void OnWindowPaint(wxPaintEvent& event);
+    void RefreshUnpainted();
     void ShowWindows();
     wxString RunSequenceCommand(int id);
     void StartBrowsing(int direction);
@@ -195,6 +197,7 @@ private:
     zel_TimeBarStyle m_timeBar;
     wxFrame* m_infoFrame = nullptr;
     bool m_mapperDetached = false;
+    int m_unpainted = 0; // windows that were shown when the canvas was painted, and were not painted since
 };
 
 } // namespace zel

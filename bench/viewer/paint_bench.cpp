@@ -3,14 +3,10 @@
 
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
+#include "bench/viewer/bare_windows.h"
 #include "viewer/zel_imagecanvas3d.h"
 
-#include <wx/app.h>
-#include <wx/dcclient.h>
-#include <wx/dcmemory.h>
-#include <wx/evtloop.h>
 #include <wx/frame.h>
-#include <wx/stopwatch.h>
 
 #include <memory>
 
@@ -19,18 +15,6 @@ void AddPaintBenchmarks();
 namespace {
 
 using namespace zel;
-
-void Pump(long milliseconds) {
-    wxEventLoopBase* const loop = wxEventLoopBase::GetActive();
-    const wxStopWatch watch;
-    while (watch.Time() < milliseconds) {
-        while (loop->Pending())
-            loop->Dispatch();
-        wxTheApp->ProcessPendingEvents();
-        loop->ProcessIdle();
-        wxMilliSleep(1);
-    }
-}
 
 /// 16 bits to gray through a table, as the viewer's own mappers do.
 class TableMapper : public zel_Mapper<unsigned short> {
@@ -51,25 +35,6 @@ private:
     std::vector<unsigned char> m_levels = std::vector<unsigned char>(65536);
 };
 
-/// Windows that do nothing but blit a picture.
-class BareWindow : public wxWindow {
-public:
-    BareWindow(wxWindow* parent, const wxRect& place)
-        : wxWindow(parent, wxID_ANY, place.GetPosition(), place.GetSize(), wxBORDER_SUNKEN | wxWANTS_CHARS),
-          m_picture(GetClientSize()) {
-        Bind(wxEVT_ERASE_BACKGROUND, [](wxEraseEvent&) {});
-        Bind(wxEVT_PAINT, [this](wxPaintEvent&) {
-            wxPaintDC dc(this);
-            wxMemoryDC picture;
-            picture.SelectObjectAsSource(m_picture);
-            dc.Blit(0, 0, m_picture.GetWidth(), m_picture.GetHeight(), &picture, 0, 0, wxCOPY);
-        });
-    }
-
-private:
-    wxBitmap m_picture;
-};
-
 /// The canvas on a frame of 1000 x 800, and bare windows of the same sizes on another.
 class Stage {
 public:
@@ -80,17 +45,14 @@ public:
         m_image->MakeRoom(sample->GetSize(), 2);
         for (std::size_t t = 0; t < 2; ++t)
             m_image->GetVoxelData(t) = sample->GetVoxelData();
-        m_frame = MakeFrame();
-        m_canvas = new zel_ImageViewer3dCanvas<unsigned short>(m_frame, m_mapper, m_image.get(), false, wxID_ANY,
+        auto* const frame = new wxFrame(nullptr, wxID_ANY, "bench");
+        frame->SetClientSize(1000, 800);
+        m_canvas = new zel_ImageViewer3dCanvas<unsigned short>(frame, m_mapper, m_image.get(), false, wxID_ANY,
                                                                wxDefaultPosition, wxDefaultSize);
-        Show(*m_frame);
+        ShowAndRest(*frame);
         m_canvas->ZoomIn();
         Pump(200);
-        m_bareFrame = MakeFrame();
-        m_barePanel = new wxPanel(m_bareFrame);
-        for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ})
-            m_bare.push_back(new BareWindow(m_barePanel, m_canvas->GetDrWin(type)->GetRect()));
-        Show(*m_bareFrame);
+        m_bare = std::make_unique<BareWindows>(*m_canvas);
     }
 
     void PaintAll() {
@@ -110,37 +72,13 @@ public:
         m_canvas->OnCutChange(zel_PT_XY);
         m_canvas->Update();
     }
-    void BareBlits() {
-        for (BareWindow* window : m_bare) {
-            window->Refresh(false);
-            window->Update();
-        }
-    }
-    std::size_t GetPixels() const {
-        std::size_t pixels = 0;
-        for (const BareWindow* window : m_bare)
-            pixels += static_cast<std::size_t>(window->GetClientSize().x * window->GetClientSize().y);
-        return pixels;
-    }
+    BareWindows& GetBare() { return *m_bare; }
 
 private:
-    static wxFrame* MakeFrame() {
-        auto* const frame = new wxFrame(nullptr, wxID_ANY, "bench");
-        frame->SetClientSize(1000, 800);
-        return frame;
-    }
-    static void Show(wxFrame& frame) {
-        frame.Show();
-        Pump(300);
-    }
-
     TableMapper m_mapper;
     std::unique_ptr<mor::Image4d<unsigned short>> m_image;
-    wxFrame* m_frame = nullptr;
     zel_ImageViewer3dCanvas<unsigned short>* m_canvas = nullptr;
-    wxFrame* m_bareFrame = nullptr;
-    wxPanel* m_barePanel = nullptr;
-    std::vector<BareWindow*> m_bare;
+    std::unique_ptr<BareWindows> m_bare;
 };
 
 void Add(const std::string& name, double limit, void (Stage::*work)()) {
@@ -148,10 +86,10 @@ void Add(const std::string& name, double limit, void (Stage::*work)()) {
         static Stage stage;
         Comparison comparison;
         comparison.work = [work] { (stage.*work)(); };
-        comparison.yardstick = [] { stage.BareBlits(); };
+        comparison.yardstick = [] { stage.GetBare().Blit(); };
         comparison.unit = "blits";
         comparison.limit = limit;
-        comparison.bytes = stage.GetPixels() * 3;
+        comparison.bytes = stage.GetBare().GetPixels() * 3;
         comparison.processorTime = true;
         return comparison;
     });

@@ -8,6 +8,7 @@
 #include <cstdlib>
 
 void AddPaintBenchmarks();
+void AddKeyBenchmarks();
 
 namespace {
 
@@ -19,6 +20,7 @@ public:
         wxGUIEventLoop loop;
         const wxEventLoopActivator activate(&loop);
         AddPaintBenchmarks();
+        AddKeyBenchmarks();
         benchmark::RunSpecifiedBenchmarks();
         PrintComparisons();
         return 0;

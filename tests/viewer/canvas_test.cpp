@@ -300,12 +300,11 @@ TEST_F(CanvasTest, WindowsShowTheirPictureOnBlack) {
     }
 }
 
-TEST_F(CanvasTest, ARefreshPaintsEachWindowAndThenAllIsQuiet) {
+TEST_F(CanvasTest, ARefreshPaintsEachWindowOnceAndThenAllIsQuiet) {
     canvas->draws = 0;
     canvas->Refresh(false);
     Pump(300);
-    EXPECT_GE(canvas->draws, 3);
-    EXPECT_LE(canvas->draws, 6);
+    EXPECT_EQ(canvas->draws, 3);
     canvas->draws = 0;
     Pump(1000);
     EXPECT_EQ(canvas->draws, 0);
@@ -334,7 +333,8 @@ TEST_F(CanvasTest, AHiddenFrameStillGetsItsPictures) {
 TEST_F(CanvasTest, ResizingLaysOutAnew) {
     ASSERT_TRUE(ResizeClient(*frame, wxSize(200, 210)));
     Pump(50);
-    EXPECT_FALSE(canvas->calls.empty());
+    std::erase(canvas->calls, "PixelInfo"); // the pointer may come to lie in another window
+    ASSERT_FALSE(canvas->calls.empty());
     EXPECT_EQ(canvas->calls.back(), "OnVis3dChange 7");
     // w = 200 - 2 - 2 borders, and YZ wants 70, less than half: XY gets the rest.
     EXPECT_EQ(Inner(zel_PT_XY).x, 200 - 2 - 2 * canvas->GetBorder() - 70);
