@@ -7,6 +7,7 @@
 
 #include <wx/uiaction.h>
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -22,6 +23,7 @@ public:
     void ReverseAxis(int axis) override { calls.push_back("ReverseAxis " + std::to_string(axis)); }
     void Draw(wxDC&, zel_ProjectionType type) override {
         if (type == zel_PT_XY) {
+            wxMilliSleep(static_cast<unsigned long>(drawMilliseconds));
             ++paintsXY;
             paintedTime = static_cast<int>(m_time);
             paintedCut = m_cut;
@@ -55,6 +57,8 @@ public:
     void OnTimeChange() override {
         zel_Viewer3dCanvas::OnTimeChange();
         shown.push_back(static_cast<int>(m_time));
+        if (onShown)
+            onShown();
     }
 
     /// A sequence of this many frames, at the first.
@@ -78,10 +82,12 @@ public:
 
     Calls calls;            // notifications of the view
     std::vector<int> shown; // frames, one for each OnTimeChange
+    std::function<void()> onShown;
     int pixelInfos = 0;
     int cutInfos = 0;
     int images = 1;
     kep::Resolution resolution{1, 1, 1};
+    int drawMilliseconds = 0; // what a picture takes
     int paintsXY = 0;
     int paintedTime = -1; // what the last paint of the XY window showed
     kep::Vector3d<float> paintedCut;
