@@ -68,11 +68,13 @@ VariableMinMaxCtrl<T>::VariableMinMaxCtrl(wxWindow* parent, int id, bool withGam
 
 template <typename T>
 void VariableMinMaxCtrl<T>::LayOut() {
+    // The tips of the triangles run from the third pixel of their row to the third last, so the stripe is as wide as
+    // that; two more on either side bring both under the bars of a graph with a sunken border.
+    const auto flags = [](int border) { return wxSizerFlags().Expand().Border(wxLEFT | wxRIGHT, border); };
     auto* const column = new wxBoxSizer(wxVERTICAL);
-    // The tips of the triangles run from the third pixel of their row to the third last: the stripe is as wide.
-    column->Add(stripe, 0, wxEXPAND | wxLEFT | wxRIGHT, 2);
-    column->Add(rampStripe, 0, wxEXPAND | wxLEFT | wxRIGHT, 2);
-    column->Add(triangles, 0, wxEXPAND);
+    column->Add(stripe, flags(4));
+    column->Add(rampStripe, flags(4));
+    column->Add(triangles, flags(2));
     auto* const row = new wxBoxSizer(wxHORIZONTAL);
     row->Add(lowText, 1);
     row->AddSpacer(10);
@@ -82,7 +84,7 @@ void VariableMinMaxCtrl<T>::LayOut() {
         row->Add(40, 0, 1);
     row->AddSpacer(10);
     row->Add(highText, 1);
-    column->Add(row, 0, wxEXPAND);
+    column->Add(row, flags(2));
     SetSizerAndFit(column);
 }
 

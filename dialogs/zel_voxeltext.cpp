@@ -18,13 +18,13 @@ wxString VoxelToStr(const T& voxel) {
 
 template <typename T>
 wxString VoxelToStr(const std::complex<T>& voxel, int mode) {
-    const wxString parts =
-        wxString::Format("%3f + %3fi\n", static_cast<double>(voxel.real()), static_cast<double>(voxel.imag()));
+    const std::complex<double> exact(voxel); // so that every digit shown is right
+    const wxString parts = wxString::Format("%3f + %3fi\n", exact.real(), exact.imag());
     switch (mode) {
     case 2:
-        return parts + wxString::Format("Phase: %3f rad", static_cast<double>(std::atan2(voxel.imag(), voxel.real())));
+        return parts + wxString::Format("Phase: %3f rad", std::atan2(exact.imag(), exact.real()));
     case 3:
-        return parts + wxString::Format("Amplitude: %3f", static_cast<double>(std::abs(voxel)));
+        return parts + wxString::Format("Amplitude: %3f", std::abs(exact));
     default:
         return parts + " ";
     }
