@@ -1,12 +1,14 @@
 #pragma once
 
+#include "image/zel_export.h"
+
 #include <limits>
 
 namespace zel {
 
 /// One set of levels: voxel values between the input ends become levels between the output ends, along a gamma curve.
 template <typename T, typename U>
-struct TLevelsParams {
+struct ZEL_EXPORT TLevelsParams {
     T inMin = std::numeric_limits<T>::min(); ///< for float the smallest positive normal number
     T inMax = std::numeric_limits<T>::max();
     double gamma = 1.0; ///< 1 is a straight line
@@ -18,7 +20,7 @@ struct TLevelsParams {
 
 /// Two thresholds, in voxel values.
 template <typename T>
-struct ThresParams {
+struct ZEL_EXPORT ThresParams {
     T lower = std::numeric_limits<T>::min();
     T upper = std::numeric_limits<T>::max();
 

@@ -113,19 +113,6 @@ void zel_GrayMappingModule<T>::SetBitdepth() {
     ResetMapping();
 }
 
-template <typename T>
-void zel_GrayMappingModule<T>::SetRange() {}
-
-template <typename T>
-bool zel_GrayMappingModule<T>::SetLevelsStretch() {
-    return false;
-}
-
-template <typename T>
-bool zel_GrayMappingModule<T>::SetThreshold() {
-    return false;
-}
-
 #define ZEL_INSTANTIATE(T) template class ZEL_EXPORT zel_GrayMappingModule<T>;
 ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE

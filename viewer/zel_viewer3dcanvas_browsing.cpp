@@ -1,9 +1,26 @@
+#include "dialogs/dlg_set_range.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/event.h>
 
 namespace zel {
+
+namespace {
+
+/// Lets the user choose the browsed range. @return whether that has moved the current frame
+bool AskForRange(wxWindow* parent, mor::ImageIterator& iterator) {
+    if (iterator.limitFirst >= iterator.limitLast)
+        throw kep::InternalException("A single frame has no range to choose.");
+    long first = iterator.rangeFirst;
+    long last = iterator.rangeLast;
+    if (!GetLongRangeFromUser(parent, iterator.limitFirst, iterator.limitLast, first, last))
+        return false;
+    iterator.SetRange(static_cast<int>(first), static_cast<int>(last));
+    return iterator.moved;
+}
+
+} // namespace
 
 bool zel_Viewer3dCanvas::OnSequenceMenuUpdateUI_PlayingForward() const {
     return m_sequenceTimer.IsRunning() && m_iterator.direction == 1;
@@ -30,6 +47,10 @@ wxString zel_Viewer3dCanvas::RunSequenceCommand(int id) {
     case zel_CMD_STOP_BROWSING:
         m_sequenceTimer.Stop();
         return "Stopped auto browsing.";
+    case zel_CMD_BROWSING_RANGE:
+        if (AskForRange(this, m_iterator))
+            OnTimeChange();
+        return {};
     case zel_CMD_FASTER:
         m_iterator.SetFPS(m_iterator.fps + 1);
         RestartTimer();

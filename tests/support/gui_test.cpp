@@ -144,7 +144,9 @@ void LogCatcher::DoLogRecord(wxLogLevel level, const wxString& text, const wxLog
     m_entries.push_back({level, text.utf8_string()});
 }
 
-AssertCatcher::AssertCatcher() : m_previous(wxSetAssertHandler(&Handle)) { currentAsserts = this; }
+AssertCatcher::AssertCatcher() : m_previous(wxSetAssertHandler(&Handle)) {
+    currentAsserts = this;
+}
 
 AssertCatcher::~AssertCatcher() {
     currentAsserts = nullptr;
@@ -171,6 +173,22 @@ void DialogAnswers::ExpectMessage(const std::string& caption, const std::string&
         EXPECT_EQ(caption, box->GetTitle().utf8_string());
         EXPECT_EQ(text, box->GetMessage().utf8_string());
         return code;
+    });
+}
+
+void DialogAnswers::ExpectDriven(std::function<void(wxDialog&)> drive) {
+    Expect([drive = std::move(drive)](wxDialog& dialog) -> int {
+        const auto run = [drive, &dialog] {
+            EXPECT_TRUE(WaitUntil([&] { return dialog.IsModal() && dialog.IsShownOnScreen(); }));
+            Pump(50); // a window manager's last words, and the first paint
+            drive(dialog);
+            if (dialog.IsModal()) {
+                ADD_FAILURE() << "the dialog \"" << dialog.GetTitle().utf8_string() << "\" is still open";
+                dialog.EndModal(wxID_CANCEL);
+            }
+        };
+        wxTheApp->CallAfter(run); // ShowModal runs the loop in which this comes
+        return wxID_NONE;
     });
 }
 

@@ -2,8 +2,8 @@
 
 // For tests with real windows: an event loop that moves only when told, pictures, input, and what the toolkit says.
 
-#include <wx/wx.h>
 #include <wx/modalhook.h>
+#include <wx/wx.h>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +97,11 @@ public:
     void Expect(Answer answer) { m_answers.push_back(std::move(answer)); }
     /// A message box with this caption and text, answered by `code`.
     void ExpectMessage(const std::string& caption, const std::string& text, int code = wxID_OK);
+    /// A dialog that opens, and once it is on the screen is driven to its end. One that is still open then fails the
+    /// test and is cancelled.
+    void ExpectDriven(std::function<void(wxDialog&)> drive);
+    /// How many of them have not come yet.
+    std::size_t GetPending() const { return m_answers.size(); }
 
 protected:
     int Enter(wxDialog* dialog) override;

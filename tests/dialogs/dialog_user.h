@@ -1,0 +1,63 @@
+#pragma once
+
+// A user in front of a dialog: the real pointer and the real keyboard.
+
+#include "tests/support/gui_test.h"
+
+#include <wx/uiaction.h>
+
+namespace zel::test {
+
+/// A control of a dialog by its id. @throws std::bad_cast if it is none of this kind
+template <typename Control = wxWindow>
+Control& In(const wxWindow& dialog, int id) {
+    return dynamic_cast<Control&>(*dialog.FindWindow(id));
+}
+
+inline void MovePointerTo(const wxWindow& window, const wxPoint& at) {
+    const wxPoint target = window.ClientToScreen(at);
+    wxUIActionSimulator().MouseMove(target);
+    EXPECT_TRUE(WaitUntil([&] { return wxGetMousePosition() == target; }));
+    Pump(30);
+}
+
+inline void Click(wxWindow& window) {
+    const wxSize size = window.GetClientSize();
+    MovePointerTo(window, {size.x / 2, size.y / 2});
+    wxUIActionSimulator().MouseClick();
+    Pump(60);
+}
+
+/// Presses the left button at the first place and moves over all others; lets go at the last.
+inline void Drag(wxWindow& window, const std::vector<wxPoint>& path) {
+    MovePointerTo(window, path.front());
+    wxUIActionSimulator hand;
+    hand.MouseDown();
+    Pump(30);
+    for (std::size_t i = 1; i < path.size(); ++i)
+        MovePointerTo(window, path[i]);
+    hand.MouseUp();
+    Pump(30);
+}
+
+inline void Press(int key, int modifiers = wxMOD_NONE) {
+    wxUIActionSimulator().Char(key, modifiers);
+    Pump(60);
+}
+
+inline void Focus(wxWindow& window) {
+    window.SetFocus();
+    EXPECT_TRUE(WaitUntil([&] { return wxWindow::FindFocus() == &window; }));
+}
+
+/// Replaces what stands in a field, by typing, and leaves the focus there.
+inline void TypeInto(wxTextCtrl& field, const std::string& text) {
+    Focus(field);
+    Press('A', wxMOD_CONTROL);
+    Press(WXK_DELETE);
+    wxUIActionSimulator().Text(text.c_str());
+    EXPECT_TRUE(WaitUntil([&] { return field.GetValue() == text; })) << field.GetValue().utf8_string();
+    Pump(30);
+}
+
+} // namespace zel::test
