@@ -130,6 +130,18 @@ Sequence Compare(const std::vector<FileInfo>& files) {
     return sequence;
 }
 
+std::string Told(const LabelSummary& labels) {
+    std::string text = std::to_string(labels.count);
+    text += labels.connected ? " connected" : " as stored";
+    if (labels.count == 0)
+        return text;
+    text += ", " + std::to_string(labels.smallest);
+    if (labels.largest != labels.smallest)
+        text += " to " + std::to_string(labels.largest);
+    return text + (labels.largest == 1 ? " voxel" : " voxels") + (labels.count > 1 ? " each, " : ", ") +
+           std::to_string(labels.onBorder) + " on the border";
+}
+
 void PrintFile(std::ostream& out, const FileInfo& file) {
     const kep::ImageInfo& info = file.info;
     const kep::Vector3d<float> res = info.resolution.GetRes();
@@ -137,7 +149,11 @@ void PrintFile(std::ostream& out, const FileInfo& file) {
         << "  format       " << NameOf(info.format) << ", "
         << (info.compression == "none" ? "not compressed" : info.compression) << ", " << Bytes(info.fileSize) << "\n"
         << "  size         " << info.size.x << " x " << info.size.y << " x " << info.size.z << " voxels\n"
-        << "  voxels       " << info.storedType << ", shown as " << NameOf(DisplayTypeFor(info.voxelType)) << "\n";
+        << "  voxels       " << info.storedType;
+    if (file.labels)
+        out << "\n  labels       " << Told(*file.labels) << "\n";
+    else
+        out << ", shown as " << NameOf(DisplayTypeFor(info.voxelType)) << "\n";
     if (IsKnown(res.x) || IsKnown(res.y) || IsKnown(res.z))
         out << "  voxel size   " << SizeOfVoxel(res.x) << " x " << SizeOfVoxel(res.y) << " x " << SizeOfVoxel(res.z)
             << " microns\n"
@@ -178,7 +194,14 @@ Json ToJson(const FileInfo& file) {
     json["size"] = {info.size.x, info.size.y, info.size.z};
     json["voxelType"] = NameOf(info.voxelType);
     json["storedType"] = info.storedType;
-    json["shownAs"] = NameOf(DisplayTypeFor(info.voxelType));
+    if (file.labels)
+        json["labels"] = {{"connected", file.labels->connected},
+                          {"count", file.labels->count},
+                          {"smallest", file.labels->smallest},
+                          {"largest", file.labels->largest},
+                          {"onBorder", file.labels->onBorder}};
+    else
+        json["shownAs"] = NameOf(DisplayTypeFor(info.voxelType));
     json["pixelsPerMicron"] = ToJson(info.resolution);
     json["offset"] = ToJson(info.offset);
     json["description"] = info.description;
@@ -187,7 +210,7 @@ Json ToJson(const FileInfo& file) {
 
 } // namespace
 
-std::string InfoAsText(const std::vector<FileInfo>& files) {
+std::string InfoAsText(const std::vector<FileInfo>& files, const std::vector<FileInfo>& labels) {
     std::ostringstream out;
     out.imbue(std::locale::classic());
     for (const FileInfo& file : files)
@@ -199,10 +222,16 @@ std::string InfoAsText(const std::vector<FileInfo>& files) {
         else
             out << "The files differ in size, voxel size or offset and form no sequence.\n";
     }
+    for (const FileInfo& file : labels)
+        PrintFile(out, file);
+    if (labels.size() > 1 && !Compare(labels).alike)
+        out << "The label files differ in size, voxel size or offset and form no sequence.\n";
+    if (!files.empty() && !labels.empty() && files.front().info.size != labels.front().info.size)
+        out << "The labels differ from the image in size and don't belong to it.\n";
     return out.str();
 }
 
-std::string InfoAsJson(const std::vector<FileInfo>& files) {
+std::string InfoAsJson(const std::vector<FileInfo>& files, const std::vector<FileInfo>& labels) {
     Json json;
     json["files"] = Json::array();
     for (const FileInfo& file : files)
@@ -212,6 +241,8 @@ std::string InfoAsJson(const std::vector<FileInfo>& files) {
         const Sequence sequence = Compare(files);
         json["sequence"] = {{"frames", files.size()}, {"alike", sequence.alike}, {"shownAs", NameOf(sequence.type)}};
     }
+    for (const FileInfo& file : labels)
+        json["labels"].push_back(ToJson(file));
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + "\n";
 }
 

@@ -23,6 +23,24 @@ wxArrayString ToArray(const std::vector<std::string>& names) {
     return array;
 }
 
+/// Calls read(t) for each file.
+/// @throws Failure for what `read` throws, and when the user cancels
+template <typename Read>
+void ReadOneByOne(const std::vector<std::string>& files, ReadingProgress& progress, const Read& read) {
+    for (std::size_t t = 0; t < files.size(); ++t) {
+        if (!progress.Report(t))
+            throw Failure("Reading was cancelled.");
+        const FileInHand inHand(files[t]);
+        try {
+            read(t);
+        } catch (const kep::LibException& error) {
+            throw Failure(NameAndReason(files[t], error.GetText()));
+        } catch (const std::bad_alloc&) {
+            throw Failure(files[t] + ": Not enough memory.");
+        }
+    }
+}
+
 } // namespace
 
 OpeningPlan PlanOpening(const Options& options) {
@@ -53,28 +71,40 @@ std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const Opening
     const wxArrayString names = ToArray(options.files);
     ReadingProgress progress(options.files.size(), plan.bytes, !options.screenshot);
     auto image = std::make_unique<mor::Image4d<T>>();
-    for (std::size_t t = 0; t < options.files.size(); ++t) {
-        if (!progress.Report(t))
-            throw Failure("Reading was cancelled.");
-        const FileInHand inHand(options.files[t]);
-        try {
-            if (t == 0)
-                image->ReadSequence_First(names, options.binary);
-            else
-                image->ReadSequence_Next(names, options.binary);
-        } catch (const kep::LibException& error) {
-            throw Failure(NameAndReason(options.files[t], error.GetText()));
-        } catch (const std::bad_alloc&) {
-            throw Failure(options.files[t] + ": Not enough memory.");
-        }
-    }
+    ReadOneByOne(options.files, progress, [&](std::size_t t) {
+        if (t == 0)
+            image->ReadSequence_First(names, options.binary);
+        else
+            image->ReadSequence_Next(names, options.binary);
+    });
     if (options.resolution && image->GetResolution().IsDefined())
         PrintMessage(options.files.front() + ": The file tells its voxel size; --resolution is not used.");
     image->SetResolution(CompleteResolution(image->GetResolution(), options.resolution));
     return image;
 }
 
-#define ZEL_INSTANTIATE(T) template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&);
+template <typename T>
+std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image) {
+    const wxArrayString names = ToArray(options.labels);
+    const std::uint64_t bytes = std::uint64_t{image.GetFrameSize()} * options.labels.size() * sizeof(unsigned short);
+    ReadingProgress progress(options.labels.size(), bytes, !options.screenshot);
+    auto labels = std::make_unique<Labels>(options.components);
+    ReadOneByOne(options.labels, progress, [&](std::size_t t) {
+        if (t == 0)
+            labels->template ReadSequence_First<unsigned short>(names, nullptr);
+        else
+            labels->ReadSequence_Next(names);
+    });
+    labels->SetResolution(CompleteResolution(labels->GetResolution(), image.GetResolution().GetRes()));
+    if (labels->GetSize() != image.GetSize() || labels->GetResolution() != image.GetResolution() ||
+        labels->GetOffset() != image.GetOffset())
+        throw Failure(options.labels.front() + ": The labels differ from the image in size, voxel size or offset.");
+    return labels;
+}
+
+#define ZEL_INSTANTIATE(T)                                                                                             \
+    template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&);                           \
+    template std::unique_ptr<Labels> ReadLabels(const Options&, const mor::Image4d<T>&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

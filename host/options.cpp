@@ -63,13 +63,19 @@ std::string FindConflict(const Options& options) {
         return "--json goes with --info.";
     if (options.info && options.screenshot)
         return "--info and --screenshot exclude each other.";
-    if (!options.files.empty())
+    if (options.components && options.labels.empty())
+        return "--components goes with --labels.";
+    if (!options.labels.empty() && !options.files.empty() && options.labels.size() != options.files.size())
+        return "--labels needs one file for each FILE: " + std::to_string(options.files.size()) + ", not " +
+               std::to_string(options.labels.size()) + ".";
+    if (!options.files.empty() || (options.info && !options.labels.empty()))
         return {};
-    const char* const needsFile = options.info         ? "--info"
-                                  : options.type       ? "--type"
-                                  : options.binary     ? "--binary"
-                                  : options.resolution ? "--resolution"
-                                                       : nullptr;
+    const char* const needsFile = options.info              ? "--info"
+                                  : !options.labels.empty() ? "--labels"
+                                  : options.type            ? "--type"
+                                  : options.binary          ? "--binary"
+                                  : options.resolution      ? "--resolution"
+                                                            : nullptr;
     return needsFile != nullptr ? std::string(needsFile) + " needs a FILE." : std::string();
 }
 
@@ -98,6 +104,13 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         app.add_option("--resolution", resolution,
                        "Pixels per micron along each axis, for files that don't say;\nwhat a file says stands")
             ->type_name("X,Y,Z");
+    app.add_option(
+           "--labels", options.labels,
+           "Label files, one per time point. All names behind it are\nlabel files; FILE goes before, or behind a --")
+        ->type_name("FILE...")
+        ->expected(1, -1);
+    app.add_flag("--components", options.components,
+                 "Label what hangs together in the label files, instead of\ntaking their voxels for labels");
     app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
     const CLI::Option* const screenshotOption =
         app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")

@@ -16,6 +16,8 @@ struct Options {
     bool binary = false;                            ///< the files hold two-valued images
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
+    std::vector<std::string> labels;                ///< label files, one per time point
+    bool components = false;                        ///< label connected components instead of taking labels as stored
     std::optional<std::string> screenshot;          ///< write the picture here and leave
     bool info = false;                              ///< print what the files are and leave
     bool json = false;                              ///< the same as JSON

@@ -13,7 +13,7 @@ struct Report {
     std::vector<std::string> messages;
 };
 
-/// Asks every file what it is, without reading voxels.
+/// Asks every file what it is, without reading voxels; those of label files are read, to count the labels.
 Report MakeReport(const Options& options);
 
 /// What --version prints: program, toolkit, and the libraries that read files, as they are loaded.

@@ -61,7 +61,12 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
     const OpeningPlan plan = PlanOpening(m_options);
     return WithVoxelType(plan.type, [&](auto type) -> zel::zel_Viewer3dFrame* {
         using T = typename decltype(type)::type;
-        return new ImageFrame<T>(ReadFiles<T>(m_options, plan), m_options.voxels);
+        auto image = ReadFiles<T>(m_options, plan);
+        if (!m_options.labels.empty()) {
+            ReadLabels<T>(m_options, *image);
+            PrintMessage("The labels fit the image, but this window does not show them.");
+        }
+        return new ImageFrame<T>(std::move(image), m_options.voxels);
     });
 }
 

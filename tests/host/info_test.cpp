@@ -75,6 +75,50 @@ TEST(Info, LongDescriptionsAreCutBetweenCharactersInTextOnly) {
     EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["description"]["k"], text);
 }
 
+FileInfo LabelStack(const LabelSummary& labels) {
+    FileInfo file = Stack();
+    file.name = "labels.tif";
+    file.info.description.clear();
+    file.labels = labels;
+    return file;
+}
+
+TEST(Info, TextSumsLabelsUp) {
+    EXPECT_EQ(InfoAsText({}, {LabelStack({false, 28, 12, 5301, 5})}), "labels.tif\n"
+                                                                      "  format       TIFF, LZW, 8.2 MB\n"
+                                                                      "  size         512 x 400 x 30 voxels\n"
+                                                                      "  voxels       12-bit unsigned\n"
+                                                                      "  labels       28 as stored, 12 to 5301 voxels "
+                                                                      "each, 5 on the border\n"
+                                                                      "  voxel size   0.1 x 0.1 x 0.25 microns\n"
+                                                                      "  resolution   10 x 10 x 4 pixels per micron\n"
+                                                                      "  offset       1, -2.5, 0 microns\n");
+    EXPECT_THAT(InfoAsText({}, {LabelStack({true, 3, 1, 1, 0})}), HasSubstr("3 connected, 1 voxel each, 0 on the"));
+    EXPECT_THAT(InfoAsText({}, {LabelStack({true, 1, 7, 7, 1})}),
+                HasSubstr("1 connected, 7 voxels, 1 on the border\n"));
+    EXPECT_THAT(InfoAsText({}, {LabelStack({false, 0, 0, 0, 0})}), HasSubstr("  labels       0 as stored\n"));
+}
+
+TEST(Info, LabelsAreComparedWithOneAnotherAndWithTheImage) {
+    FileInfo other = LabelStack({});
+    EXPECT_THAT(InfoAsText({Stack()}, {other}), Not(HasSubstr("differ")));
+    EXPECT_THAT(InfoAsText({Stack()}, {other, other}), Not(HasSubstr("differ")));
+    other.info.size.z = 29;
+    EXPECT_THAT(InfoAsText({Stack()}, {other}), HasSubstr("The labels differ from the image in size"));
+    EXPECT_THAT(InfoAsText({}, {LabelStack({}), other}), HasSubstr("The label files differ in size"));
+}
+
+TEST(Info, JsonCarriesLabels) {
+    const json report = json::parse(InfoAsJson({Stack()}, {LabelStack({true, 28, 12, 5301, 5})}));
+    EXPECT_EQ(report["files"].size(), 1U);
+    const json& file = report["labels"][0];
+    EXPECT_EQ(file["name"], "labels.tif");
+    EXPECT_EQ(file["labels"],
+              json({{"connected", true}, {"count", 28}, {"smallest", 12}, {"largest", 5301}, {"onBorder", 5}}));
+    EXPECT_FALSE(file.contains("shownAs"));
+    EXPECT_FALSE(json::parse(InfoAsJson({Stack()})).contains("labels"));
+}
+
 TEST(Info, JsonCarriesEverything) {
     const json report = json::parse(InfoAsJson({Stack(), Stack()}));
     const json& file = report["files"][1];

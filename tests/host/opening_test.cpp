@@ -127,6 +127,47 @@ TEST_F(Opening, TheResolutionIsSetOnlyWhereTheFileHasNone) {
     EXPECT_EQ(Read<unsigned char>(options)->GetResolution(), kep::Resolution(1, 2, 3));
 }
 
+TEST_F(Opening, LabelsAreReadBesideTheirImage) {
+    Options options = For({Write<float>("a.tif", 7, {1, 2, 3}), Write<float>("b.tif", 7, {1, 2, 3})});
+    options.labels = {Write<unsigned char>("la.tif", 9, {1, 2, 3}), Write<int>("lb.tif", 300, {1, 2, 3})};
+    const auto image = Read<float>(options);
+    for (const bool components : {false, true}) {
+        options.components = components;
+        const auto labels = ReadLabels<float>(options, *image);
+        EXPECT_EQ(labels->TestConsistency(), 0);
+        ASSERT_EQ(labels->GetNumFrames(), 2U);
+        EXPECT_EQ(labels->GetVoxel(0, 0), components ? 1 : 9);
+        EXPECT_EQ(labels->GetVoxel(0, 1), components ? 1 : 300);
+        EXPECT_EQ(labels->GetVoxel(1, 1), 0);
+    }
+}
+
+TEST_F(Opening, LabelsWithoutAVoxelSizeTakeTheImages) {
+    Options options = For({Write<unsigned char>("a.tif", 7, {1, 2, 3})});
+    options.labels = {Write<unsigned char>("la.tif", 9)};
+    const auto image = Read<unsigned char>(options);
+    EXPECT_EQ(ReadLabels(options, *image)->GetResolution(), kep::Resolution(1, 2, 3));
+}
+
+TEST_F(Opening, LabelsThatDoNotBelongToTheImageAreRefused) {
+    Options options = For({Write<unsigned char>("a.tif", 7, {1, 2, 3})});
+    const auto image = Read<unsigned char>(options);
+    const auto failureOf = [&](const std::string& labels) -> std::string {
+        options.labels = {labels};
+        try {
+            ReadLabels(options, *image);
+        } catch (const Failure& failure) {
+            return failure.what();
+        }
+        return "no failure";
+    };
+    const std::string other = Write<unsigned char>("la.tif", 9, {1, 2, 4});
+    EXPECT_EQ(failureOf(other), other + ": The labels differ from the image in size, voxel size or offset.");
+    const std::string missing = folder / "missing.tif";
+    EXPECT_EQ(failureOf(missing), missing + ": Cannot open the file.");
+    EXPECT_THAT(failureOf(Write<int>("lb.tif", 65536, {1, 2, 3})), HasSubstr("65536"));
+}
+
 TEST_F(Opening, TheSyntheticSequenceIsConsistent) {
     const auto image = OpenSyntheticCells();
     EXPECT_EQ(image->TestConsistency(), 0);

@@ -42,6 +42,23 @@ TEST(Options, ValuesDoNotSwallowFiles) {
     EXPECT_EQ(line.options.screenshot, "c.png");
 }
 
+TEST(Options, LabelsTakeAllNamesBehindThem) {
+    const CommandLine before = ParseCommandLine({"a.tif", "b.tif", "--labels", "la.tif", "lb.tif", "--components"});
+    ASSERT_EQ(before.command, Command::Run) << before.text;
+    EXPECT_THAT(before.options.files, ElementsAre("a.tif", "b.tif"));
+    EXPECT_THAT(before.options.labels, ElementsAre("la.tif", "lb.tif"));
+    EXPECT_TRUE(before.options.components);
+    const CommandLine behind = ParseCommandLine({"--labels", "la.tif", "lb.tif", "--", "a.tif", "b.tif"});
+    ASSERT_EQ(behind.command, Command::Run) << behind.text;
+    EXPECT_THAT(behind.options.files, ElementsAre("a.tif", "b.tif"));
+    EXPECT_THAT(behind.options.labels, ElementsAre("la.tif", "lb.tif"));
+    EXPECT_FALSE(behind.options.components);
+    const CommandLine alone = ParseCommandLine({"--info", "--labels", "la.tif"});
+    ASSERT_EQ(alone.command, Command::Run) << alone.text;
+    EXPECT_THAT(alone.options.files, IsEmpty());
+    EXPECT_THAT(alone.options.labels, ElementsAre("la.tif"));
+}
+
 TEST(Options, EveryTypeHasAName) {
     const std::vector<std::pair<const char*, DisplayType>> cases = {
         {"gray8", DisplayType::Gray8},    {"gray16", DisplayType::Gray16}, {"int", DisplayType::Int},
@@ -56,8 +73,8 @@ TEST(Options, EveryTypeHasAName) {
 TEST(Options, HelpNamesEveryOption) {
     const CommandLine line = ParseCommandLine({"--help"});
     EXPECT_EQ(line.command, Command::Help);
-    for (const char* option : {"--type", "--binary", "--resolution", "--voxels", "--screenshot", "--info", "--json",
-                               "--verbose", "--help", "--version", "FILE"})
+    for (const char* option : {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels",
+                               "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }
@@ -87,6 +104,10 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--screenshot", ""}, "--screenshot needs"},
         {{"--info"}, "--info needs a FILE"},
         {{"--binary"}, "--binary needs a FILE"},
+        {{"--labels", "la.tif"}, "--labels needs a FILE"},
+        {{"--labels"}, "--labels"},
+        {{"a.tif", "--components"}, "--components goes with --labels"},
+        {{"a.tif", "b.tif", "--labels", "la.tif"}, "--labels needs one file for each FILE: 2, not 1."},
         {{"--type", "int"}, "--type needs a FILE"},
         {{"--resolution", "1,1,1"}, "--resolution needs a FILE"},
         {{"--info", "--screenshot", "a.png", "a.tif"}, "--screenshot"},

@@ -154,6 +154,42 @@ TEST_F(ZelViewer, InfoTellsTheSizeWithoutADisplay) {
     EXPECT_EQ(parsed["sequence"]["alike"], true);
 }
 
+TEST_F(ZelViewer, InfoCountsLabels) {
+    // 40 x 30 x 10 voxels: two blocks of label 7 with 2 voxels and 1, and one voxel of label 9 in the corner.
+    kep::Image3d<unsigned char> frame;
+    frame.MakeRoom(sizeX, sizeY, sizeZ);
+    frame.SetVoxel(5, 5, 5, 7);
+    frame.SetVoxel(6, 5, 5, 7);
+    frame.SetVoxel(20, 5, 5, 7);
+    frame.SetVoxel(0, 0, 0, 9);
+    const std::string name = folder / "labels.tif";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    const Outcome stored = Run({"--info", "--labels", name}, Display::None);
+    EXPECT_EQ(stored.exitCode, 0);
+    EXPECT_EQ(stored.errors, "");
+    EXPECT_THAT(stored.output, HasSubstr("  labels       2 as stored, 1 to 3 voxels each, 1 on the border\n"));
+    const Outcome connected =
+        Run({"--info", "--json", "--components", WriteRamp("a.tif"), "--labels", name}, Display::None);
+    EXPECT_EQ(connected.exitCode, 0);
+    EXPECT_EQ(json::parse(connected.output)["labels"][0]["labels"],
+              json({{"connected", true}, {"count", 3}, {"smallest", 1}, {"largest", 2}, {"onBorder", 1}}));
+    const Outcome missing = Run({"--info", "--labels", folder / "missing.tif"}, Display::None);
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_THAT(missing.errors, HasSubstr("missing.tif: Cannot open the file."));
+}
+
+TEST_F(ZelViewer, LabelsMustFitTheirImage) {
+    const std::string image = WriteRamp("a.tif", {2, 2, 1}), picture = folder / "picture.png";
+    const Outcome fits = Run({"--screenshot", picture, image, "--labels", WriteRamp("l.tif")});
+    EXPECT_EQ(fits.exitCode, 0);
+    EXPECT_EQ(fits.errors, "zelviewer: The labels fit the image, but this window does not show them.\n");
+    const std::string other = WriteRamp("m.tif", {2, 2, 2});
+    const Outcome differs = Run({"--screenshot", picture, image, "--labels", other});
+    EXPECT_EQ(differs.exitCode, 1);
+    EXPECT_EQ(differs.errors,
+              "zelviewer: " + other + ": The labels differ from the image in size, voxel size or offset.\n");
+}
+
 TEST_F(ZelViewer, InfoTellsOfTheOtherFilesToo) {
     const std::string good = WriteRamp("a.tif"), missing = folder / "missing.tif";
     const Outcome outcome = Run({"--info", missing, good});
