@@ -131,7 +131,9 @@ TEST(Histogram, CanBeInitialisedAgainAndEmptied) {
 TEST(Histogram, StaysAsItWasWhenMemoryIsMissing) {
     auto histogram = WithCounters({1, 2, 3});
     EXPECT_THROW(histogram.Init(0, 1, largest), std::bad_alloc);
+#ifndef __SANITIZE_ADDRESS__ // which ends the process where memory lacks
     EXPECT_THROW(histogram.Init(0, 1, largest / 16), std::bad_alloc);
+#endif
     EXPECT_THAT(Counters(histogram), ElementsAre(1, 2, 3));
     EXPECT_THAT(Centers(histogram), ElementsAre(0, 1, 2));
 }

@@ -131,6 +131,30 @@ TEST(HistogramCount, OfOddFloatsEqualsItsTwin) {
     ExpectTwins<float>(histograms, {1, 999, 1029}, [&] { return odd[random() % odd.size()]; });
 }
 
+TEST(HistogramCount, InTwoThreadsEqualsItsTwin) {
+    std::mt19937 random(9);
+    std::vector<unsigned short> words(1500011);
+    std::vector<int> integers(words.size());
+    std::vector<float> floats(words.size());
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        words[i] = static_cast<unsigned short>(random());
+        integers[i] = static_cast<int>(random() % 5000) - 2000;
+        floats[i] = static_cast<float>(words[i]) / 7.0F - 900.0F;
+    }
+    for (const std::size_t stride : {1U, 3U}) { // either way more than half a million
+        ExpectTwins(words, stride, Make<unsigned short>(0, 65535, 65536));
+        ExpectTwins(integers, stride, Make(-1500, 2500, 4001));
+        ExpectTwins(floats, stride, Make(-900.0F, 8000.0F, 256));
+    }
+}
+
+TEST(HistogramCount, OfWholeFloatsEqualsItsTwin) {
+    // Bytes kept as floats: every value lies on a center.
+    std::mt19937 random(10);
+    ExpectTwins<float>({Make(0.0F, 255.0F, 256), Make(-255.0F, 510.0F, 256)}, {1023, 1024, 5000},
+                       [&] { return static_cast<float>(random() % 256); });
+}
+
 TEST(HistogramCount, AddsAllVoxelsOfAFrame) {
     kep::Image3d<unsigned char> frame;
     frame.MakeRoom(3, 1, 1);
