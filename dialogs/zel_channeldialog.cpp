@@ -3,7 +3,6 @@
 #include "dialogs/wdr/zel_histogramlayout.h"
 #include "dialogs/wdr/zel_layout.h"
 #include "dialogs/zel_channelparams.h"
-#include "dialogs/zel_minmaxctrl.h"
 #include "image/zel_assert.h"
 
 #include <wx/checkbox.h>
