@@ -31,7 +31,8 @@ public:
     ~zel_Viewer3dFrame() override;
 
     zel_Viewer3dCanvas* GetCanvas() const { return m_canvas; }
-    /// Takes a canvas, made as a child of this frame, and gives it the client area. One that was there is destroyed.
+    /// Takes a canvas, made as a child of this frame, and gives it the client area. One that was there is destroyed
+    /// at once, so this is not for handlers of its own events.
     /// The frame keeps its size; ResizeFrameIfRequired adjusts it.
     void SetCanvas(zel_Viewer3dCanvas* canvas);
 

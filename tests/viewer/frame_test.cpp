@@ -202,14 +202,28 @@ TEST_F(FrameTest, CommandsOfLaterFeaturesSaySo) {
         Choose(id);
         EXPECT_EQ(Message(), "Not available yet.") << id;
     }
-    frame->ClearInfoStatusText();
-    Choose(6003);
+}
+
+TEST_F(FrameTest, TheRangeIsAskedForAndKeptOnCancel) {
+    {
+        DialogAnswers answers;
+        answers.Expect([](wxDialog&) { return wxID_CANCEL; });
+        Choose(6003);
+    }
     EXPECT_EQ(Message(), "");
-    EXPECT_TRUE(canvas->calls.empty());
+    EXPECT_EQ(canvas->GetImageIterator().rangeFirst, 0);
+    EXPECT_EQ(canvas->GetImageIterator().rangeLast, 9);
     EXPECT_TRUE(canvas->shown.empty());
 }
 
-TEST_F(FrameTest, EveryIconBecomesTheFrames) {
+TEST_F(FrameTest, ASingleFrameHasNoRangeToAskFor) {
+    const DialogAnswers noDialog;
+    canvas->Play(1);
+    Choose(6003);
+    EXPECT_EQ(Message(), "No change.");
+}
+
+TEST_F(FrameTest, TheCanvasGivesTheFrameItsIcons) {
     frame->RefreshIcon();
     EXPECT_EQ(canvas->icons, 1);
     EXPECT_EQ(frame->GetIcons().GetIconCount(), 1U);

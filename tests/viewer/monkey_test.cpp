@@ -31,6 +31,18 @@ public:
     mutable int maps = 0;
 };
 
+/// Sends every dialog away as it came.
+class CancelDialogs : public wxModalDialogHook {
+public:
+    CancelDialogs() { Register(); }
+    ~CancelDialogs() override { Unregister(); }
+    CancelDialogs(const CancelDialogs&) = delete;
+    CancelDialogs& operator=(const CancelDialogs&) = delete;
+
+protected:
+    int Enter(wxDialog*) override { return wxID_CANCEL; }
+};
+
 class MonkeyTest : public GuiTest {
 protected:
     void SetUp() override {
@@ -275,6 +287,7 @@ void MonkeyTest::CheckPictures() {
 } // namespace
 
 TEST_F(MonkeyTest, NoOrderOfCommandsKeysClicksAndSizesBreaksTheFrame) {
+    const CancelDialogs cancelDialogs;
     for (int i = 1; i <= 2000; ++i) {
         Act();
         if (i % 3 == 0) {
