@@ -18,6 +18,8 @@ const char* const footer = "Examples:\n"
                            "  zelviewer time_*.ics                       shows a time sequence\n"
                            "  zelviewer --resolution 10,10,3 stack.tif   tells the voxel size that the file lacks\n"
                            "  zelviewer --info --json *.tif              says what the files are\n"
+                           "  zelviewer --export-meshes cell --labels labels.tif\n"
+                           "                                             writes cell1.ply, cell2.ply, ...\n"
                            "\n"
                            "Ends with 0, with 1 if something failed, with 2 for wrong use.";
 
@@ -65,17 +67,27 @@ std::string FindConflict(const Options& options) {
         return "--info and --screenshot exclude each other.";
     if (options.components && options.labels.empty())
         return "--components goes with --labels.";
+    if (options.exportMeshes) {
+        if (options.labels.empty())
+            return "--export-meshes goes with --labels.";
+        if (!options.files.empty())
+            return "--export-meshes takes labels alone and no FILE.";
+        if (options.info || options.screenshot)
+            return std::string("--export-meshes and ") + (options.info ? "--info" : "--screenshot") +
+                   " exclude each other.";
+    }
     if (!options.labels.empty() && !options.files.empty() && options.labels.size() != options.files.size())
         return "--labels needs one file for each FILE: " + std::to_string(options.files.size()) + ", not " +
                std::to_string(options.labels.size()) + ".";
     if (!options.files.empty() || (options.info && !options.labels.empty()))
         return {};
-    const char* const needsFile = options.info              ? "--info"
-                                  : !options.labels.empty() ? "--labels"
-                                  : options.type            ? "--type"
-                                  : options.binary          ? "--binary"
-                                  : options.resolution      ? "--resolution"
-                                                            : nullptr;
+    const bool shown = !options.exportMeshes; // meshes need no image, and --resolution is for their labels
+    const char* const needsFile = options.info                       ? "--info"
+                                  : !options.labels.empty() && shown ? "--labels"
+                                  : options.type                     ? "--type"
+                                  : options.binary                   ? "--binary"
+                                  : options.resolution && shown      ? "--resolution"
+                                                                     : nullptr;
     return needsFile != nullptr ? std::string(needsFile) + " needs a FILE." : std::string();
 }
 
@@ -85,7 +97,7 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CommandLine line;
     Options& options = line.options;
     bool showVersion = false;
-    std::string type, resolution, screenshot;
+    std::string type, resolution, meshes, screenshot;
 
     CLI::App app(description, "zelviewer");
     app.footer(footer);
@@ -111,6 +123,11 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         ->expected(1, -1);
     app.add_flag("--components", options.components,
                  "Label what hangs together in the label files, instead of\ntaking their voxels for labels");
+    const CLI::Option* const meshesOption =
+        app.add_option("--export-meshes", meshes,
+                       "Write the surface of each label in microns to PREFIXn.ply,\nof several frames to "
+                       "PREFIXn_tm.ply, and leave")
+            ->type_name("PREFIX");
     app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
     const CLI::Option* const screenshotOption =
         app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
@@ -148,6 +165,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         if (!options.resolution)
             return refuse("--resolution " + resolution + ": use three numbers above 0, such as 10,10,3.3.");
     }
+    if (meshesOption->count() > 0)
+        options.exportMeshes = meshes;
     if (screenshotOption->count() > 0) {
         if (screenshot.empty())
             return refuse("--screenshot needs a file name.");

@@ -18,6 +18,7 @@ struct Options {
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored
+    std::optional<std::string> exportMeshes;        ///< write the labels' meshes under this prefix and leave
     std::optional<std::string> screenshot;          ///< write the picture here and leave
     bool info = false;                              ///< print what the files are and leave
     bool json = false;                              ///< the same as JSON

@@ -1,6 +1,7 @@
 #include "host/run.h"
 
 #include "host/hostlog.h"
+#include "host/meshexport.h"
 #include "host/message.h"
 #include "host/viewerapp.h"
 
@@ -31,6 +32,10 @@ bool StartToolkit(ViewerApp* app, char* programName, bool quiet) {
 } // namespace
 
 int RunViewer(const Options& options, char* programName) {
+    if (options.exportMeshes) {
+        ExportMeshes({options.labels, options.components, options.resolution, *options.exportMeshes});
+        return 0;
+    }
     if (!StartToolkit(new ViewerApp(options), programName, !options.verbose)) {
         PrintMessage(
             "There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, or --info.");

@@ -5,8 +5,10 @@
 namespace zelviewer {
 
 /// Starts the toolkit, reads the files, and shows them until the window is closed, or writes the picture of the
-/// window. Says on standard error what goes wrong before there is a window.
+/// window. Says on standard error what goes wrong before there is a window. Meshes are exported without toolkit and
+/// window.
 /// @return the program's exit code
+/// @throws Failure  a file of labels or meshes
 int RunViewer(const Options& options, char* programName);
 
 } // namespace zelviewer

@@ -1,10 +1,13 @@
 #include "host/meshexport.h"
 #include "host/message.h"
+#include "host/options.h"
+#include "host/run.h"
 #include "image/kep.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/ply_reader.h"
 
+#include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -13,7 +16,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::IsEmpty;
 
 class MeshExporting : public testing::Test {
 protected:
@@ -155,6 +157,49 @@ TEST_F(MeshExporting, SaysWhereItCannotWrite) {
     order.prefix = folder / "missing/cell";
     EXPECT_THAT(FailureOf(order), HasSubstr("missing/cell3.ply: Cannot write the file: "));
     EXPECT_THAT(folder.List(), ElementsAre("l.tif"));
+}
+
+TEST_F(MeshExporting, TheProgramNeedsNoDisplayForIt) {
+    const CommandLine line = ParseCommandLine({"--export-meshes", folder / "cell", "--resolution", "2,4,0.5",
+                                               "--components", "--labels", Write("l.tif", MakeLabels({}))});
+    ASSERT_EQ(line.command, Command::Run) << line.text;
+    const char* const before = std::getenv("DISPLAY");
+    const std::string display = before != nullptr ? before : "";
+    unsetenv("DISPLAY");
+    char name[] = "zelviewer";
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(RunViewer(line.options, name), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    if (before != nullptr)
+        setenv("DISPLAY", display.c_str(), 1);
+    EXPECT_EQ(ReadPly(folder / "cell2.ply").vertices.at(0), (std::array<double, 3>{2.25, 0.375, 2}));
+}
+
+TEST(MeshOptions, AreReadAndTold) {
+    const CommandLine line = ParseCommandLine({"--labels", "a.tif", "b.tif", "--export-meshes", "out/cell"});
+    ASSERT_EQ(line.command, Command::Run) << line.text;
+    EXPECT_EQ(line.options.exportMeshes, "out/cell");
+    EXPECT_THAT(line.options.labels, ElementsAre("a.tif", "b.tif"));
+    EXPECT_FALSE(ParseCommandLine({"a.tif"}).options.exportMeshes);
+    EXPECT_THAT(ParseCommandLine({"--help"}).text, HasSubstr("--export-meshes PREFIX"));
+}
+
+TEST(MeshOptions, WrongUseIsRefused) {
+    const std::vector<std::pair<std::vector<std::string>, const char*>> cases = {
+        {{"--export-meshes"}, "--export-meshes"},
+        {{"--export-meshes", "p"}, "--export-meshes goes with --labels."},
+        {{"a.tif", "--export-meshes", "p"}, "--export-meshes goes with --labels."},
+        {{"a.tif", "--export-meshes", "p", "--labels", "l.tif"}, "--export-meshes takes labels alone and no FILE."},
+        {{"--info", "--export-meshes", "p", "--labels", "l.tif"}, "--export-meshes and --info exclude each other."},
+        {{"--screenshot", "s.png", "--export-meshes", "p", "--labels", "l.tif"},
+         "--export-meshes and --screenshot exclude each other."},
+        {{"--type", "int", "--export-meshes", "p", "--labels", "l.tif"}, "--type needs a FILE."},
+    };
+    for (const auto& [arguments, text] : cases) {
+        const CommandLine line = ParseCommandLine(arguments);
+        EXPECT_EQ(line.command, Command::Refuse) << text;
+        EXPECT_THAT(line.text, HasSubstr(text));
+    }
 }
 
 } // namespace
