@@ -1,5 +1,6 @@
 #include "dialogs/zel_minmaxctrl.h"
 
+#include "dialogs/zel_formatnumber.h"
 #include "dialogs/zel_validators.h"
 
 #include <wx/sizer.h>
@@ -16,6 +17,23 @@ constexpr double greatestGamma = 10.0;
 constexpr double defaultGamma = 1.0;
 constexpr int gammaPositions = 99;
 constexpr int firstCount = 256; ///< positions until variables are bound
+constexpr int leastFieldWidth = 40;
+constexpr int fieldPadding = 22; ///< pixels of a field's border and inner margins, both sides together
+
+/// Makes a field wide enough for its bounds, in two decimals as it shows them and in the six that its validator shows
+/// first. Texts of more than 16 characters, those of enormous floats, scroll.
+template <typename T>
+void WidenField(VariableTextCtrl<T>& field) {
+    const auto widthOf = [&field](const wxString& text) { return field.GetTextExtent(text.Left(16)).x + fieldPadding; };
+    int width = leastFieldWidth;
+    for (const T bound : {field.GetLowBound(), field.GetHighBound()}) {
+        width = std::max(width, widthOf(NumberToText(bound)));
+        if constexpr (std::is_same_v<T, float>)
+            width = std::max(width, widthOf(FormatReal("%f", static_cast<double>(bound))));
+    }
+    // The toolkit's own size for a text counts in the least size of a field that is shown, and would grow each time.
+    field.SetMinSize(wxSize(width, wxDefaultCoord));
+}
 
 template <typename T>
 void BindField(VariableTextCtrl<T>& field, T* variable, T low, T high, T defaultValue, int positions) {
@@ -25,6 +43,7 @@ void BindField(VariableTextCtrl<T>& field, T* variable, T low, T high, T default
         field.SetValidator(RealValidator<T>(*variable, low, high, true, true, wxEmptyString));
     else
         field.SetValidator(IntValidator<T>(*variable, low, high, false, true, true, "%d"));
+    WidenField(field);
 }
 
 /// A text that is no number gives way to the variable, which would else keep the other fields from being stored.
@@ -60,8 +79,8 @@ VariableMinMaxCtrl<T>::VariableMinMaxCtrl(wxWindow* parent, int id, bool withGam
                                                  gammaPositions);
     highText = new VariableTextCtrl<T>(this, highTextId, nullptr, 0, 0, 0, firstCount);
     LayOut();
-    if (size != wxDefaultSize)
-        SetSize(size);
+    if (size == wxDefaultSize)
+        SetSize(GetBestSize());
     this->Bind(zel_EVT_VARIABLE_TEXTCTRL, &VariableMinMaxCtrl::OnText, this);
     this->Bind(zel_EVT_TRIANGLE, &VariableMinMaxCtrl::OnTriangle, this);
 }
@@ -81,11 +100,11 @@ void VariableMinMaxCtrl<T>::LayOut() {
     if (gammaText != nullptr)
         row->Add(gammaText, 1);
     else
-        row->Add(40, 0, 1);
+        row->Add(leastFieldWidth, 0, 1);
     row->AddSpacer(10);
     row->Add(highText, 1);
     column->Add(row, flags(2));
-    SetSizerAndFit(column);
+    SetSizer(column);
 }
 
 template <typename T>
@@ -107,6 +126,11 @@ void VariableMinMaxCtrl<T>::BindVariables(T* low, T* high, double* gamma, T lowB
     SetHigh(*high);
     if (showGamma)
         SetGamma(*gamma);
+    InvalidateBestSize(); // the fields may need more room
+    wxSize size = GetSize();
+    size.IncTo(GetBestSize());
+    SetSize(size);
+    Layout();
 }
 
 template <typename T>

@@ -44,7 +44,8 @@ public:
                        long style = wxTAB_TRAVERSAL);
 
     /// Shows three variables of the caller's and writes what the user changes to them. Before that, what the fields
-    /// still hold goes to the variables that were bound until now: those must still live.
+    /// still hold goes to the variables that were bound until now: those must still live. The control grows
+    /// where the texts of the bounds need it; a parent that is shown already lays itself out anew.
     /// @param gamma      not used without the gamma field, and may then be null
     /// @param lowBound, highBound  limits of both values
     /// @param positions  of the triangles
