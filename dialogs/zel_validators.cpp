@@ -74,12 +74,12 @@ template <typename T>
 void IntValidator<T>::SetWindow(wxWindow* window) {
     wxTextValidator::SetWindow(window);
     // The base's filter of keys knows text entries alone and asserts on a spin control, which filters for itself.
-    SetEvtHandlerEnabled(wxDynamicCast(window, wxSpinCtrl) == nullptr);
+    SetEvtHandlerEnabled(dynamic_cast<wxSpinCtrl*>(window) == nullptr);
 }
 
 template <typename T>
 bool IntValidator<T>::ReadNumber(long& number, wxString& textOfControl) {
-    if (auto* const spin = wxDynamicCast(m_validatorWindow, wxSpinCtrl)) {
+    if (auto* const spin = dynamic_cast<wxSpinCtrl*>(m_validatorWindow)) {
         number = spin->GetValue();
         return true;
     }
@@ -104,7 +104,7 @@ wxString IntValidator<T>::DescribeConflict(long number) const {
 
 template <typename T>
 bool IntValidator<T>::Validate(wxWindow* parent) {
-    const bool isSpin = wxDynamicCast(m_validatorWindow, wxSpinCtrl) != nullptr;
+    const bool isSpin = dynamic_cast<wxSpinCtrl*>(m_validatorWindow) != nullptr;
     if (!isSpin && !wxTextValidator::Validate(parent))
         return false;
     if (!hasMin && !hasMax)
@@ -122,7 +122,7 @@ bool IntValidator<T>::Validate(wxWindow* parent) {
 
 template <typename T>
 bool IntValidator<T>::TransferToWindow() {
-    if (auto* const spin = wxDynamicCast(m_validatorWindow, wxSpinCtrl)) {
+    if (auto* const spin = dynamic_cast<wxSpinCtrl*>(m_validatorWindow)) {
         constexpr int lowest = std::numeric_limits<int>::min();
         constexpr int highest = std::numeric_limits<int>::max();
         spin->SetValue(std::cmp_less(*value, lowest)       ? lowest
