@@ -19,8 +19,9 @@ namespace zel {
 
 namespace {
 
-/// 32-bit counters, four side by side for each number: adding to the one that was just added to waits for it, and
-/// images have much background.
+/// 32-bit counters, several side by side for each number: adding to the one that was just added to waits for it, and
+/// images have much background. Eight are needed where values share few bins; with many bins four stay in the caches.
+template <std::size_t tables>
 class SideBySide {
 public:
     /// As many values may be counted before AddUp: then not even a single counter can overflow.
@@ -38,37 +39,41 @@ public:
     /// Reads first[0], first[stride], ...
     template <typename N>
     void Count(const N* first, std::size_t number, std::size_t stride) {
+        const Tables counters = GetTables();
         std::size_t i = 0;
         if (stride == 1) {
             std::uint64_t seen = 0;
             for (; i + step <= number; i += step)
-                seen |= CountStep(first + i);
+                seen |= CountStep(first + i, counters);
             for (std::size_t k = 0; k < perWord<N>; ++k)
                 used |= Get<N>(seen, k);
         }
         for (; i < number; ++i) {
             const N value = first[i * stride];
-            ++GetTable(i % tables)[value];
+            ++counters[i % tables][value];
             used |= value;
         }
     }
 
     /// Counts the numbers at(0), at(1), ... up to `number`.
     template <typename At>
-    void CountEach(std::size_t number, At&& at) {
-        std::uint32_t* const a = GetTable(0);
-        std::uint32_t* const b = GetTable(1);
-        std::uint32_t* const c = GetTable(2);
-        std::uint32_t* const d = GetTable(3);
+    [[gnu::always_inline]] void CountEach(std::size_t number, At at) {
+        const Tables counters = GetTables();
         std::size_t i = 0;
         for (; i + tables <= number; i += tables) {
-            ++a[at(i)];
-            ++b[at(i + 1)];
-            ++c[at(i + 2)];
-            ++d[at(i + 3)];
+            ++counters[0][at(i)];
+            ++counters[1][at(i + 1)];
+            ++counters[2][at(i + 2)];
+            ++counters[3][at(i + 3)];
+            if constexpr (tables == 8) {
+                ++counters[4][at(i + 4)];
+                ++counters[5][at(i + 5)];
+                ++counters[6][at(i + 6)];
+                ++counters[7][at(i + 7)];
+            }
         }
         for (; i < number; ++i)
-            ++a[at(i)];
+            ++counters[0][at(i)];
         used = std::numeric_limits<std::uint32_t>::max();
     }
 
@@ -77,10 +82,11 @@ public:
     void AddUp(Add&& add) {
         // No number was greater than all their bits together.
         const std::size_t end = std::min(length, std::size_t{used} + 1);
+        const Tables counters = GetTables();
         for (std::size_t i = 0; i < end; ++i) {
             std::size_t sum = 0;
-            for (std::size_t t = 0; t < tables; ++t)
-                sum += std::exchange(GetTable(t)[i], 0U);
+            for (std::uint32_t* const table : counters)
+                sum += std::exchange(table[i], 0U);
             if (sum != 0)
                 add(i, sum);
         }
@@ -88,7 +94,7 @@ public:
     }
 
 private:
-    static constexpr std::size_t tables = 4;
+    using Tables = std::array<std::uint32_t*, tables>;
     static constexpr std::size_t gap = 16; // processors take addresses that are whole pages apart for the same one
     static constexpr std::size_t step = 8; // numbers, one 64-bit word for each byte of the type
 
@@ -101,26 +107,31 @@ private:
 
     /// @return all bits of all words
     template <typename N>
-    std::uint64_t CountStep(const N* first) {
+    [[gnu::always_inline]] static std::uint64_t CountStep(const N* first, const Tables& counters) {
         std::array<std::uint64_t, sizeof(N)> words;
         std::memcpy(words.data(), first, sizeof words);
         bool uniform = words[0] == std::rotl(words[0], 8 * sizeof(N));
         for (std::size_t w = 1; uniform && w < words.size(); ++w)
             uniform = words[w] == words[0];
         if (uniform) {
-            GetTable(0)[Get<N>(words[0], 0)] += step;
+            counters[0][Get<N>(words[0], 0)] += step;
             return words[0];
         }
         std::uint64_t seen = 0;
         for (std::size_t w = 0; w < words.size(); ++w) {
             for (std::size_t i = 0; i < perWord<N>; ++i)
-                ++GetTable((w * perWord<N> + i) % tables)[Get<N>(words[w], i)];
+                ++counters[(w * perWord<N> + i) % tables][Get<N>(words[w], i)];
             seen |= words[w];
         }
         return seen;
     }
 
-    std::uint32_t* GetTable(std::size_t i) { return memory.get() + i * (length + gap); }
+    Tables GetTables() {
+        Tables found;
+        for (std::size_t i = 0; i < tables; ++i)
+            found[i] = memory.get() + i * (length + gap);
+        return found;
+    }
 
     struct Free {
         void operator()(std::uint32_t* block) const { std::free(block); }
@@ -134,14 +145,14 @@ private:
 /// longer than reading the voxels.
 /// @param count  called with counters and a part of the values, from its first on; throws nothing
 /// @param add    gets the counts of each number that came up
-template <typename Count, typename Add>
-void CountInTwo(std::size_t length, std::size_t number, Count&& count, Add&& add) {
+template <std::size_t tables, typename Count, typename Add>
+void CountInTables(std::size_t length, std::size_t number, Count&& count, Add&& add) {
     constexpr std::size_t worthwhile = 500000; // a thread takes as long to start as some ten thousand values to count
     const bool two = number >= worthwhile && std::thread::hardware_concurrency() > 1;
-    SideBySide counters(length);
-    SideBySide others(two ? length : 0);
-    for (std::size_t done = 0; done < number; done += SideBySide::most) {
-        const std::size_t part = std::min(number - done, SideBySide::most);
+    SideBySide<tables> counters(length);
+    SideBySide<tables> others(two ? length : 0);
+    for (std::size_t done = 0; done < number; done += counters.most) {
+        const std::size_t part = std::min(number - done, counters.most);
         const std::size_t half = two ? part / 2 : 0;
         // Where there is no thread to be had, it runs in the call of get().
         auto other = std::async(two ? std::launch::async | std::launch::deferred : std::launch::deferred,
@@ -151,6 +162,14 @@ void CountInTwo(std::size_t length, std::size_t number, Count&& count, Add&& add
         counters.AddUp(add);
         others.AddUp(add);
     }
+}
+
+template <typename Count, typename Add>
+void CountInTwo(std::size_t length, std::size_t number, Count&& count, Add&& add) {
+    if (length <= 1024)
+        CountInTables<8>(length, number, count, add);
+    else
+        CountInTables<4>(length, number, count, add);
 }
 
 template <typename T>
@@ -164,7 +183,7 @@ template <typename T>
 void CountByNumber(const T* first, std::size_t number, std::size_t stride, Histogram<T>& histogram) {
     CountInTwo(
         std::size_t{std::numeric_limits<T>::max()} + 1, number,
-        [=](SideBySide& counters, std::size_t from, std::size_t part) {
+        [=](auto& counters, std::size_t from, std::size_t part) {
             counters.Count(first + from * stride, part, stride);
         },
         [&](std::size_t i, std::size_t sum) { histogram.GetBin(static_cast<T>(i)) += sum; });
@@ -237,31 +256,36 @@ void CountIntegers(const int* first, std::size_t number, std::size_t stride, His
     const int high = histogram.GetRightCenter();
     CountInTwo(
         histogram.size(), number,
-        [=](SideBySide& counters, std::size_t from, std::size_t part) {
-            const int* const at = first + from * stride;
-            counters.CountEach(part, [=](std::size_t i) {
-                return static_cast<std::uint32_t>(std::clamp(at[i * stride], low, high) - low);
+        [=](auto& counters, std::size_t from, std::size_t part) {
+            std::array<int, block> places;
+            ForBlocks(first + from * stride, part, stride, [&](const int* values, std::size_t some) {
+                for (std::size_t i = 0; i < some; ++i)
+                    places[i] = std::min(std::max(values[i], low), high) - low;
+                const int* const place = places.data();
+                counters.CountEach(some, [place](std::size_t i) { return static_cast<std::size_t>(place[i]); });
             });
         },
         [&](std::size_t i, std::size_t sum) { histogram[i] += sum; });
 }
 
-/// Bins of floats without a division: a guess in single precision, at most one bin too low, and the least value of the
-/// next bin, which decides.
+/// Bins of floats without a division: a guess in single precision, at most one bin too low, and where that may be, the
+/// least value of the next bin, which decides.
 class Guesser {
 public:
     /// Whether the roundings of single precision stay small enough.
     static bool CanGuess(const Histogram<float>& histogram) {
         const double range = GetRange(histogram);
         return histogram.size() >= 2 && histogram.size() <= 65536 && range > 0 &&
-               range <= std::numeric_limits<float>::max() && GetScale(histogram) >= std::numeric_limits<float>::min() &&
-               GetScale(histogram) <= std::numeric_limits<float>::max();
+               range <= std::numeric_limits<float>::max() &&
+               GetScale(histogram) >= 2 * std::numeric_limits<float>::min() &&
+               GetScale(histogram) <= std::numeric_limits<float>::max() / 2;
     }
 
     explicit Guesser(const Histogram<float>& histogram)
         : first(histogram.GetLeftCenter()),
           last(histogram.GetRightCenter()),
-          scale(static_cast<float>(GetScale(histogram))),
+          scale(static_cast<float>(GetScale(histogram) * (1 - rounding))),
+          upperScale(static_cast<float>(GetScale(histogram) * (1 + rounding))),
           least(histogram.size()) {
         for (std::size_t i = 1; i < least.size(); ++i) {
             const double steps = static_cast<double>(i) / static_cast<double>(least.size() - 1);
@@ -269,16 +293,29 @@ public:
         }
     }
 
-    void Count(const float* values, std::size_t number, SideBySide& counters) const {
-        std::array<std::int32_t, block> guesses;
-        Guess(values, number, guesses.data());
-        counters.CountEach(number, [&](std::size_t i) {
-            const auto guess = static_cast<std::size_t>(guesses[i]);
-            return guess + (values[i] >= least[guess + 1] ? 1U : 0U);
-        });
+    template <typename Counters>
+    void Count(const float* values, std::size_t number, Counters& counters) const {
+        constexpr std::size_t atOnce = 128; // few enough that most have no value in doubt
+        std::array<std::int32_t, atOnce> guesses;
+        const std::int32_t* const guessed = guesses.data();
+        const float* const next = least.data() + 1;
+        for (std::size_t done = 0; done < number; done += atOnce, values += atOnce) {
+            const std::size_t part = std::min(number - done, atOnce);
+            if (!Guess(values, part, guesses.data())) {
+                counters.CountEach(part, [guessed](std::size_t i) { return static_cast<std::size_t>(guessed[i]); });
+                continue;
+            }
+            counters.CountEach(part, [=](std::size_t i) {
+                const auto guess = static_cast<std::size_t>(guessed[i]);
+                return guess + (values[i] >= next[guess] ? 1U : 0U);
+            });
+        }
     }
 
 private:
+    /// More than the three roundings of a guess add up to: the last center's own stays below the last bin.
+    static constexpr double rounding = 0x1p-21;
+
     static double GetRange(const Histogram<float>& histogram) {
         return static_cast<double>(histogram.GetRightCenter()) - static_cast<double>(histogram.GetLeftCenter());
     }
@@ -310,21 +347,25 @@ private:
         return std::copysign(std::bit_cast<float>(static_cast<std::int32_t>(std::abs(rank))), rank < 0 ? -1.0F : 1.0F);
     }
 
-    /// Bins for each unit, less what three roundings can add: the last center's guess stays below the last bin.
+    /// Bins for each unit.
     static double GetScale(const Histogram<float>& histogram) {
-        return static_cast<double>(histogram.size() - 1) / GetRange(histogram) * (1 - 0x1p-21);
+        return static_cast<double>(histogram.size() - 1) / GetRange(histogram);
     }
 
-    void Guess(const float* values, std::size_t number, std::int32_t* guesses) const {
+    /// @return whether a value may lie a bin above its guess
+    bool Guess(const float* values, std::size_t number, std::int32_t* guesses) const {
+        std::int32_t doubt = 0;
         for (std::size_t i = 0; i < number; ++i) {
             float value = values[i];
             value = value > first ? value : first;
             value = value < last ? value : last;
             guesses[i] = static_cast<std::int32_t>((value - first) * scale);
+            doubt |= guesses[i] ^ static_cast<std::int32_t>((value - first) * upperScale);
         }
+        return doubt != 0;
     }
 
-    float first, last, scale;
+    float first, last, scale, upperScale;
     std::vector<float> least; ///< value of each bin but the first
 };
 
@@ -332,7 +373,7 @@ void CountByGuess(const float* first, std::size_t number, std::size_t stride, Hi
     const Guesser guesser(histogram);
     CountInTwo(
         histogram.size(), number,
-        [=, &guesser](SideBySide& counters, std::size_t from, std::size_t part) {
+        [=, &guesser](auto& counters, std::size_t from, std::size_t part) {
             ForBlocks(first + from * stride, part, stride,
                       [&](const float* values, std::size_t some) { guesser.Count(values, some, counters); });
         },
