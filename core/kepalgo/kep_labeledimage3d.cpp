@@ -250,7 +250,8 @@ void LabeledImage3d<L, V>::CreateForegroundRegionsFF(const Image3d<V>& image, co
         // From here on the image is asked no more: it may be this frame.
         const bool sameBlock = this->GetNumVoxels() == image.GetNumVoxels();
         TakePlace(image);
-        runs.Paint(this->begin(), !sameBlock); // a new block is zeroed
+        if (!this->IsEmpty())
+            runs.Paint(this->begin(), !sameBlock); // a new block is zeroed
         components.swap(found);
     } catch (...) {
         DisposeData();
