@@ -25,19 +25,18 @@ struct Volume {
 };
 
 /// The shape of a mesh as its arrays tell it.
-template <typename Index>
 struct MeshShape {
     bool closed = true; ///< every edge of a triangle is met by one of the opposite direction, and by no other
     std::size_t edges = 0;
 };
 
 template <typename Index>
-MeshShape<Index> GetShape(const Index* indices, std::size_t triangleCount) {
+MeshShape GetShape(const Index* indices, std::size_t triangleCount) {
     std::map<std::pair<Index, Index>, int> uses;
     for (std::size_t t = 0; t < 3 * triangleCount; t += 3)
         for (std::size_t i = 0; i < 3; ++i)
             ++uses[{indices[t + i], indices[t + (i + 1) % 3]}];
-    MeshShape<Index> shape;
+    MeshShape shape;
     for (const auto& [edge, count] : uses) {
         const auto opposite = uses.find({edge.second, edge.first});
         if (count != 1 || opposite == uses.end() || opposite->second != 1)
