@@ -92,4 +92,8 @@ private:
     ThresParams<T> m_thresholds;
 };
 
+#define ZEL_DECLARE(T) extern template class zel_GrayMappingModule<T>;
+ZEL_HISTOGRAM_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
 } // namespace zel

@@ -79,7 +79,11 @@ void zel_GrayMappingModule<T>::ChoosePalette(int entry) {
 
 template <typename T>
 void zel_GrayMappingModule<T>::OnUpdateUI(wxUpdateUIEvent& event) {
-    event.Check(this->OffsetOf(event) == m_paletteMode);
+    const int offset = this->OffsetOf(event);
+    if (offset >= zel_PE_GRAY && offset <= zel_PE_FILE)
+        event.Check(offset == m_paletteMode);
+    else
+        event.Skip();
 }
 
 template <typename T>
@@ -113,7 +117,7 @@ void zel_GrayMappingModule<T>::SetBitdepth() {
     ResetMapping();
 }
 
-#define ZEL_INSTANTIATE(T) template class ZEL_EXPORT zel_GrayMappingModule<T>;
+#define ZEL_INSTANTIATE(T) template class zel_GrayMappingModule<T>;
 ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

@@ -41,7 +41,7 @@ struct TableFallback<float> {
 /// A number in a debug trace: whole, and a negative one as its two's complement.
 template <typename T>
 unsigned long TraceNumber(T value) {
-    return static_cast<unsigned long>(static_cast<long>(value));
+    return static_cast<unsigned long>(SaturateTo<long>(static_cast<double>(value)));
 }
 
 } // namespace detail
@@ -139,7 +139,8 @@ void zel_GrayMappingModule<T>::SetHistEqualStretch() {
         return;
     Histogram<T> range;
     CreateRangeHist(range);
-    if (!EqualizeTable(range, m_rangeMin, m_rangeMax, m_mappingTable)) {
+    const auto [low, high] = std::minmax(m_rangeMin, m_rangeMax);
+    if (!EqualizeTable(range, low, high, m_mappingTable)) {
         wxLogError("The function does nothing because sub-histogram is longer than the current lut.");
         return;
     }

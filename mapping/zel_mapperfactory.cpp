@@ -6,7 +6,7 @@
 
 #include <cmath>
 #include <limits>
-#include <memory>
+#include <string>
 #include <type_traits>
 
 namespace zel {
@@ -49,22 +49,27 @@ Bounds<T> ScanVoxels(const mor::Image4d<T>& image) {
     return bounds;
 }
 
-/// The image's cached range. Where no frame was ever measured, or the first voxel was not a number, it is found here.
+std::string ConstantImageText(int value) {
+    return wxString::Format("Consistency check failed. Constant images are not supported! (Value=%d)", value)
+        .utf8_string();
+}
+std::string ConstantImageText(float value) {
+    return wxString::Format("Consistency check failed. Constant images are not supported! (Value=%f)",
+                            static_cast<double>(value))
+        .utf8_string();
+}
+
+/// The image's cached range. Where no frame was ever measured, or an end is not a number or infinite, which no bins and
+/// no grays can be spread up to, it is found here.
 template <typename T>
 Bounds<T> FindBounds(const mor::Image4d<T>& image) {
     Bounds<T> bounds{image.GetCachedMinValue(), image.GetCachedMaxValue()};
-    if (!(bounds.min <= bounds.max))
+    if (!(bounds.min <= bounds.max) || !IsFinite(bounds.min) || !IsFinite(bounds.max))
         bounds = ScanVoxels(image);
-    if (bounds.min >= bounds.max) {
-        const char* const format = std::is_same_v<T, int>
-                                       ? "Consistency check failed. Constant images are not supported! (Value=%d)"
-                                       : "Consistency check failed. Constant images are not supported! (Value=%f)";
-        if constexpr (std::is_same_v<T, int>)
-            throw kep::InternalException(wxString::Format(format, bounds.min).utf8_string());
-        else
-            throw kep::InternalException(wxString::Format(format, static_cast<double>(bounds.min)).utf8_string());
-    }
-    return bounds;
+    if (bounds.min < bounds.max)
+        return bounds;
+    const bool isOneValue = bounds.min == bounds.max;
+    throw kep::InternalException(ConstantImageText(isOneValue ? bounds.min : image.GetVoxel(0, 0)));
 }
 
 template <typename T>

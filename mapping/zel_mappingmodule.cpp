@@ -119,7 +119,7 @@ void zel_MappingModule<T>::FinishCommand(const wxCommandEvent& event) {
     GetFrame()->ProcessWindowEvent(told);
 }
 
-#define ZEL_INSTANTIATE(T) template class ZEL_EXPORT zel_MappingModule<T>;
+#define ZEL_INSTANTIATE(T) template class zel_MappingModule<T>;
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

@@ -92,4 +92,8 @@ private:
     double m_percentilValue;
 };
 
+#define ZEL_DECLARE(T) extern template class zel_MappingModule<T>;
+KEP_DISPLAY_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
 } // namespace zel

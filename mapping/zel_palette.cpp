@@ -92,7 +92,7 @@ bool LoadPalette(Palette& palette, const wxString& file_name) {
     wxTextFile file;
     {
         const wxLogNull quiet; // a file that is not there is answered by the result alone
-        if (!file.Open(file_name, wxConvAuto()))
+        if (file_name.empty() || !file.Open(file_name, wxConvAuto()))
             return false;
     }
     palette.resize(std::min(file.GetLineCount(), levels));

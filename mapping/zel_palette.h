@@ -23,8 +23,9 @@ ZEL_EXPORT void CreatePalette(long kind, Palette& palette);
 
 /// Reads a text file with a colour a line: red, green, blue in decimal, one of space, colon or comma between them, each
 /// taken modulo 256. The first 256 lines count, and all of them must be good.
-/// @return false for a file that cannot be opened or has a bad line among them; the palette then has as many colours
-/// as were read, and is not to be used. Nothing is logged.
+/// @return false for a file that cannot be opened, and nothing has changed; or for a bad line among the 256: the
+/// palette
+///         is then filled up to there, and not to be used. Nothing is logged.
 ZEL_EXPORT bool LoadPalette(Palette& palette, const wxString& file_name);
 
 } // namespace zel
