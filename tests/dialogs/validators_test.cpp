@@ -200,8 +200,13 @@ TEST_F(ValidatorTest, SpinControlsHaveTheirNumberTested) {
     EXPECT_TRUE(spin->GetValidator()->TransferToWindow());
     EXPECT_EQ(7, spin->GetValue());
     Focus(*spin);
-    Press(WXK_UP); // the filter of keys stays out of it
+    Press(WXK_UP);
     EXPECT_EQ(8, spin->GetValue());
+    wxKeyEvent key(wxEVT_CHAR);
+    key.m_keyCode = '3';
+    key.m_uniChar = '3';
+    key.SetEventObject(spin);
+    EXPECT_FALSE(spin->ProcessWindowEvent(key)); // the filter of keys would assert
     EXPECT_TRUE(spin->GetValidator()->Validate(frame));
     EXPECT_TRUE(spin->GetValidator()->TransferFromWindow());
     EXPECT_EQ(8, value);
@@ -235,12 +240,15 @@ TEST_F(ValidatorTest, RealsOutsideTheLimitsAreTold) {
 
 TEST_F(ValidatorTest, LimitsShownInAFewDigitsAreWithinThemselves) {
     float value = 0.5F;
-    // As a double 0.1 lies below the float of 0.1; 1.2345678 shows as 1.234568, which lies above it.
-    field->SetValidator(RealValidator<float>(value, 0.1F, 1.2345678F, true, true, ""));
+    // As a double 0.1 lies below the float of 0.1.
+    field->SetValidator(RealValidator<float>(value, 0.1F, 1.0F, true, true, ""));
     EXPECT_TRUE(Passes("0.1"));
+    // 0.1234564 shows as 0.123456, which lies below it, and 1.2345678 as 1.234568, which lies above.
+    field->SetValidator(RealValidator<float>(value, 0.1234564F, 1.2345678F, true, true, ""));
+    EXPECT_TRUE(Passes("0.123456"));
     EXPECT_TRUE(Passes("1.234568"));
-    EXPECT_FALSE(PassesWith("1.234569", "The value 1.234569 is out of range [0.100000,1.234568]"));
-    EXPECT_FALSE(PassesWith("0.099999", "The value 0.099999 is out of range [0.100000,1.234568]"));
+    EXPECT_FALSE(PassesWith("1.234569", "The value 1.234569 is out of range [0.123456,1.234568]"));
+    EXPECT_FALSE(PassesWith("0.123455", "The value 0.123455 is out of range [0.123456,1.234568]"));
 }
 
 TEST_F(ValidatorTest, RealsHaveAFormatOfTheirType) {
