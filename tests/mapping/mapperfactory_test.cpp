@@ -1,0 +1,172 @@
+#include "mapping/zel_mapperfactory.h"
+#include "tests/mapping/viewer_fixture.h"
+#include "tests/support/text_of.h"
+
+#include <limits>
+
+using namespace zel;
+using namespace zel::test;
+
+namespace {
+
+constexpr float notANumber = std::numeric_limits<float>::quiet_NaN();
+constexpr float infinite = std::numeric_limits<float>::infinity();
+
+class MapperFactory : public GuiTest {
+protected:
+    void SetUp() override { frame = new wxFrame(nullptr, wxID_ANY, "host"); }
+    void TearDown() override {
+        frame->Destroy();
+        GuiTest::TearDown();
+    }
+
+    template <typename T>
+    std::unique_ptr<zel_GrayMappingModule<T>> Create(const mor::Image4d<T>& image) {
+        std::unique_ptr<zel_MappingModule<T>> module(zel_CreateMapperForType<T>(frame, image));
+        EXPECT_EQ(module->GetFrame(), frame);
+        EXPECT_EQ(module->GetMenuId(0), 0) << "no menu yet";
+        return std::unique_ptr<zel_GrayMappingModule<T>>(&dynamic_cast<zel_GrayMappingModule<T>&>(*module.release()));
+    }
+    /// A frame of one row, with these voxels and known extremes.
+    template <typename T>
+    static std::unique_ptr<mor::Image4d<T>> Row(const std::vector<T>& voxels) {
+        return MakeImage<T>({voxels.size(), 1, 1}, 1, [&](auto x, auto, auto, auto) { return voxels[x]; });
+    }
+
+    wxFrame* frame = nullptr;
+};
+
+template <typename T>
+std::vector<std::size_t> Counts(const zel_GrayMappingModule<T>& module) {
+    const auto& histogram = module.GetHistograms().Get();
+    return {histogram.begin(), histogram.end()};
+}
+
+} // namespace
+
+TEST_F(MapperFactory, AllVoxelsOfAllFramesCount) {
+    // Frame t holds 6 voxels of value t and one of 255.
+    const auto image =
+        MakeImage<unsigned char>({7, 1, 1}, 5, [](auto x, auto, auto, auto t) { return x == 6 ? 255 : t; });
+    const auto counts = Counts(*Create(*image));
+    ASSERT_EQ(counts.size(), 256U);
+    for (std::size_t t = 0; t < 5; ++t)
+        EXPECT_EQ(counts[t], 6U) << t;
+    EXPECT_EQ(counts[255], 5U);
+    EXPECT_EQ(counts[5], 0U);
+}
+
+TEST_F(MapperFactory, WordsHaveABinForEachValue) {
+    const auto module = Create(*Row<unsigned short>({0, 65535, 300, 300}));
+    const auto counts = Counts(*module);
+    ASSERT_EQ(counts.size(), 65536U);
+    EXPECT_EQ(counts[0], 1U);
+    EXPECT_EQ(counts[300], 2U);
+    EXPECT_EQ(counts[65535], 1U);
+}
+
+TEST_F(MapperFactory, IntsHaveABinForEachNumberBetweenTheExtremes) {
+    const auto module = Create(*Row<int>({-3, 2, 0, 0, -3}));
+    EXPECT_EQ(Counts(*module), (std::vector<std::size_t>{2, 0, 0, 2, 0, 1}));
+    EXPECT_EQ(module->GetRangeMin(), -3);
+    EXPECT_EQ(module->GetRangeMax(), 2);
+    EXPECT_EQ(module->GetMappingTable().GetSize(), 6U);
+}
+
+TEST_F(MapperFactory, FloatsHave256Bins) {
+    const auto module = Create(*Row<float>({-1.0F, 0.0F, 1.0F, 0.001F}));
+    const auto counts = Counts(*module);
+    ASSERT_EQ(counts.size(), 256U);
+    EXPECT_EQ(counts[0], 1U);
+    EXPECT_EQ(counts[127], 2U); // 1 / 2 * 255 = 127.5 and 127.6, truncated
+    EXPECT_EQ(counts[255], 1U);
+    EXPECT_EQ(module->GetRangeMin(), -1.0F);
+    EXPECT_EQ(module->GetRangeMax(), 1.0F);
+}
+
+TEST_F(MapperFactory, ConstantBytesAndWordsAreAccepted) {
+    const auto bytes = Create(*Row<unsigned char>({7, 7, 7}));
+    EXPECT_EQ(Counts(*bytes)[7], 3U);
+    EXPECT_EQ(bytes->GetRangeMax(), 255);
+    const auto words = Create(*Row<unsigned short>({0, 0}));
+    EXPECT_EQ(Counts(*words)[0], 2U);
+}
+
+TEST_F(MapperFactory, ConstantIntsAndFloatsAreRefused) {
+    const std::string text = "Consistency check failed. Constant images are not supported! (Value=";
+    EXPECT_EQ(TextOf([&] { Create(*Row<int>({-7, -7})); }), text + "-7)");
+    EXPECT_EQ(TextOf([&] { Create(*Row<int>({5})); }), text + "5)") << "a single voxel";
+    EXPECT_EQ(TextOf([&] { Create(*Row<float>({2.5F, 2.5F, 2.5F})); }), text + "2.500000)");
+    EXPECT_EQ(TextOf([&] { Create(*Row<float>({0.0F, -0.0F})); }), text + "0.000000)");
+    EXPECT_EQ(TextOf([&] { Create(*Row<float>({notANumber, 1.0F, notANumber})); }), text + "1.000000)");
+    EXPECT_EQ(TextOf([&] { Create(*Row<float>({notANumber, notANumber})); }), text + "nan)");
+    EXPECT_EQ(TextOf([&] { Create(*Row<float>({infinite, 3.0F})); }), text + "3.000000)");
+    Pump();
+    EXPECT_EQ(wxTopLevelWindows.size(), 1U) << "the notice has gone";
+}
+
+TEST_F(MapperFactory, ImagesWithoutVoxelsAreRefused) {
+    const std::string text = "Consistency check failed. Empty images are not supported!";
+    EXPECT_EQ(TextOf([&] { Create(mor::Image4d<unsigned char>()); }), text);
+    EXPECT_EQ(TextOf([&] { Create(mor::Image4d<float>()); }), text);
+    mor::Image4d<int> withoutVoxels;
+    withoutVoxels.MakeRoom(0, 4, 4, 2);
+    EXPECT_EQ(TextOf([&] { Create(withoutVoxels); }), text);
+}
+
+TEST_F(MapperFactory, ASingleByteIsAnImage) {
+    const auto module = Create(*Row<unsigned char>({9}));
+    EXPECT_TRUE(module->HasData());
+    EXPECT_EQ(Counts(*module)[9], 1U);
+}
+
+TEST_F(MapperFactory, NumbersDecideTheRangeOfAnImageThatHoldsOthers) {
+    for (const auto& voxels : std::vector<std::vector<float>>{{0.0F, notANumber, 10.0F},
+                                                              {notANumber, 0.0F, 10.0F},
+                                                              {0.0F, infinite, 10.0F},
+                                                              {-infinite, 0.0F, 10.0F},
+                                                              {0.0F, 10.0F, -infinite}}) {
+        const auto module = Create(*Row<float>(voxels));
+        EXPECT_EQ(module->GetRangeMin(), 0.0F);
+        EXPECT_EQ(module->GetRangeMax(), 10.0F);
+        const auto counts = Counts(*module);
+        EXPECT_EQ(counts[0] + counts[255], 3U) << "the others are in the end bins";
+        EXPECT_EQ(module->GetMappingTable().Get(5.0F), 128); // 127.5
+    }
+}
+
+TEST_F(MapperFactory, ExtremesThatWereNeverMeasuredAreFound) {
+    mor::Image4d<int> numbers;
+    numbers.MakeRoom(3, 1, 1, 2);
+    for (std::size_t t = 0; t < 2; ++t)
+        for (std::size_t x = 0; x < 3; ++x)
+            numbers.SetVoxel(x, 0, 0, t, static_cast<int>(10 * t + x));
+    EXPECT_EQ(Create(numbers)->GetRangeMax(), 12);
+    mor::Image4d<float> reals;
+    reals.MakeRoom(2, 1, 1, 1);
+    reals.SetVoxel(0, 0, 0, 0, -4.0F);
+    reals.SetVoxel(1, 0, 0, 0, -2.0F);
+    const auto module = Create(reals);
+    EXPECT_EQ(module->GetRangeMin(), -4.0F);
+    EXPECT_EQ(module->GetRangeMax(), -2.0F);
+}
+
+TEST_F(MapperFactory, ExtremesThatWereMeasuredAreTakenAsTheyAre) {
+    const auto image = Row<int>({0, 1, 2, 1});
+    image->SetVoxel(3, 0, 0, 0, 1000);
+    const auto module = Create(*image);
+    EXPECT_EQ(Counts(*module), (std::vector<std::size_t>{1, 1, 2}));
+}
+
+TEST_F(MapperFactory, HistogramsThatAreFinishedMakeAModuleUnasked) {
+    HistogramSet<int> numbers;
+    numbers.Get().Init(5, 5, 1);
+    const std::unique_ptr<zel_GrayMappingModule<int>> one(zel_CreateGrayMapperForType<int>(frame, numbers));
+    EXPECT_EQ(one->GetRangeMin(), 5);
+    EXPECT_EQ(one->GetFrame(), frame);
+    HistogramSet<float> reals;
+    reals.Get().Init(0.0F, 2.0F, 3);
+    const std::unique_ptr<zel_GrayMappingModule<float>> three(zel_CreateGrayMapperForType<float>(frame, reals));
+    EXPECT_EQ(three->GetMappingTable().GetSize(), 3U);
+    EXPECT_EQ(wxTopLevelWindows.size(), 1U) << "no notice";
+}

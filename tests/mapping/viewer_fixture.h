@@ -1,0 +1,111 @@
+#pragma once
+
+// For tests of the mapping in a whole viewer.
+
+#include "mapping/zel_graymapping.h"
+#include "mapping/zel_mappingevents.h"
+#include "tests/support/gui_test.h"
+#include "viewer/zel_viewer.h"
+
+#include <wx/menu.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace zel::test {
+
+/// Leaves the pictures to the voxels.
+inline void HideDecorations(zel_Viewer3dCanvas& canvas) {
+    zel_CanvasSettings settings;
+    canvas.GetSettings(settings);
+    settings.cutPointer.style = 0;
+    settings.timeBar.thickness = 0;
+    settings.scaleBar.thickness = 0;
+    canvas.SetSettings(settings);
+    if (canvas.GetInfoFlag())
+        canvas.ToggleInfoFlag();
+}
+
+/// An image of one micron a voxel, whose voxels are made by their place, and whose extremes are known.
+template <typename T, typename MakeVoxel>
+std::unique_ptr<mor::Image4d<T>> MakeImage(kep::Vector3d<std::size_t> size, std::size_t frames,
+                                           const MakeVoxel& makeVoxel) {
+    const kep::Resolution resolution(1, 1, 1);
+    auto image = std::make_unique<mor::Image4d<T>>(nullptr, &resolution);
+    image->MakeRoom(size, frames);
+    for (std::size_t t = 0; t < frames; ++t) {
+        std::size_t i = 0;
+        for (T& voxel : *image->GetImage(t)) {
+            const kep::Vector3d<std::size_t> at = image->GetFramePos(i++);
+            voxel = static_cast<T>(makeVoxel(at.x, at.y, at.z, t));
+        }
+    }
+    image->UpdateMinMaxValues();
+    return image;
+}
+
+/// A shown viewer of the factory's, and the module in it.
+template <typename T>
+class MappedViewer {
+public:
+    explicit MappedViewer(std::unique_ptr<mor::Image4d<T>> newImage) : image(std::move(newImage)) {
+        frame = zel_CreateImage3dFrame<T>(image.get(), false, nullptr, wxID_ANY, "viewer", wxDefaultPosition,
+                                          wxDefaultSize, wxDEFAULT_FRAME_STYLE);
+        module = dynamic_cast<zel_GrayMappingModule<T>*>(frame->GetEventHandler());
+        canvas = dynamic_cast<zel_ImageViewer3dCanvas<T>*>(frame->GetCanvas());
+        HideDecorations(*canvas);
+        EXPECT_TRUE(ShowAndWait(*frame));
+        frame->Bind(zel_EVT_MAPPING_CHANGED, [this](zel_MappingEvent& event) {
+            log.push_back(event.IsCommitted() ? "changed" : "preview");
+            event.Skip();
+        });
+        frame->Bind(zel_EVT_MAPPING_COMMAND, [this](zel_MappingCommandEvent& event) {
+            EXPECT_EQ(event.GetId(), 0);
+            EXPECT_EQ(event.GetClientData(), static_cast<zel_ExtensionModule*>(module));
+            EXPECT_EQ(event.GetCommandEvent()->GetEventType(), wxEventType(wxEVT_MENU));
+            log.push_back("command " + std::to_string(event.GetCommandEvent()->GetId()));
+        });
+    }
+    ~MappedViewer() {
+        frame->Destroy();
+        Pump();
+    }
+    MappedViewer(const MappedViewer&) = delete;
+    MappedViewer& operator=(const MappedViewer&) = delete;
+
+    /// Does what the toolkit does when an entry is chosen: the mark is flipped before the command comes.
+    void Choose(int entry) { EXPECT_TRUE(frame->ProcessCommand(module->GetMenuId(entry))); }
+    bool IsChecked(int entry) const { return frame->GetMenuBar()->IsChecked(module->GetMenuId(entry)); }
+    /// The marked entries, as they are when the menu is opened.
+    std::vector<int> GetMarks() {
+        frame->GetMenuBar()->UpdateMenus();
+        std::vector<int> marks;
+        for (int entry = zel_ME_NO_STRETCH; entry <= zel_PE_FILE; ++entry)
+            if (IsChecked(entry))
+                marks.push_back(entry);
+        return marks;
+    }
+    /// What has been told since the last call.
+    std::vector<std::string> TakeLog() { return std::exchange(log, {}); }
+    /// The same without the previews that a dialog sends when it opens.
+    std::vector<std::string> TakeLogWithoutPreviews() {
+        std::erase(log, "preview");
+        return TakeLog();
+    }
+    wxImage PaintedPicture(zel_ProjectionType type) const { return canvas->GetDrWin(type)->GetPointerImage(); }
+    /// The window's picture after a pending paint.
+    wxImage Picture(zel_ProjectionType type) const {
+        canvas->Update();
+        return PaintedPicture(type);
+    }
+
+    std::unique_ptr<mor::Image4d<T>> image;
+    zel_Viewer3dFrame* frame = nullptr;
+    zel_GrayMappingModule<T>* module = nullptr;
+    zel_ImageViewer3dCanvas<T>* canvas = nullptr;
+    std::vector<std::string> log;
+};
+
+} // namespace zel::test
