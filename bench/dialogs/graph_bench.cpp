@@ -16,6 +16,8 @@
 #include <ctime>
 #include <random>
 
+void AddDragBenchmarks();
+
 namespace {
 
 using namespace zel;
@@ -96,6 +98,7 @@ public:
             const auto& histogram = GetStage().GetHistogram();
             benchmark::DoNotOptimize(LayOutHistGraph({histogram.begin(), histogram.end()}, style, {260, 68}));
         });
+        AddDragBenchmarks();
         benchmark::RunSpecifiedBenchmarks();
         PrintComparisons();
         return 0;
