@@ -84,7 +84,7 @@ TEST_F(ViewerFactory, MakesFrameModuleAndCanvasForEachType) {
 
 TEST_F(ViewerFactory, AnySizeEndsAtThatOfTheImage) {
     const auto image = MakeImage<unsigned char>({200, 150, 40}, 1, [](auto x, auto, auto, auto) { return x; });
-    for (const wxSize size : {wxDefaultSize, wxSize(1500, 1100), wxSize(100, 60)}) {
+    for (const wxSize size : {wxDefaultSize, wxSize(1500, 1100), wxSize(230, 210)}) {
         auto* const frame = Open(image.get(), false, nullptr, size);
         EXPECT_TRUE(ShowAndWait(*frame));
         EXPECT_TRUE(WaitUntil([&] { return frame->GetClientSize() == wxSize(252, 202); }))
