@@ -17,6 +17,10 @@ const std::string& NameOf(DisplayType type) {
     return std::find_if(names.begin(), names.end(), [type](const auto& entry) { return entry.second == type; })->first;
 }
 
+bool IsGray(DisplayType type) {
+    return type <= DisplayType::Float;
+}
+
 DisplayType DisplayTypeFor(kep::VoxelType type) {
     switch (type) {
     case kep::VoxelType::Binary:

@@ -18,6 +18,9 @@ enum class DisplayType { Gray8, Gray16, Int, Float, RGB8, RGB16, Complex };
 const std::vector<std::pair<std::string, DisplayType>>& DisplayTypeNames();
 const std::string& NameOf(DisplayType type);
 
+/// Whether a voxel is one real or whole number.
+bool IsGray(DisplayType type);
+
 /// The type in which a file is shown: its own, or the nearest one that a window exists for. Reading tests the values,
 /// so a file that does not fit is refused and not changed.
 DisplayType DisplayTypeFor(kep::VoxelType type);

@@ -1,33 +1,28 @@
 #pragma once
 
-#include "host/linearmapper.h"
+#include "host/options.h"
+#include "image/zel_image4d.h"
 #include "viewer/zel_frame.h"
-#include "viewer/zel_imagecanvas3d.h"
 
 #include <memory>
 
 namespace zelviewer {
 
-/// Makes a frame with its canvas ready to be shown by this program: titled, in true proportions unless `inVoxels` asks
-/// for one pixel a voxel, with a use for the mouse, and as large as the image needs and the display has.
-void PrepareFrame(zel::zel_Viewer3dFrame& frame, bool inVoxels);
-
-/// The window of an image, with a mapper of its own. Takes the image.
+/// Makes the window of an image, ready to be shown: titled, in true proportions unless `inVoxels` asks for one pixel a
+/// voxel, with a use for the mouse, and as large as the image needs and the display has. Exists for the types of
+/// KEP_DISPLAY_TYPES.
+///
+/// Gray images have the viewer's own mapping with its menu. For a moment that takes the image's memory once more, or,
+/// for int, up to some tens of megabytes. Colours are shown as they are and complex voxels by their amplitude, without
+/// a menu.
+/// @param image    the window takes it
+/// @param stretch  of gray images; without meaning for others
+/// @throws kep::InternalException for an int or float image whose voxels are all equal, in words for the user;
+///         std::bad_alloc. No window is left then.
 template <typename T>
-class ImageFrame : public zel::zel_Viewer3dFrame {
-public:
-    ImageFrame(std::unique_ptr<mor::Image4d<T>> image, bool inVoxels)
-        : zel_Viewer3dFrame(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
-          m_mapper(image->GetExtremes()) {
-        auto* const canvas = new zel::zel_ImageViewer3dCanvas<T>(this, m_mapper, image.get(), true, wxID_ANY,
-                                                                 wxDefaultPosition, wxDefaultSize);
-        image.release(); // the canvas owns it
-        SetCanvas(canvas);
-        PrepareFrame(*this, inVoxels);
-    }
+zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, Stretch stretch, bool inVoxels);
 
-private:
-    LinearMapper<T> m_mapper;
-};
+/// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
+void PrepareFrame(zel::zel_Viewer3dFrame& frame, bool inVoxels);
 
 } // namespace zelviewer

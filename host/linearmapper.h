@@ -5,13 +5,12 @@
 
 #include <cmath>
 #include <complex>
-#include <limits>
-#include <vector>
+#include <cstddef>
 
 namespace zelviewer {
 
-/// Gray level of a value between two ends: 0 at the lower, 255 at the upper and beyond. Where the ends are one, as in
-/// a constant image, that value is shown as middle gray.
+/// Gray level of a value between two ends: 0 at the lower, 255 at the upper and beyond. Where the ends are one, that
+/// value is shown as middle gray.
 class LinearLevel {
 public:
     LinearLevel(double low, double high) : m_low(low), m_range(high > low ? high - low : 0.0) {}
@@ -28,63 +27,9 @@ private:
     double m_range; // 0 for a constant image
 };
 
-/// What stands between a voxel and its colour, one for each kind of voxels: an object called with a voxel.
+/// What stands between a voxel and its colour, for colours and complex voxels: an object called with a voxel.
 template <typename T>
 class LinearColour;
-
-/// 8 and 16 bits: the levels of all values stand in a table.
-template <typename T>
-class TabledColour {
-public:
-    explicit TabledColour(const mor::ExtremaValues<T>& extremes)
-        : m_levels(std::size_t{std::numeric_limits<T>::max()} + 1) {
-        const LinearLevel level(extremes.min, extremes.max);
-        for (std::size_t value = 0; value < m_levels.size(); ++value)
-            m_levels[value] = level(static_cast<double>(value));
-    }
-    kep::RGB_generic<unsigned char> operator()(T voxel) const {
-        const unsigned char level = m_levels[voxel];
-        return {level, level, level};
-    }
-
-private:
-    std::vector<unsigned char> m_levels;
-};
-
-template <>
-class LinearColour<unsigned char> : public TabledColour<unsigned char> {
-    using TabledColour::TabledColour;
-};
-
-template <>
-class LinearColour<unsigned short> : public TabledColour<unsigned short> {
-    using TabledColour::TabledColour;
-};
-
-/// Numbers of 32 bits.
-template <typename T>
-class ComputedColour {
-public:
-    explicit ComputedColour(const mor::ExtremaValues<T>& extremes)
-        : m_level(static_cast<double>(extremes.min), static_cast<double>(extremes.max)) {}
-    kep::RGB_generic<unsigned char> operator()(T voxel) const {
-        const unsigned char level = m_level(static_cast<double>(voxel));
-        return {level, level, level};
-    }
-
-private:
-    LinearLevel m_level;
-};
-
-template <>
-class LinearColour<int> : public ComputedColour<int> {
-    using ComputedColour::ComputedColour;
-};
-
-template <>
-class LinearColour<float> : public ComputedColour<float> {
-    using ComputedColour::ComputedColour;
-};
 
 /// Colours are shown as they are, of 16 bits the high byte.
 template <typename C>
@@ -118,7 +63,7 @@ private:
     LinearLevel m_level;
 };
 
-/// Shows an image from its smallest to its largest value.
+/// Shows a colour image as it is, and a complex one from its smallest to its largest amplitude.
 template <typename T>
 class LinearMapper : public zel::zel_Mapper<T> {
 public:

@@ -53,6 +53,25 @@ std::string JoinedTypeNames() {
     return names;
 }
 
+const std::vector<std::pair<std::string, Stretch>> stretchNames = {{"none", Stretch::None},
+                                                                   {"linear", Stretch::Linear},
+                                                                   {"percentil", Stretch::Percentil},
+                                                                   {"equalize", Stretch::Equalize}};
+
+std::optional<Stretch> ParseStretch(const std::string& text) {
+    for (const auto& [name, stretch] : stretchNames)
+        if (name == text)
+            return stretch;
+    return std::nullopt;
+}
+
+std::string JoinedStretchNames() {
+    std::string names;
+    for (const auto& [name, stretch] : stretchNames)
+        names += (names.empty() ? "" : ", ") + name;
+    return names;
+}
+
 std::string InOneLine(std::string text) {
     std::replace(text.begin(), text.end(), '\n', ' ');
     text.erase(text.find_last_not_of(' ') + 1);
@@ -76,6 +95,10 @@ std::string FindConflict(const Options& options) {
             return std::string("--export-meshes and ") + (options.info ? "--info" : "--screenshot") +
                    " exclude each other.";
     }
+    if (options.stretch && (options.info || options.exportMeshes))
+        return std::string("--stretch and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+    if (options.stretch && options.type && !IsGray(*options.type))
+        return "--stretch is for gray images, not for " + NameOf(*options.type) + ".";
     if (!options.labels.empty() && !options.files.empty() && options.labels.size() != options.files.size())
         return "--labels needs one file for each FILE: " + std::to_string(options.files.size()) + ", not " +
                std::to_string(options.labels.size()) + ".";
@@ -97,7 +120,7 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CommandLine line;
     Options& options = line.options;
     bool showVersion = false;
-    std::string type, resolution, meshes, screenshot;
+    std::string type, resolution, stretch, meshes, screenshot;
 
     CLI::App app(description, "zelviewer");
     app.footer(footer);
@@ -129,6 +152,11 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
                        "PREFIXn_tm.ply, and leave")
             ->type_name("PREFIX");
     app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
+    const CLI::Option* const stretchOption =
+        app.add_option("--stretch", stretch,
+                       "Spread gray values over black to white: " + JoinedStretchNames() +
+                           ".\nWithout it files are shown unstretched, the synthetic cells linear")
+            ->type_name("NAME");
     const CLI::Option* const screenshotOption =
         app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
             ->type_name("FILE.png");
@@ -159,6 +187,11 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         options.type = ParseType(type);
         if (!options.type)
             return refuse("--type " + type + ": use one of " + JoinedTypeNames() + ".");
+    }
+    if (stretchOption->count() > 0) {
+        options.stretch = ParseStretch(stretch);
+        if (!options.stretch)
+            return refuse("--stretch " + stretch + ": use one of " + JoinedStretchNames() + ".");
     }
     if (resolutionOption->count() > 0) {
         options.resolution = ParseResolution(resolution);

@@ -9,6 +9,9 @@
 
 namespace zelviewer {
 
+/// How gray values are spread over the grays at the start. Named as on the command line, in the order of the menu.
+enum class Stretch { None, Linear, Percentil, Equalize };
+
 /// What the command line asks for. File names are in the file system's encoding.
 struct Options {
     std::vector<std::string> files;                 ///< one per time point; none: synthetic cells
@@ -16,6 +19,7 @@ struct Options {
     bool binary = false;                            ///< the files hold two-valued images
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
+    std::optional<Stretch> stretch;                 ///< none: no stretch for files, linear for the synthetic cells
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored
     std::optional<std::string> exportMeshes;        ///< write the labels' meshes under this prefix and leave

@@ -47,8 +47,11 @@ int ViewerApp::OnRun() {
             m_patience.StartOnce(patienceMilliseconds);
         }
         m_frame->Show();
-    } catch (const std::exception& error) {
-        PrintMessage(error.what());
+    } catch (const Failure& failure) {
+        PrintMessage(failure.what());
+        return 1;
+    } catch (...) { // the files were read, and the user looks at the screen by now
+        ReportException();
         return 1;
     }
     wxApp::OnRun();
@@ -56,17 +59,24 @@ int ViewerApp::OnRun() {
 }
 
 zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
+    // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
     if (m_options.files.empty())
-        return new ImageFrame<unsigned short>(OpenSyntheticCells(), m_options.voxels);
+        return MakeFrame(OpenSyntheticCells(), m_options.stretch.value_or(Stretch::Linear), m_options.voxels);
     const OpeningPlan plan = PlanOpening(m_options);
-    return WithVoxelType(plan.type, [&](auto type) -> zel::zel_Viewer3dFrame* {
+    if (m_options.stretch && !IsGray(plan.type))
+        throw Failure(m_options.files.front() + ": --stretch is for gray images, not for " + NameOf(plan.type) + ".");
+    return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         auto image = ReadFiles<T>(m_options, plan);
         if (!m_options.labels.empty()) {
             ReadLabels<T>(m_options, *image);
             PrintMessage("The labels fit the image, but this window does not show them.");
         }
-        return new ImageFrame<T>(std::move(image), m_options.voxels);
+        try {
+            return MakeFrame(std::move(image), m_options.stretch.value_or(Stretch::None), m_options.voxels);
+        } catch (const kep::InternalException& error) {
+            throw kep::InternalException(NameAndReason(m_options.files.front(), error.GetText()));
+        }
     });
 }
 
@@ -89,7 +99,8 @@ void ViewerApp::TakeScreenshot() {
 
 void ViewerApp::LeaveWith(int exitCode) {
     m_exitCode = exitCode;
-    m_frame->Destroy();
+    if (m_frame != nullptr)
+        m_frame->Destroy();
     ExitMainLoop();
 }
 

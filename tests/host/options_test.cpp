@@ -70,11 +70,34 @@ TEST(Options, EveryTypeHasAName) {
     }
 }
 
+TEST(Options, EveryStretchHasAName) {
+    const std::vector<std::pair<const char*, Stretch>> cases = {{"none", Stretch::None},
+                                                                {"linear", Stretch::Linear},
+                                                                {"percentil", Stretch::Percentil},
+                                                                {"equalize", Stretch::Equalize}};
+    for (const auto& [name, stretch] : cases) {
+        EXPECT_EQ(ParseCommandLine({"--stretch", name, "a.tif"}).options.stretch, stretch) << name;
+        EXPECT_EQ(ParseCommandLine({"--stretch", name}).options.stretch, stretch) << name; // for the synthetic cells
+    }
+    EXPECT_EQ(ParseCommandLine({"a.tif"}).options.stretch, std::nullopt);
+}
+
+TEST(Options, GrayTypesAreStretched) {
+    for (const char* type : {"gray8", "gray16", "int", "float"})
+        EXPECT_EQ(ParseCommandLine({"--stretch", "linear", "--type", type, "a.tif"}).command, Command::Run) << type;
+    for (const char* type : {"rgb", "rgb16", "complex"}) {
+        const CommandLine line = ParseCommandLine({"--stretch", "linear", "--type", type, "a.tif"});
+        EXPECT_EQ(line.command, Command::Refuse);
+        EXPECT_EQ(line.text, std::string("--stretch is for gray images, not for ") + type + ".");
+    }
+}
+
 TEST(Options, HelpNamesEveryOption) {
     const CommandLine line = ParseCommandLine({"--help"});
     EXPECT_EQ(line.command, Command::Help);
-    for (const char* option : {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels",
-                               "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
+    for (const char* option :
+         {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels", "--stretch", "--export-meshes",
+          "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }
@@ -100,6 +123,10 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--resolution", "1,2,inf", "a.tif"}, "inf"},
         {{"--resolution", "1,2,3x", "a.tif"}, "3x"},
         {{"--resolution", "1;2;3", "a.tif"}, "1;2;3"},
+        {{"--stretch", "a.tif"}, "--stretch a.tif: use one of none, linear, percentil, equalize."},
+        {{"--stretch"}, "--stretch"},
+        {{"--stretch", "none", "--info", "a.tif"}, "--stretch and --info exclude each other."},
+        {{"--stretch", "none", "--export-meshes", "p", "--labels", "l.tif"}, "--stretch and --export-meshes exclude"},
         {{"--json", "a.tif"}, "--json"},
         {{"--screenshot", ""}, "--screenshot needs"},
         {{"--info"}, "--info needs a FILE"},

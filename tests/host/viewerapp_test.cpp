@@ -1,16 +1,21 @@
 // The program's application object with real windows: what it does with exceptions, and how windows open.
 
 #include "host/imageframe.h"
+#include "host/message.h"
 #include "host/viewerapp.h"
+#include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/dcclient.h>
 #include <wx/display.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
+#include <wx/menu.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <complex>
 #include <functional>
 
 namespace zelviewer {
@@ -27,8 +32,10 @@ public:
         return RUN_ALL_TESTS();
     }
     std::vector<std::string> errors;
+    std::function<zel::zel_Viewer3dFrame*()> opening; // in place of the program's own
 
 protected:
+    zel::zel_Viewer3dFrame* OpenFrame() override { return opening(); }
     void ShowError(const std::string& text) override { errors.push_back(text); }
 };
 
@@ -62,6 +69,22 @@ protected:
         image->UpdateMinMaxValues();
         image->SetImageName(0, "/some/folder/stack 7.tif");
         return image;
+    }
+
+    /// Two voxels.
+    template <typename T>
+    static std::unique_ptr<mor::Image4d<T>> MakePair(T first, T second) {
+        auto image = std::make_unique<mor::Image4d<T>>();
+        image->MakeRoom(2, 1, 1, 1);
+        (*image)[0]->SetVoxel(0, first);
+        (*image)[0]->SetVoxel(1, second);
+        image->UpdateMinMaxValues();
+        return image;
+    }
+
+    static std::ptrdiff_t CountFrames() {
+        return std::count_if(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                             [](wxWindow* window) { return dynamic_cast<zel::zel_Viewer3dFrame*>(window) != nullptr; });
     }
 };
 
@@ -105,7 +128,7 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
 }
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
-    auto* const frame = new ImageFrame<unsigned char>(MakeImage(300, 200, 50), false);
+    auto* const frame = MakeFrame(MakeImage(300, 200, 50), Stretch::None, false);
     EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
     frame->Show();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
@@ -116,13 +139,79 @@ TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
 }
 
 TEST_F(ViewerAppTest, AWindowIsNotLargerThanTheDisplay) {
-    auto* const frame = new ImageFrame<unsigned char>(MakeImage(5000, 3000, 2), false);
+    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), Stretch::None, false);
     frame->Show();
     const wxSize room = wxDisplay(0U).GetClientArea().GetSize();
     EXPECT_TRUE(RunUntil([&] { return frame->GetSize() == room; }))
         << frame->GetSize().x << " x " << frame->GetSize().y << " in " << room.x << " x " << room.y;
     frame->Destroy();
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+/// Which of the entries have their mark, once the menu was opened.
+std::vector<std::string> MarkedEntries(wxFrame& frame) {
+    wxMenuBar& bar = *frame.GetMenuBar();
+    const int at = bar.FindMenu("Mapping");
+    if (at == wxNOT_FOUND)
+        return {"no menu"};
+    bar.GetMenu(static_cast<std::size_t>(at))->UpdateUI();
+    std::vector<std::string> marked;
+    for (const wxMenuItem* item : bar.GetMenu(static_cast<std::size_t>(at))->GetMenuItems())
+        if (item->IsCheckable() && item->IsChecked())
+            marked.push_back(item->GetItemLabelText().utf8_string());
+    return marked;
+}
+
+TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
+    const std::pair<Stretch, const char*> cases[] = {{Stretch::None, "No stretch"},
+                                                     {Stretch::Linear, "Linear stretch"},
+                                                     {Stretch::Percentil, "Percentil stretch"},
+                                                     {Stretch::Equalize, "Histogram equalization"}};
+    for (const auto& [stretch, entry] : cases) {
+        for (zel::zel_Viewer3dFrame* frame :
+             {MakeFrame(MakePair<unsigned char>(1, 2), stretch, false),
+              MakeFrame(MakePair<unsigned short>(1, 2), stretch, false),
+              MakeFrame(MakePair<int>(-1, 2), stretch, false), MakeFrame(MakePair(-1.0F, 2.0F), stretch, false)}) {
+            EXPECT_THAT(MarkedEntries(*frame), ElementsAre(entry, "Gray"));
+            frame->Destroy();
+        }
+    }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
+    using RGB = kep::RGB_generic<unsigned char>;
+    for (zel::zel_Viewer3dFrame* frame :
+         {MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), Stretch::None, false),
+          MakeFrame(MakePair(std::complex<float>(1, 2), std::complex<float>(1, 2)), Stretch::None, false)}) {
+        EXPECT_THAT(MarkedEntries(*frame), ElementsAre("no menu"));
+        EXPECT_NE(frame->GetCanvas(), nullptr);
+        frame->Destroy();
+    }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
+    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), Stretch::None, false), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(-3, -3), Stretch::None, false), kep::InternalException);
+    // Here it is the viewer that refuses, with the frame made already.
+    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), Stretch::None, false),
+                 kep::InternalException);
+    EXPECT_EQ(CountFrames(), 0);
+}
+
+TEST_F(ViewerAppTest, AnImageThatCannotBeShownEndsTheProgramBehindABox) {
+    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), Stretch::None, false); };
+    EXPECT_EQ(App().ViewerApp::OnRun(), 1);
+    EXPECT_THAT(App().errors, ElementsAre("All voxels have the value 0.5. Images of type float are shown between their "
+                                          "smallest and their largest value, which must differ."));
+    EXPECT_EQ(CountFrames(), 0);
+}
+
+TEST_F(ViewerAppTest, AFileThatCannotBeReadNeedsNoBox) {
+    App().opening = []() -> zel::zel_Viewer3dFrame* { throw Failure("a.tif: Cannot open the file."); };
+    EXPECT_EQ(App().ViewerApp::OnRun(), 1);
+    EXPECT_THAT(App().errors, testing::IsEmpty());
 }
 
 } // namespace

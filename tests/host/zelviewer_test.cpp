@@ -11,9 +11,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace {
 
@@ -198,11 +201,22 @@ TEST_F(ZelViewer, InfoTellsOfTheOtherFilesToo) {
     EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": Cannot open the file.\n");
 }
 
+using Levels = std::function<int(int value)>;
+
+/// The ramp's values as they are.
+int Unstretched(int value) {
+    return value;
+}
+
+/// Its values, which go up to 39 + 58 + 45 = 142, spread over all grays.
+int Spread(int value) {
+    return static_cast<int>(value * 255.0 / 142.0 + 0.5);
+}
+
 /// Whether the picture shows the ramp's three middle cuts, one pixel a voxel, in windows whose frame lines are `edge`
 /// pixels wide. The rows and columns of the cut are left out: it may be marked there.
-bool ShowsTheRamp(const wxImage& picture, int edge) {
-    constexpr int x0 = 20, y0 = 15, z0 = 5;                                                     // the middle voxel
-    const auto level = [](int value) { return static_cast<int>(value * 255.0 / 142.0 + 0.5); }; // 39 + 58 + 45 = 142
+bool ShowsTheRamp(const wxImage& picture, const Levels& level, int edge) {
+    constexpr int x0 = 20, y0 = 15, z0 = 5; // the middle voxel
     const auto shows = [&](int px, int py, int value) {
         const int l = level(value);
         return picture.GetRed(px, py) == l && picture.GetGreen(px, py) == l && picture.GetBlue(px, py) == l;
@@ -229,8 +243,8 @@ bool ShowsTheRamp(const wxImage& picture, int edge) {
 }
 
 /// The same, for frame lines of any width that leaves the whole picture to be seen.
-bool ShowsTheRamp(const wxImage& picture) {
-    return ShowsTheRamp(picture, 0) || ShowsTheRamp(picture, 1) || ShowsTheRamp(picture, 2);
+bool ShowsTheRamp(const wxImage& picture, const Levels& level) {
+    return ShowsTheRamp(picture, level, 0) || ShowsTheRamp(picture, level, 1) || ShowsTheRamp(picture, level, 2);
 }
 
 TEST_F(ZelViewer, AScreenshotShowsTheThreeMiddleCutsExactly) {
@@ -238,7 +252,7 @@ TEST_F(ZelViewer, AScreenshotShowsTheThreeMiddleCutsExactly) {
     ASSERT_TRUE(picture.IsOk());
     // Six pixels are added to each window: 40 + 6 + 10 + 6 wide and 30 + 6 + 10 + 6 high.
     ASSERT_EQ(picture.GetSize(), wxSize(62, 52));
-    EXPECT_TRUE(ShowsTheRamp(picture));
+    EXPECT_TRUE(ShowsTheRamp(picture, Unstretched));
 }
 
 TEST_F(ZelViewer, VoxelsHaveTrueProportionsUnlessTheUserWantsPixels) {
@@ -247,7 +261,7 @@ TEST_F(ZelViewer, VoxelsHaveTrueProportionsUnlessTheUserWantsPixels) {
     EXPECT_EQ(Screenshot({name}).GetSize(), wxSize(40 + 6 + 20 + 6, 30 + 6 + 20 + 6));
     const wxImage picture = Screenshot({"--voxels", name});
     ASSERT_EQ(picture.GetSize(), wxSize(62, 52));
-    EXPECT_TRUE(ShowsTheRamp(picture));
+    EXPECT_TRUE(ShowsTheRamp(picture, Unstretched));
 }
 
 TEST_F(ZelViewer, TheUserTellsTheVoxelSizeThatAFileLacks) {
@@ -272,13 +286,13 @@ TEST_F(ZelViewer, ASequenceOfFilesIsRead) {
 TEST_F(ZelViewer, EveryVoxelTypeIsShown) {
     const std::string name = WriteRamp("a.tif");
     for (const char* type : {"gray8", "gray16", "int", "float"}) {
-        const wxImage picture = Screenshot({"--type", type, name});
+        const wxImage picture = Screenshot({"--stretch", "linear", "--type", type, name});
         ASSERT_EQ(picture.GetSize(), wxSize(62, 52)) << type;
-        EXPECT_TRUE(ShowsTheRamp(picture)) << type;
+        EXPECT_TRUE(ShowsTheRamp(picture, Spread)) << type;
     }
     // Of a real number the amplitude is the number itself.
     const wxImage amplitudes = Screenshot({"--type", "complex", name});
-    EXPECT_TRUE(ShowsTheRamp(amplitudes));
+    EXPECT_TRUE(ShowsTheRamp(amplitudes, Spread));
     // Colours are not stretched: voxel (0, 0, 5) is 25.
     const wxImage colours = Screenshot({"--type", "rgb", name});
     ASSERT_EQ(colours.GetSize(), wxSize(62, 52));
@@ -286,6 +300,97 @@ TEST_F(ZelViewer, EveryVoxelTypeIsShown) {
     EXPECT_THAT(colours.GetRed(4, 4), testing::AllOf(testing::Ge(25 + 2 * 3), testing::Le(25 + 3 * 3)));
     // 16 bits show the high byte, which is 0 here.
     EXPECT_EQ(Screenshot({"--type", "rgb16", name}).GetRed(20, 10), 0);
+}
+
+TEST_F(ZelViewer, WithoutAStretchTheGraysSpanTheVoxelTypeOrTheExtremes) {
+    const std::string name = WriteRamp("a.tif");
+    // 16 bits: 65535 is white, so 257 values share a gray, and 142 is gray 142 / 257 = 0.55.
+    const Levels of16Bits = [](int value) { return value > 128 ? 1 : 0; };
+    const std::vector<std::pair<const char*, Levels>> cases = {
+        {"gray8", Unstretched}, {"gray16", of16Bits}, {"int", Spread}, {"float", Spread}};
+    for (const auto& [type, level] : cases) {
+        EXPECT_TRUE(ShowsTheRamp(Screenshot({"--type", type, name}), level)) << type;
+        EXPECT_TRUE(ShowsTheRamp(Screenshot({"--stretch", "none", "--type", type, name}), level)) << type;
+    }
+}
+
+int CountGray(const wxImage& picture, int level) {
+    int count = 0;
+    for (int y = 0; y < picture.GetHeight(); ++y)
+        for (int x = 0; x < picture.GetWidth(); ++x)
+            count += picture.GetRed(x, y) == level && picture.GetGreen(x, y) == level && picture.GetBlue(x, y) == level;
+    return count;
+}
+
+TEST_F(ZelViewer, EachStretchIsThatOfTheMenu) {
+    // 12000 voxels: 4 layers of 10, 3 of 60, 3 of 110; of the 10 and the 110, five each are 0 and 255.
+    kep::Image3d<unsigned char> frame;
+    frame.MakeRoom(sizeX, sizeY, sizeZ);
+    for (std::size_t i = 0; i < frame.GetNumVoxels(); ++i)
+        frame.SetVoxel(i, frame.GetPos(i).z < 4 ? 10 : frame.GetPos(i).z < 7 ? 60 : 110);
+    for (std::size_t i = 0; i < 5; ++i) {
+        frame.SetVoxel(i, 0);
+        frame.SetVoxel(frame.GetNumVoxels() - 1 - i, 255);
+    }
+    const std::string name = folder / "a.tif";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    const struct {
+        const char* stretch;
+        int low, middle, high;
+    } cases[] = {
+        {"none", 10, 60, 110},
+        {"linear", 10, 60, 110},      // 0 to 255 occur, so nothing is gained
+        {"percentil", 0, 128, 255},   // 12 voxels are cut off, and more than 5 have 10 and 110; 50 / 100 is 127.5
+        {"equalize", 102, 178, 254}}; // 4800, 8400 and 11995 of 12000, times 255, truncated
+    for (const auto& [stretch, low, middle, high] : cases) {
+        const wxImage picture = Screenshot({"--stretch", stretch, name});
+        EXPECT_GT(CountGray(picture, middle), 1000) << stretch; // the XY window has 1200 pixels
+        EXPECT_GT(CountGray(picture, low), 200) << stretch;     // the two others 4 * 40 and 4 * 30
+        EXPECT_GT(CountGray(picture, high), 150) << stretch;    // and 3 * 40 and 3 * 30
+    }
+}
+
+TEST_F(ZelViewer, OnlyGrayImagesAreStretched) {
+    kep::Image3d<kep::RGB_generic<unsigned char>> frame;
+    frame.MakeRoom(4, 3, 2);
+    const std::string name = folder / "rgb.tif";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    const Outcome outcome = Run({"--stretch", "linear", "--screenshot", folder / "a.png", name});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": --stretch is for gray images, not for rgb.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
+}
+
+TEST_F(ZelViewer, IntegersFarApartShareBins) {
+    // From the lowest to the highest int there are 2 to the 32 values. -1069531072 is 64 / 255 of the way.
+    kep::Image3d<int> frame;
+    frame.MakeRoom(sizeX, sizeY, sizeZ);
+    frame.Fill(-1069531072);
+    frame.SetVoxel(0, std::numeric_limits<int>::min());
+    frame.SetVoxel(1, std::numeric_limits<int>::max());
+    const std::string name = folder / "a.tif";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    for (const char* stretch : {"none", "linear"})
+        EXPECT_GT(CountGray(Screenshot({"--stretch", stretch, name}), 64), 1000) << stretch;
+}
+
+TEST_F(ZelViewer, AConstantImageOfIntOrFloatIsRefusedInASentence) {
+    kep::Image3d<unsigned char> frame;
+    frame.MakeRoom(8, 8, 4);
+    frame.Fill(7);
+    const std::string name = folder / "flat.tif", picture = folder / "a.png";
+    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    for (const std::string type : {"int", "float"}) {
+        const Outcome outcome = Run({"--type", type, name, "--screenshot", picture});
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": All voxels have the value 7. Images of type " + type +
+                                      " are shown between their smallest and their largest value, which must "
+                                      "differ.\n");
+        EXPECT_FALSE(std::filesystem::exists(picture));
+    }
+    for (const char* type : {"gray8", "gray16"})
+        EXPECT_EQ(Screenshot({"--type", type, name}).GetSize(), wxSize(8 + 6 + 4 + 6, 24)) << type;
 }
 
 TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
@@ -302,6 +407,11 @@ TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
     EXPECT_TRUE(std::filesystem::exists(folder / "a.png"));
 }
 
+bool SamePixels(const wxImage& a, const wxImage& b) {
+    return a.GetSize() == b.GetSize() &&
+           std::equal(a.GetData(), a.GetData() + 3 * a.GetWidth() * a.GetHeight(), b.GetData());
+}
+
 TEST_F(ZelViewer, TheSyntheticCellsAreShownWithoutFiles) {
     const wxImage picture = Screenshot({});
     // 320 x 280 x 32 voxels of 0.2 x 0.2 x 0.6 microns: Z takes 96 pixels.
@@ -314,6 +424,16 @@ TEST_F(ZelViewer, TheSyntheticCellsAreShownWithoutFiles) {
         }
     EXPECT_GT(dark, 260 * 300 / 3);    // background
     EXPECT_GT(bright, 260 * 300 / 50); // nuclei
+    EXPECT_TRUE(SamePixels(picture, Screenshot({"--stretch", "linear"})));
+}
+
+TEST_F(ZelViewer, TheSyntheticCellsStretchAsToldToo) {
+    // Values below 4096 are grays below 16.
+    const wxImage dark = Screenshot({"--stretch", "none"});
+    for (int y = 10; y < 200; ++y) // above the time bar
+        for (int x = 10; x < 310; ++x)
+            ASSERT_LT(dark.GetRed(x, y), 16) << x << ", " << y; // the marks of the cuts are green
+    EXPECT_FALSE(SamePixels(dark, Screenshot({"--stretch", "percentil"})));
 }
 
 TEST_F(ZelViewer, APictureThatCannotBeWrittenEndsWith1) {
