@@ -73,7 +73,7 @@ IntValidator<T>::IntValidator(const IntValidator& other)
 template <typename T>
 void IntValidator<T>::SetWindow(wxWindow* window) {
     wxTextValidator::SetWindow(window);
-    // The base's filter of keys knows text entries alone and asserts on a spin control, which filters for itself.
+    // The base's filter of keys is made for texts; a spin control has its own.
     SetEvtHandlerEnabled(dynamic_cast<wxSpinCtrl*>(window) == nullptr);
 }
 
