@@ -1,13 +1,15 @@
-# Installs into a scratch folder, builds a tiny host against it in a build of its own, and runs it.
+# Installs into a scratch folder, builds a host against it in a build of its own, and runs a program of it there.
 function(run)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${SCRATCH}
+    RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
   if(NOT result EQUAL 0)
     message(FATAL_ERROR "${ARGN}\nfailed (${result}):\n${output}")
   endif()
 endfunction()
 
 file(REMOVE_RECURSE ${SCRATCH})
+file(MAKE_DIRECTORY ${SCRATCH})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/usr)
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${SCRATCH}/host -G Ninja -DCMAKE_PREFIX_PATH=${SCRATCH}/usr)
 run(${CMAKE_COMMAND} --build ${SCRATCH}/host)
-run(${SCRATCH}/host/tiny_host)
+run(${SCRATCH}/host/${PROGRAM} ${ARGUMENTS})
