@@ -35,6 +35,12 @@ private:
     std::vector<std::unique_ptr<Histogram<T>>> m_histograms;
 };
 
+/// The first place of a row of triangles at which the mouse is over a position: the least x for which
+/// (x - 2) / (width - 2) * count reaches it.
+inline wxPoint PlaceOf(const Triangles& row, int position) {
+    const int width = row.GetClientSize().x - 2;
+    return {2 + (position * width + row.GetCount() - 1) / row.GetCount(), 4};
+}
 /// A shown frame that notes the previews which its dialogs send.
 class ChannelDialogTest : public GuiTest {
 protected:
@@ -131,12 +137,6 @@ protected:
         return texts;
     }
 
-    /// The first place of a row of triangles at which the mouse is over a position: the least x for which
-    /// (x - 2) / (width - 2) * count reaches it.
-    static wxPoint PlaceOf(const Triangles& row, int position) {
-        const int width = row.GetClientSize().x - 2;
-        return {2 + (position * width + row.GetCount() - 1) / row.GetCount(), 4};
-    }
     /// Drags what is at a position to others, one after the other.
     static void DragFrom(Triangles& row, int from, std::initializer_list<int> to) {
         std::vector<wxPoint> path{PlaceOf(row, from)};

@@ -95,12 +95,6 @@ protected:
         return {Input(dialog).GetLowText()->GetValue().utf8_string(),
                 Input(dialog).GetHighText()->GetValue().utf8_string()};
     }
-    /// x of the mouse, in a row of triangles, over a position.
-    static wxPoint PlaceOf(const Triangles& row, int position) {
-        const int width = row.GetClientSize().x - 2;
-        return {2 + (position * width + row.GetCount() - 1) / row.GetCount(), 4};
-    }
-
     std::unique_ptr<mor::Image4d<T>> image;
     zel_Viewer3dFrame* frame = nullptr;
     zel_GrayMappingModule<T>* module = nullptr;
