@@ -1,6 +1,7 @@
 #include "mapping/zel_palette.h"
 
 #include <wx/convauto.h>
+#include <wx/filefn.h>
 #include <wx/log.h>
 #include <wx/textfile.h>
 #include <wx/tokenzr.h>
@@ -92,7 +93,8 @@ bool LoadPalette(Palette& palette, const wxString& file_name) {
     wxTextFile file;
     {
         const wxLogNull quiet; // a file that is not there is answered by the result alone
-        if (file_name.empty() || !file.Open(file_name, wxConvAuto()))
+        // A folder would make the toolkit ask for more memory than there is.
+        if (!wxFileExists(file_name) || !file.Open(file_name, wxConvAuto()))
             return false;
     }
     palette.resize(std::min(file.GetLineCount(), levels));
