@@ -24,9 +24,7 @@ template <typename T, typename U>
 void LevelsWidget<T, U>::BindControls(TLevelsParams<T, U>& shown, const Histogram<T>& histogram) {
     m_inputControl->BindVariables(&shown.inMin, &shown.inMax, &shown.gamma, histogram.GetLeftCenter(),
                                   histogram.GetRightCenter(), static_cast<int>(histogram.size()));
-    FitFields(*m_inputControl);
     m_outputControl->BindVariables(&shown.outMin, &shown.outMax, nullptr, 0, 255, 256);
-    FitFields(*m_outputControl);
 }
 
 template <typename T, typename U>

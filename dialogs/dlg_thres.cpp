@@ -26,7 +26,6 @@ template <typename T>
 void ThresholdingDialog<T>::BindControls(ThresParams<T>& shown, const Histogram<T>& histogram) {
     m_control->BindVariables(&shown.lower, &shown.upper, nullptr, histogram.GetLeftCenter(), histogram.GetRightCenter(),
                              static_cast<int>(histogram.size()));
-    FitFields(*m_control);
 }
 
 template <typename T>

@@ -178,6 +178,7 @@ void zel_ChannelDialog<T, Params>::OnHistogramType() {
 template <typename T, typename Params>
 void zel_ChannelDialog<T, Params>::OnChannel() {
     SelectChannel(IsAllChosen() ? -1 : m_channelChoice->GetSelection());
+    FitLayout(this, GetSize()); // other bounds may take wider fields
 }
 
 template <typename T, typename Params>

@@ -8,7 +8,6 @@
 
 #include <wx/arrstr.h>
 #include <wx/dialog.h>
-#include <wx/sizer.h>
 
 #include <memory>
 #include <string>
@@ -88,19 +87,6 @@ private:
     Source m_source;
     bool m_over = false; ///< shown and hidden again
 };
-
-/// Makes room in the two fields for their bounds, as they are first shown. Beyond a dozen digits they scroll.
-template <typename T>
-void FitFields(VariableMinMaxCtrl<T>& control) {
-    constexpr std::size_t mostCharacters = 16;
-    for (VariableTextCtrl<T>* const field : {control.GetLowText(), control.GetHighText()}) {
-        wxSize room = field->GetMinSize();
-        for (const T bound : {field->GetLowBound(), field->GetHighBound()})
-            room.IncTo(field->GetSizeFromText(std::to_string(bound).substr(0, mostCharacters)));
-        field->SetMinSize(room);
-    }
-    control.GetSizer()->SetSizeHints(&control);
-}
 
 #define ZEL_DECLARE(T)                                                                                                 \
     extern template class zel_ChannelDialog<T, TLevelsParams<T, unsigned char>>;                                       \
