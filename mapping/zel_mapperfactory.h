@@ -10,7 +10,8 @@ namespace zel {
 /// Exists for unsigned char, unsigned short, int and float.
 ///
 /// The bounds of int and float histograms are the image's cached extremes: call UpdateMinMaxValues after writing
-/// voxels by SetVoxel or by address. Only where none were ever measured are the voxels looked through here.
+/// voxels by SetVoxel or by address. Only where none were ever measured, or where one of them is NaN or infinite, are
+/// the voxels looked through here; the bounds are then those of the finite ones.
 /// int takes 12 bytes for each number between its extremes, and several copies of that at a time.
 /// @return the module, the caller's
 /// @throws kep::InternalException "Consistency check failed. ..." for an image without voxels, and for an int or float
