@@ -154,8 +154,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
-                       "Spread gray values over black to white: " + JoinedStretchNames() +
-                           ".\nWithout it files are shown unstretched, the synthetic cells linear")
+                       "How gray values are spread from black to white:\n" + JoinedStretchNames() +
+                           ".\nWithout it files open unstretched and the synthetic cells linear")
             ->type_name("NAME");
     const CLI::Option* const screenshotOption =
         app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
