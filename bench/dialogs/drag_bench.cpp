@@ -13,8 +13,6 @@
 
 #include <memory>
 
-void AddDragBenchmarks();
-
 namespace {
 
 using namespace zel;
@@ -120,9 +118,10 @@ void AddDrag(const std::string& name) {
     AddComparison(name, prepare, seconds);
 }
 
-} // namespace
-
-void AddDragBenchmarks() {
+[[maybe_unused]] const bool added = [] {
     AddDrag<LevelsWidget<Word, unsigned char>, TLevelsParams<Word, unsigned char>>("drag/levels");
     AddDrag<ThresholdingDialog<Word>, ThresParams<Word>>("drag/thresholds");
-}
+    return true;
+}();
+
+} // namespace

@@ -4,19 +4,16 @@
 #include "bench/support/comparison.h"
 #include "dialogs/zel_histgraph.h"
 
-#include <wx/app.h>
 #include <wx/evtloop.h>
+#include <wx/app.h>
 #include <wx/frame.h>
 #include <wx/stopwatch.h>
 
 #include <benchmark/benchmark.h>
 
 #include <cmath>
-#include <cstdlib>
 #include <ctime>
 #include <random>
-
-void AddDragBenchmarks();
 
 namespace {
 
@@ -84,35 +81,16 @@ void Add(const std::string& name, std::function<void()> work) {
     });
 }
 
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override { return true; }
-    int OnRun() override {
-        wxGUIEventLoop loop;
-        const wxEventLoopActivator activate(&loop);
-        Add("graph of 65536 bins, linear", [] { GetStage().Paint(1); });
-        Add("graph of 65536 bins, logarithmic", [] { GetStage().Paint(0); });
-        Add("its layout alone, linear", [] {
-            HistGraphStyle style;
-            style.graphType = 1;
-            const auto& histogram = GetStage().GetHistogram();
-            benchmark::DoNotOptimize(LayOutHistGraph({histogram.begin(), histogram.end()}, style, {260, 68}));
-        });
-        AddDragBenchmarks();
-        benchmark::RunSpecifiedBenchmarks();
-        PrintComparisons();
-        return 0;
-    }
-};
+[[maybe_unused]] const bool added = [] {
+    Add("graph of 65536 bins, linear", [] { GetStage().Paint(1); });
+    Add("graph of 65536 bins, logarithmic", [] { GetStage().Paint(0); });
+    Add("its layout alone, linear", [] {
+        HistGraphStyle style;
+        style.graphType = 1;
+        const auto& histogram = GetStage().GetHistogram();
+        benchmark::DoNotOptimize(LayOutHistGraph({histogram.begin(), histogram.end()}, style, {260, 68}));
+    });
+    return true;
+}();
 
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchApp);
-
-int main(int argc, char** argv) {
-    setenv("GDK_BACKEND", "x11", 0);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
-    return wxEntry(argc, argv);
-}

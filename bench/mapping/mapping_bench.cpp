@@ -7,13 +7,11 @@
 #include "mapping/zel_mapperfactory.h"
 #include "viewer/zel_viewerfactory.h"
 
-#include <wx/app.h>
 #include <wx/evtloop.h>
 #include <wx/menu.h>
 
 #include <benchmark/benchmark.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 
@@ -137,7 +135,7 @@ void AddOpening(const std::string& name, std::function<void()> work, std::functi
         3.0);
 }
 
-void AddAll() {
+[[maybe_unused]] const bool added = [] {
     AddPicture("Map uint16, gray", zel_PE_GRAY);
     AddPicture("Map uint16, palette", zel_PE_PERIODIC);
     AddChange("stretch to repainted windows", zel_ME_LINEAR_STRETCH, zel_ME_NO_STRETCH);
@@ -163,29 +161,7 @@ void AddAll() {
             CopySequence();
         },
         "pass and copy", 2);
-}
-
-class BenchApp : public wxApp {
-public:
-    bool OnInit() override { return true; }
-    int OnRun() override {
-        wxGUIEventLoop loop;
-        const wxEventLoopActivator activate(&loop);
-        AddAll();
-        benchmark::RunSpecifiedBenchmarks();
-        PrintComparisons();
-        return 0;
-    }
-};
+    return true;
+}();
 
 } // namespace
-
-wxIMPLEMENT_APP_NO_MAIN(BenchApp);
-
-int main(int argc, char** argv) {
-    setenv("GDK_BACKEND", "x11", 0);
-    benchmark::Initialize(&argc, argv);
-    if (benchmark::ReportUnrecognizedArguments(argc, argv))
-        return 2;
-    return wxEntry(argc, argv);
-}

@@ -17,8 +17,6 @@
 #include <memory>
 #include <utility>
 
-void AddKeyBenchmarks();
-
 namespace {
 
 using namespace zel;
@@ -142,9 +140,7 @@ void Browse(benchmark::State& state) {
     viewer.Run(zel_CMD_LOOP_MODE);
 }
 
-} // namespace
-
-void AddKeyBenchmarks() {
+[[maybe_unused]] const bool added = [] {
     AddKey("key/Page Down", WXK_PAGEDOWN, WXK_PAGEUP, 3.0);
     AddKey("key/time step", '=', '-', 6.0);
     AddKey("key/arrow", WXK_RIGHT, WXK_LEFT, 6.0);
@@ -152,4 +148,7 @@ void AddKeyBenchmarks() {
         ->UseManualTime()
         ->Iterations(1)
         ->Unit(benchmark::kMillisecond);
-}
+    return true;
+}();
+
+} // namespace

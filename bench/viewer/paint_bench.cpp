@@ -10,8 +10,6 @@
 
 #include <memory>
 
-void AddPaintBenchmarks();
-
 namespace {
 
 using namespace zel;
@@ -95,11 +93,12 @@ void Add(const std::string& name, double limit, void (Stage::*work)()) {
     });
 }
 
-} // namespace
-
-void AddPaintBenchmarks() {
+[[maybe_unused]] const bool added = [] {
     Add("paint/resample, map, draw", 6.0, &Stage::PaintAll);
     Add("paint/map, draw", 5.0, &Stage::MapAnew);
     Add("paint/one cut", 3.0, &Stage::ChangeCut);
     Add("paint/draw", 3.0, &Stage::BlitAgain);
-}
+    return true;
+}();
+
+} // namespace

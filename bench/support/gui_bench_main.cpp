@@ -1,3 +1,5 @@
+// main() of benchmarks with windows.
+
 #include "bench/support/comparison.h"
 
 #include <wx/app.h>
@@ -6,9 +8,6 @@
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
-
-void AddPaintBenchmarks();
-void AddKeyBenchmarks();
 
 namespace {
 
@@ -19,8 +18,6 @@ public:
     int OnRun() override {
         wxGUIEventLoop loop;
         const wxEventLoopActivator activate(&loop);
-        AddPaintBenchmarks();
-        AddKeyBenchmarks();
         benchmark::RunSpecifiedBenchmarks();
         PrintComparisons();
         return 0;
