@@ -151,13 +151,20 @@ void zel_Viewer3dFrame::ResizeFrameIfRequired() {
 void zel_Viewer3dFrame::OnAdjustFrameSize(wxCommandEvent&) {
     if (m_canvas == nullptr)
         return;
-    wxSize size = ClientToWindowSize(m_canvas->GetOptimalSize());
-    size.IncTo(wxSize(100, 100));
-    size.DecTo(wxGetClientDisplayRect().GetSize());
-    if (!IsMaximized())
-        SetSize(size);
+    const auto getDecoration = [this] { return GetSize() - GetClientSize(); };
+    const auto adjust = [this] {
+        wxSize size = ClientToWindowSize(m_canvas->GetOptimalSize());
+        size.IncTo(wxSize(100, 100));
+        size.DecTo(wxGetClientDisplayRect().GetSize());
+        if (!IsMaximized())
+            SetSize(size);
+    };
+    const wxSize decoration = getDecoration();
+    adjust();
+    if (getDecoration() != decoration)
+        adjust(); // a frame smaller than its own bars does not know how much they take
     m_adjustedSize = GetSize();
-    m_adjustedDecoration = GetSize() - GetClientSize();
+    m_adjustedDecoration = getDecoration();
 }
 
 void zel_Viewer3dFrame::OnIdle(wxIdleEvent& event) {

@@ -50,6 +50,19 @@ TEST_F(FrameSizeTest, AdjustsToTheOptimalSizeIfTheEntryIsMarked) {
     EXPECT_EQ(frame->GetSize(), frame->ClientToWindowSize(wxSize(282, 282))); // 200 + 6 + 70 + 6
 }
 
+TEST_F(FrameSizeTest, AFrameBuiltTooSmallForItsBarsIsAdjustedToo) {
+    for (const wxSize built : {wxSize(10, 10), wxSize(100, 60), wxSize(230, 40)}) {
+        auto* const small = MakeFrame(nullptr, built);
+        small->SetCanvas(new FrameCanvas(small));
+        small->ResizeFrameIfRequired();
+        EXPECT_TRUE(ShowAndWait(*small));
+        EXPECT_TRUE(WaitUntil([&] { return small->GetClientSize() == wxSize(282, 282); }, 1000))
+            << built.x << ": " << small->GetClientSize().x << " " << small->GetClientSize().y;
+        small->Destroy();
+        Pump();
+    }
+}
+
 TEST_F(FrameSizeTest, ZoomsWithoutAdjustingIfTheEntryIsNotMarked) {
     frame->ProcessCommand(6015); // has no handler: the toolkit turns its mark
     EXPECT_FALSE(frame->GetMenuBar()->IsChecked(6015));
