@@ -70,7 +70,7 @@ void LUT<T, U>::Set(T key, const U& value) {
 /// The key that an entry stands for. As a float, if keys are floats: the bounds of a curve are, and a bound that is an
 /// entry's key must not count as below it by the digits that a float lacks.
 template <typename T, typename U>
-double LUT<T, U>::GetKey(std::size_t index) const {
+double LUT<T, U>::GetPlace(std::size_t index) const {
     const auto first = static_cast<double>(m_first);
     if (m_entries.size() < 2)
         return first;
@@ -85,7 +85,7 @@ template <typename Curve>
 void LUT<T, U>::FillByCurve(const Curve& curve) {
     if (m_entries.empty())
         return;
-    const auto output = [&](std::size_t index) { return curve(GetKey(index)); };
+    const auto output = [&](std::size_t index) { return curve(GetPlace(index)); };
     const std::size_t top = m_entries.size() - 1;
     m_entries[0] = output(0);
     m_entries[top] = output(top);

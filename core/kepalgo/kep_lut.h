@@ -50,6 +50,13 @@ public:
     /// Entries, one for each value of T, if the table covers the type of 8 or 16 bits; else null. Valid until Init.
     const U* GetWholeType() const { return m_coversType ? m_entries.data() : nullptr; }
 
+    /// The entries in the order of their keys; null without any. Valid until Init.
+    U* GetData() { return m_entries.data(); }
+    const U* GetData() const { return m_entries.data(); }
+    /// The key that an entry stands for; between two whole numbers the one nearer to zero.
+    T GetKey(std::size_t index) const { return static_cast<T>(GetPlace(index)); }
+
+    bool IsEmpty() const { return m_entries.empty(); }
     std::size_t GetSize() const { return m_entries.size(); }
     T GetFirst() const { return m_first; }
     T GetLast() const { return m_last; }
@@ -84,7 +91,7 @@ private:
         const double place = share * static_cast<double>(top) + 0.5;
         return place < static_cast<double>(top) ? static_cast<std::size_t>(place) : top;
     }
-    double GetKey(std::size_t index) const;
+    double GetPlace(std::size_t index) const;
     template <typename Curve>
     void FillByCurve(const Curve& curve);
 

@@ -57,6 +57,26 @@ TEST(LookUpTable, WithoutEntriesGivesNothing) {
     EXPECT_EQ(Palette().Get(1), kep::RGB_generic<unsigned char>());
 }
 
+TEST(LookUpTable, ShowsItsEntriesAndTheirKeys) {
+    kep::LUT<int, unsigned char> table;
+    EXPECT_TRUE(table.IsEmpty());
+    table.Init(5, -10, 10); // keys -10, -5, 0, 5, 10
+    EXPECT_FALSE(table.IsEmpty());
+    EXPECT_EQ(table.GetKey(0), -10);
+    EXPECT_EQ(table.GetKey(1), -5);
+    EXPECT_EQ(table.GetKey(4), 10);
+    table.Set(5, 9);
+    EXPECT_EQ(table.GetData()[3], 9);
+    table.GetData()[1] = 7;
+    EXPECT_EQ(table.Get(-5), 7);
+    table.Init(4, 0, 10); // keys 0, 3.33, 6.67, 10
+    EXPECT_EQ(table.GetKey(1), 3);
+    EXPECT_EQ(table.GetKey(2), 6);
+    kep::LUT<float, unsigned char> floats;
+    floats.Init(3, 0.5F, 1.0F);
+    EXPECT_EQ(floats.GetKey(1), 0.75F);
+}
+
 TEST(LookUpTable, IsZeroAtFirstAndAfterEveryInit) {
     auto table = MakeTable<unsigned char>(256, 0, 255);
     EXPECT_EQ(table.Get(9), 0);
