@@ -47,6 +47,7 @@ struct FrameHeader {
     std::vector<RGB_generic<unsigned short>> palette; ///< colours of the indexes, if the file has a table; else empty
     std::string compression;                          ///< for the user
     std::uint64_t fileSize = 0;
+    std::string dataFile; ///< name of the file that holds the voxels, if it is another one
 
     /// Bytes of one slice after unpacking. The formats have made sure that this and all slices together fit.
     std::size_t GetSliceBytes() const {

@@ -379,8 +379,10 @@ std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file) {
         file = OpenDataFile(name, FolderOf(name) + source);
         start = header.sourceOffset;
     }
-    if (header.version == 1 || header.sourceFile)
+    if (header.version == 1 || header.sourceFile) {
         frame.fileSize += file->GetLength();
+        frame.dataFile = file->GetName();
+    }
     frame.compression = CompressionText(compression);
 
     auto data = OpenIcsData(std::move(file), compression, start, frame.GetSliceBytes() * frame.size.z);

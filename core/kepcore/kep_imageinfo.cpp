@@ -91,6 +91,7 @@ ImageInfo ReadImageInfo(const char* fileName) {
         info.offset = header.offset;
         info.description = header.description;
         info.fileSize = header.fileSize;
+        info.dataFile = header.dataFile;
         return info;
     } catch (const std::bad_alloc&) {
         throw IOException("ReadImage(): Not enough memory for '" + name + "'.");

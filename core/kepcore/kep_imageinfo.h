@@ -39,6 +39,7 @@ struct KEP_EXPORT ImageInfo {
     Vector3d<float> offset;         ///< microns
     std::map<std::string, std::string> description;
     std::uint64_t fileSize = 0;     ///< bytes, with a separate data file's
+    std::string dataFile;           ///< name of the separate file that holds the voxels; empty if there is none
 };
 
 /// Tells what a file is, without reading its voxels. A file that passes can still turn out damaged when it is read.

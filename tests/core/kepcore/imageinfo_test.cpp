@@ -75,7 +75,22 @@ TEST_F(Info, TellsWhatASavedFrameIs) {
         EXPECT_EQ(info.offset, frame.GetOffset());
         EXPECT_EQ(info.description, frame.GetDescription());
         EXPECT_EQ(info.fileSize, std::filesystem::file_size(folder / name));
+        EXPECT_EQ(info.dataFile, "");
     }
+}
+
+TEST_F(Info, NamesTheFileOfTheVoxelsIfItIsAnotherOne) {
+    const std::string layout = "filename\tx\nlayout\tparameters\t4\nlayout\torder\tbits\tx\ty\tz\n"
+                               "layout\tsizes\t8\t2\t1\t1\nrepresentation\tformat\tinteger\n"
+                               "representation\tsign\tunsigned\n";
+    for (const char* data : {"a.IDS", "voxels"})
+        WriteBytes(folder / data, "vv");
+    WriteBytes(folder / "a.ics", "\t\nics_version\t1.0\n" + layout + "end\n");
+    WriteBytes(folder / "b.ics", "\t\nics_version\t2.0\n" + layout + "source\tfile\tvoxels\nsource\toffset\t0\nend\n");
+    EXPECT_EQ(ReadImageInfo((folder / "a.ics").c_str()).dataFile, folder / "a.IDS");
+    EXPECT_EQ(ReadImageInfo((folder / "b.ics").c_str()).dataFile, folder / "voxels");
+    EXPECT_EQ(ReadImageInfo((folder / "b.ics").c_str()).fileSize,
+              std::filesystem::file_size(folder / "b.ics") + std::filesystem::file_size(folder / "voxels"));
 }
 
 TEST_F(Info, NamesTheTypeOfEverySavedFrame) {
