@@ -1,12 +1,16 @@
 #include "host/meshexport.h"
 
 #include "host/message.h"
+#include "host/outputs.h"
 #include "host/proportions.h"
 #include "volume/zel_isosurfacegenerator.h"
 #include "volume/zel_meshfile.h"
 
+#include <algorithm>
+#include <filesystem>
 #include <map>
 #include <new>
+#include <string_view>
 
 namespace zelviewer {
 
@@ -14,6 +18,26 @@ namespace {
 
 using Label = unsigned short;
 using Labels = kep::LabeledImage3d<Label, Label>;
+
+constexpr std::string_view frameMark = "_t";
+constexpr std::string_view meshEnding = ".ply";
+
+/// Takes digits off the front of a text. @return whether there was one
+bool TakeDigits(std::string_view& text) {
+    const std::size_t count = std::min(text.find_first_not_of("0123456789"), text.size());
+    text.remove_prefix(count);
+    return count > 0;
+}
+
+/// Whether a mesh's name may have this behind the prefix: "7.ply" or "7_t0.ply".
+bool IsBehindPrefix(std::string_view rest) {
+    if (!TakeDigits(rest))
+        return false;
+    if (!rest.starts_with(frameMark))
+        return rest == meshEnding;
+    rest.remove_prefix(frameMark.size());
+    return TakeDigits(rest) && rest == meshEnding;
+}
 
 Labels ReadLabels(const std::string& name, const MeshExport& order) {
     try {
@@ -46,7 +70,7 @@ void Generate(const Labels& labels, zel::IsosurfaceGenerator& generator) {
     generator.GenerateSurfaces(labels.begin(), toSurface, size.x, size.y, size.z, cell.x, cell.y, cell.z);
 }
 
-void ExportFrame(std::size_t frame, const MeshExport& order) {
+void ExportFrame(std::size_t frame, const MeshExport& order, const InputFiles& inputs) {
     const std::string& name = order.labels[frame];
     Labels labels = ReadLabels(name, order);
     const kep::Vector3d<std::size_t> size = labels.GetSize();
@@ -64,6 +88,9 @@ void ExportFrame(std::size_t frame, const MeshExport& order) {
             continue;
         }
         const std::string target = MeshFileName(order.prefix, label, frame, order.labels.size());
+        // Seen again now, for folders that cannot be listed beforehand, and for files that were put there since.
+        if (const std::string refusal = inputs.RefusalOf(target, meshEnding); !refusal.empty())
+            throw Failure(refusal);
         try {
             zel::SaveMesh(target, surface, labels);
         } catch (const kep::IOException& error) {
@@ -75,14 +102,32 @@ void ExportFrame(std::size_t frame, const MeshExport& order) {
 } // namespace
 
 std::string MeshFileName(const std::string& prefix, unsigned short label, std::size_t frame, std::size_t frameCount) {
-    const std::string name = prefix + std::to_string(label);
-    return (frameCount > 1 ? name + "_t" + std::to_string(frame) : name) + ".ply";
+    std::string name = prefix + std::to_string(label);
+    if (frameCount > 1)
+        name.append(frameMark).append(std::to_string(frame));
+    return name.append(meshEnding);
+}
+
+std::vector<std::string> FindMeshFiles(const std::string& prefix) {
+    const std::size_t folderLength = prefix.rfind('/') + 1; // 0 without a folder
+    const std::string folder = prefix.substr(0, folderLength);
+    const std::string start = prefix.substr(folderLength);
+    std::vector<std::string> files;
+    std::error_code notListed;
+    std::filesystem::directory_iterator entry(folder.empty() ? "." : folder, notListed);
+    for (; !notListed && entry != std::filesystem::directory_iterator(); entry.increment(notListed)) {
+        const std::string name = entry->path().filename().string();
+        if (name.starts_with(start) && IsBehindPrefix(std::string_view(name).substr(start.size())))
+            files.push_back(folder + name);
+    }
+    return files;
 }
 
 void ExportMeshes(const MeshExport& order) {
+    const InputFiles inputs(order.labels);
     for (std::size_t frame = 0; frame < order.labels.size(); ++frame)
         try {
-            ExportFrame(frame, order);
+            ExportFrame(frame, order, inputs);
         } catch (const std::bad_alloc&) {
             throw Failure(order.labels[frame] + ": Not enough memory.");
         }

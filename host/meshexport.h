@@ -20,9 +20,12 @@ struct MeshExport {
 /// Where the mesh of a label goes: PREFIX7.ply, and of several frames, counted from 0, PREFIX7_t0.ply.
 std::string MeshFileName(const std::string& prefix, unsigned short label, std::size_t frame, std::size_t frameCount);
 
+/// The files that are there under names which an export with this prefix may write.
+std::vector<std::string> FindMeshFiles(const std::string& prefix);
+
 /// Writes each label's mesh of each frame as a PLY file, one frame in memory at a time. Says on standard error which
 /// frame has no voxel size, no labels, or a label without a surface. Needs no toolkit.
-/// @throws Failure; the meshes written before stay
+/// @throws Failure, also where a mesh would replace one of the label files; the meshes written before stay
 void ExportMeshes(const MeshExport& order);
 
 } // namespace zelviewer

@@ -3,6 +3,7 @@
 #include "host/hostlog.h"
 #include "host/meshexport.h"
 #include "host/message.h"
+#include "host/outputs.h"
 #include "host/viewerapp.h"
 
 #include <wx/init.h>
@@ -31,7 +32,25 @@ bool StartToolkit(ViewerApp* app, char* programName, bool quiet) {
 
 } // namespace
 
+std::string RefusalOfOutputs(const Options& options) {
+    if (!options.screenshot && !options.exportMeshes)
+        return {};
+    std::vector<std::string> names = options.files;
+    names.insert(names.end(), options.labels.begin(), options.labels.end());
+    const InputFiles inputs(names);
+    if (options.screenshot)
+        return inputs.RefusalOf(*options.screenshot, ".png");
+    for (const std::string& mesh : FindMeshFiles(*options.exportMeshes))
+        if (std::string refusal = inputs.RefusalOf(mesh, ".ply"); !refusal.empty())
+            return refusal;
+    return {};
+}
+
 int RunViewer(const Options& options, char* programName) {
+    if (const std::string refusal = RefusalOfOutputs(options); !refusal.empty()) {
+        PrintMessage(refusal);
+        return 2;
+    }
     if (options.exportMeshes) {
         ExportMeshes({options.labels, options.components, options.resolution, *options.exportMeshes});
         return 0;

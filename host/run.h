@@ -2,11 +2,16 @@
 
 #include "host/options.h"
 
+#include <string>
+
 namespace zelviewer {
 
-/// Starts the toolkit, reads the files, and shows them until the window is closed, or writes the picture of the
-/// window. Says on standard error what goes wrong before there is a window. Meshes are exported without toolkit and
-/// window.
+/// Why one of the files that the options have written must not be, as "NAME: reason"; empty if all may be.
+std::string RefusalOfOutputs(const Options& options);
+
+/// Refuses outputs that must not be written. Starts the toolkit, reads the files, and shows them until the window is
+/// closed, or writes the picture of the window. Says on standard error what goes wrong before there is a window. Meshes
+/// are exported without toolkit and window.
 /// @return the program's exit code
 /// @throws Failure  a file of labels or meshes
 int RunViewer(const Options& options, char* programName);

@@ -152,6 +152,16 @@ TEST_F(MeshExporting, RefusesFlatFramesAndWhatIsNoLabel) {
     EXPECT_THAT(folder.List(), ElementsAre("flat.tif", "grey.tif"));
 }
 
+TEST_F(MeshExporting, ReplacesNoLabels) {
+    const std::string first = Write("a.tif", MakeLabels({1, 1, 1})), second = Write("b.tif", MakeLabels({1, 1, 1}));
+    const std::string bytes = ReadBytes(second);
+    std::filesystem::create_symlink("b.tif", folder / "cell300_t0.ply");
+    EXPECT_EQ(FailureOf(OrderFor({first, second})),
+              (folder / "cell300_t0.ply") + ": It would replace the input '" + second + "'.");
+    EXPECT_EQ(ReadBytes(second), bytes);
+    EXPECT_THAT(folder.List(), ElementsAre("a.tif", "b.tif", "cell300_t0.ply", "cell3_t0.ply"));
+}
+
 TEST_F(MeshExporting, SaysWhereItCannotWrite) {
     MeshExport order = OrderFor({Write("l.tif", MakeLabels({1, 1, 1}))});
     order.prefix = folder / "missing/cell";

@@ -436,6 +436,48 @@ TEST_F(ZelViewer, TheSyntheticCellsStretchAsToldToo) {
     EXPECT_FALSE(SamePixels(dark, Screenshot({"--stretch", "percentil"})));
 }
 
+TEST_F(ZelViewer, APictureReplacesNoInput) {
+    const std::string stack = WriteRamp("stack.tif"), labels = WriteRamp("labels.tif");
+    std::filesystem::create_symlink("stack.tif", folder / "link.png");
+    std::filesystem::create_hard_link(labels, folder / "hard.png");
+    const std::string bytes = ReadBytes(stack);
+    const struct {
+        std::vector<std::string> arguments;
+        std::string errors;
+    } cases[] = {
+        {{"--screenshot", stack}, stack + ": The name must end in .png.\n"},
+        {{"--screenshot", folder / "new"}, (folder / "new") + ": The name must end in .png.\n"},
+        {{"--screenshot", stack, stack}, stack + ": It would replace the input '" + stack + "'.\n"},
+        {{stack, "--screenshot", folder / "link.png"},
+         (folder / "link.png") + ": It would replace the input '" + stack + "'.\n"},
+        {{"--screenshot", folder / "hard.png", stack, "--labels", labels},
+         (folder / "hard.png") + ": It would replace the input '" + labels + "'.\n"},
+    };
+    for (const auto& [arguments, errors] : cases) {
+        const Outcome outcome = Run(arguments);
+        EXPECT_EQ(outcome.exitCode, 2) << errors;
+        EXPECT_EQ(outcome.output, "");
+        EXPECT_EQ(outcome.errors, "zelviewer: " + errors);
+    }
+    EXPECT_EQ(ReadBytes(stack), bytes);
+    EXPECT_EQ(ReadBytes(labels), bytes);
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.png"));
+    EXPECT_EQ(std::filesystem::hard_link_count(labels), 2U);
+    EXPECT_THAT(folder.List(),
+                testing::ElementsAre("hard.png", "labels.tif", "link.png", "stack.tif", "stderr", "stdout"));
+}
+
+TEST_F(ZelViewer, MeshesReplaceNoInput) {
+    const std::string labels = WriteRamp("labels.tif"), bytes = ReadBytes(labels);
+    std::filesystem::create_symlink("labels.tif", folder / "cell7.ply");
+    const Outcome outcome = Run({"--export-meshes", folder / "cell", "--labels", labels}, Display::None);
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.errors,
+              "zelviewer: " + (folder / "cell7.ply") + ": It would replace the input '" + labels + "'.\n");
+    EXPECT_EQ(ReadBytes(labels), bytes);
+    EXPECT_THAT(folder.List(), testing::ElementsAre("cell7.ply", "labels.tif", "stderr", "stdout"));
+}
+
 TEST_F(ZelViewer, APictureThatCannotBeWrittenEndsWith1) {
     const std::string name = folder / "no such folder/a.png";
     const Outcome outcome = Run({WriteRamp("a.tif"), "--screenshot", name});

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include <sys/types.h>
+
+namespace zelviewer {
+
+/// The files that the program reads, over which nothing may be written. File names are in the file system's encoding.
+class InputFiles {
+public:
+    /// Looks at the files once. Those that hold the voxels of another one's header count too; for them each header is
+    /// read.
+    explicit InputFiles(const std::vector<std::string>& names);
+
+    /// Why nothing may be written under a name that the user gave, as "NAME: reason"; empty if it may be. Refused are
+    /// inputs: the same files, by device and inode, through whatever links, and not only the same names. So are names
+    /// without their ending, which mostly are those of images, with the output's own name forgotten.
+    /// @param ending  that the name must have, with its dot, in small letters; the name may have capitals
+    std::string RefusalOf(const std::string& output, std::string_view ending) const;
+
+private:
+    void Add(const std::string& name);
+
+    std::map<std::pair<dev_t, ino_t>, std::string> m_files; // names by what the system knows them by
+    std::set<std::string> m_missing;
+};
+
+} // namespace zelviewer

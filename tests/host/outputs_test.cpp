@@ -1,0 +1,145 @@
+#include "host/outputs.h"
+#include "host/run.h"
+#include "image/kep.h"
+#include "tests/support/scratch_folder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace zelviewer {
+namespace {
+
+namespace fs = std::filesystem;
+
+class Outputs : public testing::Test {
+protected:
+    /// An image of one voxel.
+    std::string Write(const std::string& name) const {
+        kep::Image3d<unsigned char> frame;
+        frame.MakeRoom(1, 1, 1);
+        frame.SaveImage((folder / "new.tif").c_str(), kep::FF_BY_NAME, false, nullptr);
+        fs::rename(folder / "new.tif", folder / name); // the format is recognised by content
+        return folder / name;
+    }
+    /// An image of one voxel, 'v', whose header names another file for it, or leaves that to the file's own name.
+    std::string WriteIcs(const std::string& name, const std::string& dataName, bool named) const {
+        WriteBytes(folder / dataName, "v");
+        const std::string source = named ? "source\tfile\t" + dataName + "\nsource\toffset\t0\n" : "";
+        WriteBytes(folder / name, std::string("\t\nics_version\t") + (named ? "2.0" : "1.0") + "\nfilename\tx\n" +
+                                      "layout\tparameters\t4\nlayout\torder\tbits\tx\ty\tz\n"
+                                      "layout\tsizes\t8\t1\t1\t1\nrepresentation\tformat\tinteger\n"
+                                      "representation\tsign\tunsigned\n" +
+                                      source + "end\n");
+        return folder / name;
+    }
+    static std::string Refusal(const std::string& output, const std::vector<std::string>& inputs) {
+        return InputFiles(inputs).RefusalOf(output, ".png");
+    }
+    std::string RefusalOfScreenshot(const std::string& name, const std::vector<std::string>& files) const {
+        Options options;
+        options.files = files;
+        options.screenshot = name;
+        return RefusalOfOutputs(options);
+    }
+    std::string RefusalOfMeshes(const std::string& prefix, const std::vector<std::string>& labels) const {
+        Options options;
+        options.labels = labels;
+        options.exportMeshes = prefix;
+        return RefusalOfOutputs(options);
+    }
+    static std::string Replaces(const std::string& output, const std::string& input) {
+        return output + ": It would replace the input '" + input + "'.";
+    }
+
+    ScratchFolder folder;
+};
+
+TEST_F(Outputs, ANameWithItsEndingThatNobodyReadsIsTaken) {
+    const std::string input = Write("stack.tif"), old = Write("old.png");
+    for (const std::string& name : {folder / "new.png", old, folder / "missing folder/new.png", std::string("a.png")})
+        EXPECT_EQ(Refusal(name, {input}), "") << name;
+    EXPECT_EQ(Refusal("a.png", {}), "");
+}
+
+TEST_F(Outputs, TheEndingMayBeInCapitals) {
+    for (const char* name : {"a.png", "a.PNG", "a.pNg", "a.tif.png", ".png"})
+        EXPECT_EQ(Refusal(name, {}), "") << name;
+}
+
+TEST_F(Outputs, ANameWithoutItsEndingIsRefused) {
+    for (const std::string name :
+         {"stack.tif", "a", "png", "apng", "a.png.tif", "a.png/", "a.png ", "a.jpg", ".pn", ""})
+        EXPECT_EQ(Refusal(name, {}), name + ": The name must end in .png.");
+}
+
+TEST_F(Outputs, AnInputIsRefusedUnderEveryName) {
+    const std::string input = Write("a.png"), other = Write("b.tif");
+    fs::create_symlink("a.png", folder / "link.png");
+    fs::create_symlink("link.png", folder / "link of link.png");
+    fs::create_hard_link(input, folder / "hard.png");
+    fs::create_directory_symlink(folder.GetPath(), folder / "folder");
+    for (const char* name : {"a.png", "./a.png", "folder/a.png", "folder/folder/a.png", "link.png", "link of link.png",
+                             "hard.png", "folder/hard.png"})
+        EXPECT_EQ(Refusal(folder / name, {other, input}), Replaces(folder / name, input));
+    EXPECT_EQ(Refusal(input, {folder / "hard.png"}), Replaces(input, folder / "hard.png"));
+    EXPECT_EQ(Refusal(input, {folder / "link.png"}), Replaces(input, folder / "link.png"));
+}
+
+TEST_F(Outputs, ACopyOfAnInputIsAFileOfItsOwn) {
+    const std::string input = Write("a.tif");
+    fs::copy_file(input, folder / "copy.png");
+    EXPECT_EQ(Refusal(folder / "copy.png", {input}), "");
+}
+
+TEST_F(Outputs, AnInputThatIsNotThereIsKnownByItsName) {
+    const std::string name = folder / "missing.png";
+    EXPECT_EQ(Refusal(name, {name}), Replaces(name, name));
+}
+
+TEST_F(Outputs, TheFileThatHoldsAnInputsVoxelsIsAnInputToo) {
+    const std::string first = WriteIcs("first.ics", "first.ids", false),
+                      second = WriteIcs("second.ics", "voxels", true);
+    fs::create_symlink("first.ids", folder / "a.png");
+    fs::create_hard_link(folder / "voxels", folder / "b.png");
+    EXPECT_EQ(Refusal(folder / "a.png", {first, second}), Replaces(folder / "a.png", folder / "first.ids"));
+    EXPECT_EQ(Refusal(folder / "b.png", {first, second}), Replaces(folder / "b.png", folder / "voxels"));
+}
+
+TEST_F(Outputs, AScreenshotReplacesNeitherImagesNorLabels) {
+    const std::string image = Write("a.tif"), labels = Write("l.png");
+    EXPECT_EQ(RefusalOfScreenshot(folder / "new.png", {image}), "");
+    EXPECT_EQ(RefusalOfScreenshot(image, {}), image + ": The name must end in .png.");
+    EXPECT_EQ(RefusalOfScreenshot(image, {image}), Replaces(image, image));
+    Options options;
+    options.files = {image};
+    options.labels = {labels};
+    options.screenshot = labels;
+    EXPECT_EQ(RefusalOfOutputs(options), Replaces(labels, labels));
+    options.screenshot.reset();
+    EXPECT_EQ(RefusalOfOutputs(options), "");
+}
+
+TEST_F(Outputs, MeshesReplaceNoLabels) {
+    const std::string prefix = folder / "cell";
+    const std::string labels = Write("l.tif");
+    WriteBytes(folder / "cell7.ply", "an older mesh");
+    EXPECT_EQ(RefusalOfMeshes(prefix, {labels}), "");
+    EXPECT_EQ(RefusalOfMeshes(folder / "missing folder/cell", {labels}), "");
+    fs::create_symlink("l.tif", folder / "cell65535.ply");
+    EXPECT_EQ(RefusalOfMeshes(prefix, {labels}), Replaces(folder / "cell65535.ply", labels));
+    EXPECT_EQ(RefusalOfMeshes(folder / "cel", {labels}), ""); // "l65535" is no number
+    EXPECT_EQ(RefusalOfMeshes(folder / "", {labels}), "");
+    const std::string later = Write("8_t12.ply");
+    EXPECT_EQ(RefusalOfMeshes(folder / "", {labels, later}), Replaces(folder / "8_t12.ply", later));
+}
+
+TEST_F(Outputs, MeshesInTheCurrentFolderHaveNamesWithoutOne) {
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.GetPath());
+    Write("7.ply");
+    EXPECT_EQ(RefusalOfMeshes("", {folder / "7.ply"}), Replaces("7.ply", folder / "7.ply"));
+    fs::current_path(before);
+}
+
+} // namespace
+} // namespace zelviewer
