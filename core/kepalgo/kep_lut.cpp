@@ -94,9 +94,11 @@ void LUT<T, U>::FillByCurve(const Curve& curve) {
 
 template <typename T, typename U>
 void LUT<T, U>::CreateAffine(float a, float b, U low, U high) requires std::integral<U> {
-    const double factor = a;
-    const double shift = b;
-    FillByCurve([=](double key) { return RoundBetween(factor * key + shift, low, high); });
+    if constexpr (std::integral<U>) { // clang 14 instantiates members whose requirement does not hold
+        const double factor = a;
+        const double shift = b;
+        FillByCurve([=](double key) { return RoundBetween(factor * key + shift, low, high); });
+    }
 }
 
 template <typename T, typename U>
@@ -106,16 +108,20 @@ void LUT<T, U>::CreateGamma(T from, T to, float gamma, U low, U high) requires s
     const auto start = static_cast<double>(std::min(from, to));
     const auto end = static_cast<double>(std::max(from, to));
     const double exponent = 1.0 / static_cast<double>(gamma);
-    const double rise = static_cast<double>(high) - static_cast<double>(low);
-    FillByCurve([=](double key) {
-        // In this order: with start and end the same, keys up to it are low, so that a background of zeros is black.
-        if (key <= start)
-            return low;
-        if (key >= end)
-            return high;
-        const double t = (key - start) / (end - start);
-        return RoundBetween(static_cast<double>(low) + rise * (exponent == 1.0 ? t : std::pow(t, exponent)), low, high);
-    });
+    if constexpr (std::integral<U>) { // as in CreateAffine
+        const double base = static_cast<double>(low);
+        const double rise = static_cast<double>(high) - base;
+        FillByCurve([=](double key) {
+            // In this order: with start and end the same, keys up to it are low, so that a background of zeros is
+            // black.
+            if (key <= start)
+                return low;
+            if (key >= end)
+                return high;
+            const double t = (key - start) / (end - start);
+            return RoundBetween(base + rise * (exponent == 1.0 ? t : std::pow(t, exponent)), low, high);
+        });
+    }
 }
 
 template <typename T, typename U>

@@ -28,7 +28,7 @@ struct TargetType {
 };
 
 template <typename T>
-inline constexpr TargetType targetType;
+extern const TargetType targetType; // for each type below and no other
 template <>
 inline constexpr TargetType targetType<unsigned char>{Channel::UChar, VoxelShape::Single, "8-bit gray"};
 template <>
