@@ -75,11 +75,13 @@ void HistogramSet<T>::CreateFromImage(const kep::Image3d<T>& image) {
 
 template <typename T>
 void HistogramSet<T>::CreateFromImage(const kep::Image3d<T>& image, const float* const mins,
-                                      const float* const maxs) requires(channelCount == 4) {
-    const wxBusyInfo notice("Creating histogram...");
-    HistogramSet made;
-    Create(image, mins, maxs, made.channels);
-    Swap(made);
+                                      const float* const maxs) requires(detail::HistogramChannels<T>::count == 4) {
+    if constexpr (channelCount == 4) { // clang 14 instantiates members whose requirement does not hold
+        const wxBusyInfo notice("Creating histogram...");
+        HistogramSet made;
+        Create(image, mins, maxs, made.channels);
+        Swap(made);
+    }
 }
 
 template <typename T>

@@ -65,7 +65,7 @@ public:
     /// The same with given bounds, 256 bins in each channel. Values outside fall in the end bins.
     /// @param mins, maxs  four values each, in the order of the channels
     void CreateFromImage(const kep::Image3d<T>& image, const float* const mins,
-                         const float* const maxs) requires(channelCount == 4);
+                         const float* const maxs) requires(detail::HistogramChannels<T>::count == 4);
 
     /// No channel has bins.
     bool IsEmpty() const;
@@ -79,9 +79,13 @@ public:
     const Channel& Get(int channel) const requires(channelCount > 1) {
         return channels[static_cast<std::size_t>(channel)];
     }
-    Channel& operator[](int channel) requires(channelCount > 1) { return Get(channel); }
-    const Channel& operator[](int channel) const requires(channelCount > 1) { return Get(channel); }
-    void Set(int channel, const Channel& histogram) requires(channelCount > 1) { Get(channel) = histogram; }
+    Channel& operator[](int channel) requires(channelCount > 1) { return channels[static_cast<std::size_t>(channel)]; }
+    const Channel& operator[](int channel) const requires(channelCount > 1) {
+        return channels[static_cast<std::size_t>(channel)];
+    }
+    void Set(int channel, const Channel& histogram) requires(channelCount > 1) {
+        channels[static_cast<std::size_t>(channel)] = histogram;
+    }
 
 private:
     std::array<Channel, channelCount> channels;
