@@ -174,7 +174,7 @@ private:
     /// Makes the vertices on all edges that start in a slice. Edges are numbered by the voxel where they start and then
     /// by axis, so going through the voxels in order gives each surface its vertices in ascending order of edges.
     void NumberVertices(std::size_t slice, SliceNodes& nodes) {
-        const auto [width, height, depth] = m_volume.size;
+        const std::size_t width = m_volume.size.x, height = m_volume.size.y, depth = m_volume.size.z;
         nodes.Clear();
         for (std::size_t r = 0; r < height; ++r) {
             // At the frame's last slice and first row the voxel is compared with itself: there is no edge.
