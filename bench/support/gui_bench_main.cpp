@@ -26,12 +26,11 @@ public:
 
 } // namespace
 
-wxIMPLEMENT_APP_NO_MAIN(BenchApp);
-
 int main(int argc, char** argv) {
     setenv("GDK_BACKEND", "x11", 0);
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv))
         return 2;
+    wxApp::SetInstance(new BenchApp); // which the toolkit owns
     return wxEntry(argc, argv);
 }

@@ -342,7 +342,7 @@ TEST_F(RangeControlTest, EveryWayOfPressingDrags) {
 TEST_F(RangeControlTest, PictureFollowsTheValues) {
     Bench<Byte> bench(64, 192, false, false);
     bench.BindTo(0, 255, 256);
-    const auto painted = [&bench](wxWindow& window) {
+    const auto painted = [](wxWindow& window) {
         window.Update();
         Pump(30);
         return Screen(window);

@@ -86,7 +86,7 @@ TEST(GrayPalettes, ShortPalettesRepeatAndLongOnesAreCut) {
 
 TEST(GrayPalettes, MapsAPictureAsItMapsItsVoxels) {
     std::mt19937 random(20);
-    const auto compare = [&random](auto& module, auto voxel) {
+    const auto compare = [](auto& module, auto voxel) {
         using T = decltype(voxel());
         for (const int palette : {8, 11}) {
             module.Choose(palette);

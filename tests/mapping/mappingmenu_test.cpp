@@ -351,7 +351,6 @@ TEST_F(MappingMenu, APaletteIsReadFromTheFileChosen) {
         viewer.module->Map(&voxel, buffer);
         return buffer.data[0];
     };
-    using Colour = kep::RGB_generic<unsigned char>;
 
     viewer.Choose(10);
     viewer.TakeLog();

@@ -223,12 +223,11 @@ void GuiTest::TearDown() {
 
 } // namespace zel::test
 
-wxIMPLEMENT_APP_NO_MAIN(zel::test::TestApp);
-
 int main(int argc, char** argv) {
     setenv("GSETTINGS_BACKEND", "memory", 0); // native choosers would complain of dconf
     setenv("NO_AT_BRIDGE", "1", 0);
     setenv("GDK_BACKEND", "x11", 0);
     ::testing::InitGoogleTest(&argc, argv);
+    wxApp::SetInstance(new zel::test::TestApp); // which the toolkit owns
     return wxEntry(argc, argv);
 }

@@ -224,7 +224,7 @@ TEST(IsosurfaceGenerator, MatchesTheLiteralTwinOnRandomLabels) {
 
 TEST(IsosurfaceGenerator, MatchesTheLiteralTwinOnLongRows) {
     std::mt19937 random(11);
-    for (const std::size_t width : {31, 32, 33, 34, 35, 130}) {
+    for (const std::size_t width : {31U, 32U, 33U, 34U, 35U, 130U}) {
         Volume volume{width, 5, 4};
         for (std::size_t i = 0; i < volume.labels.size();
              ++i) // mostly alike, so that gaps and runs of any length occur
