@@ -13,8 +13,12 @@ add_library(zel_options INTERFACE)
 target_compile_options(zel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   # Exact comparisons of geometry and bin positions depend on float operations staying apart.
-  -ffp-contract=off
-  $<$<BOOL:${ZEL_CCACHE}>:-fpch-preprocess>)
+  -ffp-contract=off)
+if(ZEL_CCACHE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_compile_options(zel_options INTERFACE -fpch-preprocess)
+elseif(ZEL_CCACHE) # clang, whose precompiled headers would differ by the times of their sources
+  target_compile_options(zel_options INTERFACE "SHELL:-Xclang -fno-pch-timestamp")
+endif()
 target_include_directories(zel_options INTERFACE $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>)
 if(ZEL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
