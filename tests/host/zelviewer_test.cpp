@@ -49,6 +49,7 @@ protected:
                 unsetenv("DISPLAY");
                 unsetenv("WAYLAND_DISPLAY");
             }
+            setenv("NO_AT_BRIDGE", "1", 0); // GTK's bridge to screen readers looks for a bus, and leaks
             dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
             dup2(open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
             execv(argv[0], argv.data());
