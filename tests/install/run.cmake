@@ -10,6 +10,7 @@ endfunction()
 file(REMOVE_RECURSE ${SCRATCH})
 file(MAKE_DIRECTORY ${SCRATCH})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/usr)
-run(${CMAKE_COMMAND} -S ${SOURCE} -B ${SCRATCH}/host -G Ninja -DCMAKE_PREFIX_PATH=${SCRATCH}/usr)
+run(${CMAKE_COMMAND} -S ${SOURCE} -B ${SCRATCH}/host -G Ninja -DCMAKE_PREFIX_PATH=${SCRATCH}/usr
+  -DCMAKE_CXX_COMPILER=${COMPILER})
 run(${CMAKE_COMMAND} --build ${SCRATCH}/host)
 run(${SCRATCH}/host/${PROGRAM} ${ARGUMENTS})
