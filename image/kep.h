@@ -14,6 +14,7 @@
 #include "core/kepcore/kep_fileformat.h"
 #include "core/kepcore/kep_image3d.h"
 #include "core/kepcore/kep_imageinfo.h"
+#include "core/kepcore/kep_plainfile.h"
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_rgb.h"
 #include "core/kepcore/kep_vector.h"

@@ -21,7 +21,8 @@ namespace zel {
 /// @param fileName  in the file system's encoding
 /// @param surface   made with the voxel size of the frame in microns as lengths of a cell
 /// @param frame     the labels that the surface was made of; only its geometry counts
-/// @throws kep::IOException, also for more vertices than 32 bits can number: then nothing was written
+/// @throws kep::IOException, also for more vertices than 32 bits can number; std::bad_alloc. What stood under the name
+///         stays then.
 ZEL_EXPORT void SaveMesh(const std::string& fileName, const LabelSurface& surface,
                          const kep::Image3d<unsigned short>& frame);
 

@@ -1,6 +1,7 @@
 #include "core/kepcore/kep_atomicfile.h"
 
 #include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_systemcalls.h"
 #include "core/kepcore/kep_systemerror.h"
 
 #include <algorithm>
@@ -25,10 +26,10 @@ namespace {
 
 using detail::SystemReason;
 using detail::ThrowCannotWrite;
+using detail::Uninterrupted;
 
 constexpr int mostLinks = 40;                              // as many as the system itself follows
 constexpr std::time_t staleAge = 60 * 60;                  // seconds
-constexpr std::size_t largestWrite = std::size_t{1} << 30; // the system writes at most 2 GB at once
 
 struct PathParts {
     std::string folder; ///< with its slash at the end, or empty
@@ -47,6 +48,10 @@ PathParts SplitPath(const std::string& path) {
     parts.stem = path.substr(first, dot - first);
     parts.suffix = path.substr(dot);
     return parts;
+}
+
+std::string FolderOf(const PathParts& parts) {
+    return parts.folder.empty() ? "." : parts.folder;
 }
 
 /// What a temporary file's name begins with. It leaves room for both numbers in the longest name that folders hold.
@@ -89,7 +94,7 @@ void RemoveLeftovers(const PathParts& parts) {
     struct Closer {
         void operator()(DIR* folder) const { ::closedir(folder); }
     };
-    const std::unique_ptr<DIR, Closer> folder(::opendir(parts.folder.empty() ? "." : parts.folder.c_str()));
+    const std::unique_ptr<DIR, Closer> folder(::opendir(FolderOf(parts).c_str()));
     if (!folder)
         return;
     const std::string prefix = TemporaryPrefix(parts);
@@ -142,12 +147,13 @@ AtomicFile::AtomicFile(std::string fileName) : name(std::move(fileName)) {
     const std::string start = parts.folder + TemporaryPrefix(parts) + std::to_string(::getpid()) + "-";
     do {
         temporary = start + std::to_string(counter++) + parts.suffix;
-        descriptor = ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
-    } while (descriptor < 0 && (errno == EEXIST || errno == EINTR));
+        descriptor =
+            Uninterrupted([this] { return ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666); });
+    } while (descriptor < 0 && errno == EEXIST);
     if (descriptor < 0) {
         const int error = errno;
         temporary.clear();
-        ThrowCannotWrite(name, "no file can be made in the folder '" + (parts.folder.empty() ? "." : parts.folder) +
+        ThrowCannotWrite(name, "no file can be made in the folder '" + FolderOf(parts) +
                                    "': " + SystemReason(error));
     }
     if (exists) {
@@ -174,12 +180,11 @@ void AtomicFile::WriteAt(std::uint64_t at, const void* bytes, std::size_t count)
     const char* next = static_cast<const char*>(bytes);
     std::size_t left = count;
     while (left > 0) {
-        const ssize_t done = ::pwrite(descriptor, next, std::min(left, largestWrite), static_cast<off_t>(at));
-        if (done < 0) {
-            if (errno == EINTR)
-                continue;
-            ThrowCannotWrite(name, SystemReason(errno));
-        }
+        const ssize_t done = Uninterrupted([&] {
+            return ::pwrite(descriptor, next, std::min(left, detail::largestTransfer), static_cast<off_t>(at));
+        });
+        if (done <= 0)
+            ThrowCannotWrite(name, SystemReason(done < 0 ? errno : ENOSPC));
         next += done;
         at += static_cast<std::uint64_t>(done);
         left -= static_cast<std::size_t>(done);
@@ -187,15 +192,24 @@ void AtomicFile::WriteAt(std::uint64_t at, const void* bytes, std::size_t count)
     written = std::max(written, at);
 }
 
+std::size_t AtomicFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
+    const ssize_t got = detail::ReadFully(descriptor, at, to, bytes);
+    if (got < 0)
+        ThrowCannotWrite(name, "reading it back failed: " + SystemReason(errno));
+    return static_cast<std::size_t>(got);
+}
+
 void AtomicFile::Commit() {
     const auto fail = [this](int error) {
         Discard();
         ThrowCannotWrite(name, SystemReason(error));
     };
-    if (::fsync(descriptor) != 0)
+    // Whatever takes memory comes before the rename: behind it nothing may fail any more.
+    const std::string folderName = FolderOf(SplitPath(target));
+    if (Uninterrupted([this] { return ::fsync(descriptor); }) != 0)
         fail(errno);
-    // The number is free after close whatever it returns.
-    if (::close(std::exchange(descriptor, -1)) != 0)
+    // The number is free after close whatever it returns; an interruption says nothing of the data, which are flushed.
+    if (::close(std::exchange(descriptor, -1)) != 0 && errno != EINTR)
         fail(errno);
     if (::rename(temporary.c_str(), target.c_str()) != 0)
         fail(errno);
@@ -203,10 +217,9 @@ void AtomicFile::Commit() {
 
     // So that the new name survives a power cut. The file is whole and in its place already, and some file systems
     // have no flush for folders: nothing is to be done when it fails.
-    const PathParts parts = SplitPath(target);
-    const int folder = ::open(parts.folder.empty() ? "." : parts.folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    const int folder = Uninterrupted([&] { return ::open(folderName.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
     if (folder >= 0) {
-        ::fsync(folder);
+        Uninterrupted([folder] { return ::fsync(folder); });
         ::close(folder);
     }
 }

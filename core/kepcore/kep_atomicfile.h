@@ -17,28 +17,29 @@ namespace kep {
 class KEP_EXPORT AtomicFile {
 public:
     /// @param fileName  in the file system's encoding
-    /// @throws IOException "SaveImage(): Cannot write the file '<name>': <reason>"
+    /// @throws IOException "SaveImage(): Cannot write the file '<name>': <reason>"; std::bad_alloc. So do the others.
     explicit AtomicFile(std::string fileName);
     ~AtomicFile();
     AtomicFile(const AtomicFile&) = delete;
     AtomicFile& operator=(const AtomicFile&) = delete;
 
-    /// Appends. @throws IOException
+    /// Appends.
     void Write(const void* bytes, std::size_t count);
-    /// Overwrites at a place in what was written, or behind it. @throws IOException
+    /// Overwrites at a place in what was written, or behind it.
     void WriteAt(std::uint64_t at, const void* bytes, std::size_t count);
-    /// Makes the file appear under its name. Nothing may be written after it. @throws IOException
+    /// Reads back up to `bytes` bytes. @return how many there were
+    std::size_t ReadAt(std::uint64_t at, void* to, std::size_t bytes) const;
+    /// Makes the file appear under its name. Nothing may be written after it. The file is there if and only if nothing
+    /// is thrown.
     void Commit();
 
-    /// The open temporary file, for libraries that write by themselves.
-    int GetDescriptor() const { return descriptor; }
     const std::string& GetTemporaryName() const { return temporary; }
 
 private:
     void Discard() noexcept;
 
-    std::string name;      // as the caller gave it, for messages
-    std::string target;    // with links followed
+    std::string name;   // as the caller gave it, for messages
+    std::string target; // with links followed
     std::string temporary;
     std::uint64_t written = 0;
     int descriptor = -1;

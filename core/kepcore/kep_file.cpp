@@ -7,11 +7,8 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <fcntl.h>
 #include <future>
-#include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 #include <utility>
 
 namespace kep::detail {
@@ -21,43 +18,18 @@ namespace {
 /// Enough for the magic number of a TIFF and the first two lines of an ICS header.
 constexpr std::size_t headBytes = 512;
 
-/// The system reads at most 2 GB at once; whole megabytes keep the next read aligned.
-constexpr std::size_t largestRead = std::size_t{1} << 30;
-
 } // namespace
 
-InputFile::InputFile(std::string fileName) : name(std::move(fileName)) {
-    // Without waiting, as a pipe would never open; the flag means nothing for plain files.
-    descriptor = ::open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK);
-    struct stat status {};
-    if (descriptor >= 0 && (::fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode))) {
-        ::close(descriptor);
-        descriptor = -1;
-    }
-    if (descriptor < 0)
+InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()) {
+    if (!file.IsOpen())
         throw IOException("ReadImage(): Cannot open the file '" + name + "'.");
-    length = static_cast<std::uint64_t>(status.st_size);
-}
-
-InputFile::~InputFile() {
-    ::close(descriptor);
 }
 
 std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
-    std::size_t done = 0;
-    while (done < bytes) {
-        const std::size_t wanted = std::min(bytes - done, largestRead);
-        const ssize_t got = ::pread(descriptor, static_cast<char*>(to) + done, wanted, static_cast<off_t>(at + done));
-        if (got == 0)
-            break;
-        if (got < 0) {
-            if (errno == EINTR)
-                continue;
-            ThrowDamaged(name, "reading failed: " + SystemReason(errno));
-        }
-        done += static_cast<std::size_t>(got);
-    }
-    return done;
+    const std::ptrdiff_t got = file.ReadAt(at, to, bytes);
+    if (got < 0)
+        ThrowDamaged(name, "reading failed: " + SystemReason(errno));
+    return static_cast<std::size_t>(got);
 }
 
 void InputFile::ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const {

@@ -3,6 +3,7 @@
 // Private to the library: what the formats and the frames tell each other.
 
 #include "core/kepcore/kep_fileformat.h"
+#include "core/kepcore/kep_plainfile.h"
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_rgb.h"
 #include "core/kepcore/kep_vector.h"
@@ -71,19 +72,14 @@ public:
     virtual void ReadSlices(std::size_t count, std::byte* to) = 0;
 };
 
-/// A plain file opened for reading. Its descriptor is closed with it.
+/// A plain file with its name, for messages.
 class InputFile {
 public:
-    /// Opens the file without waiting, and refuses what is not a plain file.
     /// @throws IOException "ReadImage(): Cannot open the file '<name>'."
     explicit InputFile(std::string fileName);
-    ~InputFile();
-    InputFile(const InputFile&) = delete;
-    InputFile& operator=(const InputFile&) = delete;
 
-    int GetDescriptor() const { return descriptor; }
     const std::string& GetName() const { return name; }
-    std::uint64_t GetLength() const { return length; }
+    std::uint64_t GetLength() const { return file.GetLength(); }
 
     /// Reads up to `bytes` bytes at `at` and returns how many there were.
     /// @throws IOException when the system fails to read
@@ -95,8 +91,7 @@ public:
 
 private:
     std::string name;
-    int descriptor = -1;
-    std::uint64_t length = 0;
+    PlainFile file;
 };
 
 /// Has `read` called for the bytes from 0 to `bytes`; many of them in two shares, on two threads at once. Copying out

@@ -12,7 +12,6 @@
 #include <memory>
 #include <new>
 #include <tiffio.h>
-#include <unistd.h>
 #include <vector>
 
 namespace kep::detail {
@@ -73,18 +72,21 @@ public:
 private:
     static tmsize_t Read(thandle_t self, void* to, tmsize_t bytes) noexcept {
         auto& channel = *static_cast<Channel*>(self);
-        const ssize_t got = ::pread(channel.file.GetDescriptor(), to, static_cast<std::size_t>(bytes),
-                                    static_cast<off_t>(channel.position));
-        if (got > 0)
-            channel.position += static_cast<std::uint64_t>(got);
-        return got;
+        try {
+            const std::size_t got = channel.file.ReadAt(channel.position, to, static_cast<std::size_t>(bytes));
+            channel.position += got;
+            return static_cast<tmsize_t>(got);
+        } catch (...) {
+            channel.NoteFailure();
+            return -1;
+        }
     }
     static tmsize_t Write(thandle_t self, void* from, tmsize_t bytes) noexcept {
         auto& channel = *static_cast<Channel*>(self);
         try {
             channel.file.WriteAt(channel.position, from, static_cast<std::size_t>(bytes));
         } catch (...) {
-            channel.failure = channel.failure ? channel.failure : std::current_exception();
+            channel.NoteFailure();
             return -1;
         }
         channel.position += static_cast<std::uint64_t>(bytes);
@@ -98,6 +100,12 @@ private:
     }
     static int Close(thandle_t) noexcept { return 0; }
     static toff_t GetSize(thandle_t self) noexcept { return static_cast<Channel*>(self)->length; }
+
+    /// Keeps the exception that is being handled, if it is the first.
+    void NoteFailure() noexcept {
+        if (!failure)
+            failure = std::current_exception();
+    }
 
     static int TakeError(TIFF*, void* self, const char*, const char* format, std::va_list values) noexcept {
         auto& text = static_cast<Channel*>(self)->message;

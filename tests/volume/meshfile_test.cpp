@@ -1,3 +1,4 @@
+#include "tests/support/save_faults.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/ply_reader.h"
@@ -43,6 +44,18 @@ TEST_F(MeshFile, HasAPlainHeaderAndTheBytesThatItPromises) {
     EXPECT_THAT(bytes, StartsWith(header));
     EXPECT_EQ(bytes.size(), header.size() + 6 * 24 + 8 * 13);
     EXPECT_EQ(folder.List(), std::vector<std::string>{"mesh.ply"});
+}
+
+TEST_F(MeshFile, IsTheOldOneOrWholeWhicheverCallFails) {
+    MakeFrame({}, {1, 1, 1});
+    ExpectOldOrWholeAtEveryFault(name, [this] {
+        try {
+            zel::SaveMesh(name, Surface(), frame);
+        } catch (const kep::IOException&) {
+            return false;
+        }
+        return true;
+    });
 }
 
 TEST_F(MeshFile, PlacesTheVoxelWhereThePictureShowsIt) {

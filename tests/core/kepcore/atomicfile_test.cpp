@@ -1,5 +1,6 @@
 #include "core/kepcore/kep_atomicfile.h"
 #include "core/kepcore/kep_exceptions.h"
+#include "tests/support/file_size_limit.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text_of.h"
 
@@ -11,7 +12,6 @@
 #include <fcntl.h>
 #include <functional>
 #include <string>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -51,26 +51,6 @@ pid_t DeadProcess() {
     ::waitpid(child, &status, 0);
     return child;
 }
-
-/// Files grow to so many bytes and no further, as on a full disk.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) : handler(std::signal(SIGXFSZ, SIG_IGN)) {
-        ::getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit now{bytes, before.rlim_max};
-        ::setrlimit(RLIMIT_FSIZE, &now);
-    }
-    ~FileSizeLimit() {
-        ::setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handler);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    void (*handler)(int);
-    rlimit before{};
-};
 
 TEST(AtomicFile, AppearsUnderItsNameOnlyWithTheCommit) {
     const ScratchFolder folder;

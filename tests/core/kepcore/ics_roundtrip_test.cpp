@@ -3,6 +3,7 @@
 #include "core/kepcore/kep_icsgeometry.h"
 #include "tests/core/kepcore/ics_support.h"
 #include "tests/support/comma_locale.h"
+#include "tests/support/file_size_limit.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -10,10 +11,8 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <csignal>
 #include <limits>
 #include <optional>
-#include <sys/resource.h>
 
 namespace ics_test {
 namespace {
@@ -253,14 +252,11 @@ TEST(IcsRoundTrip, AFullDiskLeavesTheOldFile) {
     const Frame frame = MakeFrame({NumberKind::Unsigned, 2}, 1, {300, 300, 3}, 1); // 540,000 bytes of noise
     for (const bool compress : {false, true}) {
         WriteBytes(folder / "a.ics", "old");
-        rlimit before{};
-        ASSERT_EQ(0, ::getrlimit(RLIMIT_FSIZE, &before));
-        const rlimit full{400000, before.rlim_max};
-        const auto handler = std::signal(SIGXFSZ, SIG_IGN);
-        ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &full));
-        const std::string failure = FailureOf([&] { Write(folder / "a.ics", frame, compress); });
-        ASSERT_EQ(0, ::setrlimit(RLIMIT_FSIZE, &before));
-        std::signal(SIGXFSZ, handler);
+        std::string failure;
+        {
+            const FileSizeLimit full(400000);
+            failure = FailureOf([&] { Write(folder / "a.ics", frame, compress); });
+        }
         EXPECT_EQ("SaveImage(): Cannot write the file '" + folder / "a.ics" + "': File too large", failure);
         EXPECT_EQ("old", ReadBytes(folder / "a.ics"));
         EXPECT_EQ(std::vector<std::string>{"a.ics"}, folder.List());

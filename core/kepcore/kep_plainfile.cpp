@@ -1,0 +1,35 @@
+#include "core/kepcore/kep_plainfile.h"
+
+#include "core/kepcore/kep_systemcalls.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+
+namespace kep {
+
+PlainFile::PlainFile(const char* fileName) noexcept {
+    if (fileName == nullptr)
+        return;
+    // Without waiting, as a pipe would never open; the flag means nothing for plain files.
+    descriptor = detail::Uninterrupted([&] { return ::open(fileName, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
+    if (descriptor < 0)
+        return;
+    struct stat status {};
+    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+        length = static_cast<std::uint64_t>(status.st_size);
+    } else {
+        ::close(descriptor);
+        descriptor = -1;
+    }
+}
+
+PlainFile::~PlainFile() {
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+std::ptrdiff_t PlainFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const noexcept {
+    return detail::ReadFully(descriptor, at, to, bytes);
+}
+
+} // namespace kep
