@@ -3,19 +3,18 @@
 #include "core/kepcore/kep_file.h"
 #include "core/kepcore/kep_systemcalls.h"
 #include "core/kepcore/kep_systemerror.h"
+#include "core/kepcore/kep_temporaryname.h"
 
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <cerrno>
-#include <charconv>
 #include <climits>
-#include <csignal>
 #include <ctime>
 #include <dirent.h>
 #include <fcntl.h>
 #include <memory>
-#include <string_view>
+#include <optional>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <utility>
@@ -28,13 +27,14 @@ using detail::SystemReason;
 using detail::ThrowCannotWrite;
 using detail::Uninterrupted;
 
-constexpr int mostLinks = 40;                              // as many as the system itself follows
-constexpr std::time_t staleAge = 60 * 60;                  // seconds
+constexpr int mostLinks = 40; // as many as the system itself follows
 
 struct PathParts {
     std::string folder; ///< with its slash at the end, or empty
     std::string stem;
     std::string suffix; ///< with its dot, or empty
+
+    std::string GetFolder() const { return folder.empty() ? "." : folder; }
 };
 
 PathParts SplitPath(const std::string& path) {
@@ -50,63 +50,23 @@ PathParts SplitPath(const std::string& path) {
     return parts;
 }
 
-std::string FolderOf(const PathParts& parts) {
-    return parts.folder.empty() ? "." : parts.folder;
-}
-
-/// What a temporary file's name begins with. It leaves room for both numbers in the longest name that folders hold.
-std::string TemporaryPrefix(const PathParts& parts) {
-    constexpr std::size_t numbers = 2 * 11;
-    const std::size_t taken = 1 + numbers + parts.suffix.size();
-    const std::size_t room = taken < NAME_MAX ? NAME_MAX - taken : 0;
-    std::string prefix = ".";
-    prefix.append(parts.stem, 0, room).append("-");
-    return prefix;
-}
-
-/// Takes a number off the front of a text.
-bool TakeNumber(std::string_view& text, int& number) {
-    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
-    if (error != std::errc() || number < 0 || text.front() == '-')
-        return false;
-    text.remove_prefix(static_cast<std::size_t>(end - text.data()));
-    return true;
-}
-
-/// The process in the name of a temporary file of this target, or 0 if the name is none.
-pid_t ProcessOfTemporary(std::string_view name, const std::string& prefix, const std::string& suffix) {
-    int process = 0;
-    int number = 0;
-    if (!name.starts_with(prefix))
-        return 0;
-    name.remove_prefix(prefix.size());
-    if (name.empty() || !TakeNumber(name, process) || !name.starts_with('-'))
-        return 0;
-    name.remove_prefix(1);
-    if (name.empty() || !TakeNumber(name, number) || name != suffix)
-        return 0;
-    return process;
-}
-
-/// Removes what killed saves of the same target left. A file whose process lives, or that is young, may be in use:
-/// process numbers come again, and those of another machine on a shared disk say nothing here.
-void RemoveLeftovers(const PathParts& parts) {
+/// Removes what killed saves of the same target left.
+void RemoveLeftovers(const PathParts& parts, const std::string& machine) {
     struct Closer {
         void operator()(DIR* folder) const { ::closedir(folder); }
     };
-    const std::unique_ptr<DIR, Closer> folder(::opendir(FolderOf(parts).c_str()));
+    const std::unique_ptr<DIR, Closer> folder(::opendir(parts.GetFolder().c_str()));
     if (!folder)
         return;
-    const std::string prefix = TemporaryPrefix(parts);
     const std::time_t now = std::time(nullptr);
     while (const dirent* entry = ::readdir(folder.get())) {
-        const pid_t process = ProcessOfTemporary(entry->d_name, prefix, parts.suffix);
-        if (process <= 0 || ::kill(process, 0) == 0 || errno != ESRCH)
+        const std::optional<detail::Writer> writer = detail::ReadTemporaryName(entry->d_name, parts.stem, parts.suffix);
+        if (!writer)
             continue;
         struct stat status {};
         const int at = ::dirfd(folder.get());
         if (::fstatat(at, entry->d_name, &status, AT_SYMLINK_NOFOLLOW) == 0 && S_ISREG(status.st_mode) &&
-            now - status.st_mtime > staleAge)
+            detail::IsLeftover(*writer, now - status.st_mtime, machine))
             ::unlinkat(at, entry->d_name, 0);
     }
 }
@@ -142,19 +102,18 @@ AtomicFile::AtomicFile(std::string fileName) : name(std::move(fileName)) {
     if (exists && ::faccessat(AT_FDCWD, target.c_str(), W_OK, AT_EACCESS) != 0)
         ThrowCannotWrite(name, SystemReason(errno));
 
-    RemoveLeftovers(parts);
+    const detail::Writer writer = detail::GetThisWriter();
+    RemoveLeftovers(parts, writer.machine);
     static std::atomic<unsigned> counter{0};
-    const std::string start = parts.folder + TemporaryPrefix(parts) + std::to_string(::getpid()) + "-";
     do {
-        temporary = start + std::to_string(counter++) + parts.suffix;
+        temporary = parts.folder + detail::MakeTemporaryName(parts.stem, parts.suffix, writer, counter++);
         descriptor =
             Uninterrupted([this] { return ::open(temporary.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666); });
     } while (descriptor < 0 && errno == EEXIST);
     if (descriptor < 0) {
         const int error = errno;
         temporary.clear();
-        ThrowCannotWrite(name, "no file can be made in the folder '" + FolderOf(parts) +
-                                   "': " + SystemReason(error));
+        ThrowCannotWrite(name, "no file can be made in the folder '" + parts.GetFolder() + "': " + SystemReason(error));
     }
     if (exists) {
         // The owner stays where the system lets us, as for root; else the file becomes the user's own.
@@ -205,7 +164,7 @@ void AtomicFile::Commit() {
         ThrowCannotWrite(name, SystemReason(error));
     };
     // Whatever takes memory comes before the rename: behind it nothing may fail any more.
-    const std::string folderName = FolderOf(SplitPath(target));
+    const std::string folderName = SplitPath(target).GetFolder();
     if (Uninterrupted([this] { return ::fsync(descriptor); }) != 0)
         fail(errno);
     // The number is free after close whatever it returns; an interruption says nothing of the data, which are flushed.

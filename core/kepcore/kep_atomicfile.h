@@ -13,7 +13,8 @@ namespace kep {
 /// The bytes go to a temporary file beside the target (a symbolic link is followed first), with the target's
 /// permissions. Commit flushes it to the disk and renames it over the target in one step. Without a Commit, or when
 /// anything fails, the temporary file is removed and the old target stays as it was. A save that was killed leaves a
-/// temporary file; the next save of the same name removes it once its process is gone and it is an hour old.
+/// temporary file, whose name tells the machine and the process; the next save of the same name removes it, or, where
+/// it is another machine's on a shared disk, the first one an hour later.
 class KEP_EXPORT AtomicFile {
 public:
     /// @param fileName  in the file system's encoding

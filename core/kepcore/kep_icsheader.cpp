@@ -1,6 +1,7 @@
 #include "core/kepcore/kep_icsheader.h"
 
 #include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_text.h"
 
 #include <algorithm>
 #include <charconv>
@@ -57,15 +58,6 @@ std::vector<std::string> SplitWords(std::string_view line, char separator) {
     while (!words.empty() && words.back().empty())
         words.pop_back();
     return words;
-}
-
-/// A word of the file as a message can show it.
-std::string Quote(std::string_view word) {
-    constexpr std::size_t longest = 60;
-    std::string quoted = "'";
-    for (const char c : word.substr(0, longest))
-        quoted += c >= ' ' && c <= '~' ? c : '?';
-    return quoted + (word.size() > longest ? "...'" : "'");
 }
 
 /// Reads one header; the fields hold what the lines so far have said.

@@ -58,7 +58,8 @@ TEST(AtomicFile, AppearsUnderItsNameOnlyWithTheCommit) {
     file.Write("abc", 3);
     EXPECT_FALSE(std::filesystem::exists(folder / "a.tif"));
     EXPECT_TRUE(std::filesystem::exists(file.GetTemporaryName()));
-    EXPECT_THAT(file.GetTemporaryName(), StartsWith(folder / (".a-" + std::to_string(::getpid()) + "-")));
+    EXPECT_THAT(file.GetTemporaryName(), StartsWith(folder / ".a-"));
+    EXPECT_THAT(file.GetTemporaryName(), HasSubstr("-" + std::to_string(::getpid()) + "-"));
     file.Commit();
     EXPECT_EQ("abc", ReadBytes(folder / "a.tif"));
     EXPECT_THAT(folder.List(), ElementsAre("a.tif"));
@@ -251,42 +252,64 @@ TEST(AtomicFile, AKilledSaveLeavesTheOldFileAndTheNextOneCleansUp) {
     EXPECT_EQ("old", ReadBytes(folder / "a.ics"));
     ASSERT_EQ(2U, folder.List().size());
     const std::string left = folder.List()[0];
-    EXPECT_THAT(left, StartsWith(".a-" + std::to_string(child) + "-"));
+    EXPECT_THAT(left, HasSubstr("-" + std::to_string(child) + "-"));
 
-    Save(folder / "a.ics", "second"); // the leftover is young: perhaps another machine's
-    EXPECT_THAT(folder.List(), ElementsAre(left, "a.ics"));
-    MakeOlder(folder / left, 3700);
-    Save(folder / "a.ics", "third");
+    Save(folder / "a.ics", "second");
     EXPECT_THAT(folder.List(), ElementsAre("a.ics"));
-    EXPECT_EQ("third", ReadBytes(folder / "a.ics"));
+    EXPECT_EQ("second", ReadBytes(folder / "a.ics"));
 }
 
 TEST(AtomicFile, RemovesNothingButLeftoversOfTheSameName) {
     const ScratchFolder folder;
-    const std::string dead = std::to_string(DeadProcess());
-    const std::vector<std::string> others = {
-        ".a-" + std::to_string(::getpid()) + "-5000.tif", // of a living process
-        ".a-" + dead + "-1.ics",                          // other suffix
-        ".ab-" + dead + "-1.tif",                         // other stems
-        ".a-b-" + dead + "-1.tif",
-        ".a-" + dead + "-1-2.tif",
-        ".a-" + dead + "-.tif",
-        ".a-" + dead + ".tif",
-        ".a--" + dead + "-1.tif",
-        ".a-99999999999999999999-1.tif",
-        ".a-0-1.tif",
-        "a-" + dead + "-1.tif",
-    };
-    for (const std::string& name : others) {
-        WriteBytes(folder / name, "x");
-        MakeOlder(folder / name, 100000);
+    std::string own;
+    {
+        const kep::AtomicFile file(folder / "a.tif");
+        own = std::filesystem::path(file.GetTemporaryName()).filename();
     }
-    WriteBytes(folder / (".a-" + dead + "-1.tif"), "x");
-    MakeOlder(folder / (".a-" + dead + "-1.tif"), 100000);
+    // ".a-machine-process-start-number.tif" of this process, which lives; the same of one that does not.
+    const std::string machine = own.substr(3, own.find('-', 3) - 3);
+    const std::string living = own.substr(3 + machine.size());
+    const std::string dead = "-" + std::to_string(DeadProcess()) + "-1-0.tif";
+    const auto write = [&folder](const std::string& name, std::time_t age) {
+        WriteBytes(folder / name, "x");
+        MakeOlder(folder / name, age);
+    };
+    const std::vector<std::string> old = {
+        ".a-" + machine + living,   ".a-" + machine + dead + "f", ".ab-" + machine + dead, ".a-b-" + machine + dead,
+        ".a-" + machine + "-1.tif", ".a-elsewhere.tif",           "a-" + machine + dead,
+    };
+    for (const std::string& name : old)
+        write(name, 100000);
+    write(".a-elsewhere" + living, 3000); // another machine's may be at work for an hour
+    std::filesystem::create_directory(folder / (".a-" + machine + "-7-1-1.tif"));
+
+    write(".a-" + machine + dead, 0); // these three go
+    write(".a-elsewhere" + living.substr(0, living.rfind('-')) + "-1.tif", 3700);
+    write(".a-elsewhere" + dead, 3700);
     Save(folder / "a.tif", "new");
-    std::vector<std::string> expected = others;
+    std::vector<std::string> expected = old;
+    expected.push_back(".a-elsewhere" + living);
+    expected.push_back(".a-" + machine + "-7-1-1.tif");
     expected.push_back("a.tif");
     EXPECT_THAT(folder.List(), ::testing::UnorderedElementsAreArray(expected));
+}
+
+TEST(AtomicFile, LeavesTheFileOfALivingProcessAlone) {
+    const ScratchFolder folder;
+    kep::AtomicFile file(folder / "a.tif");
+    file.Write("first", 5);
+    MakeOlder(file.GetTemporaryName(), 1'000'000);
+    const pid_t child = ::fork(); // another process of this machine saves the same name
+    if (child == 0) {
+        Save(folder / "a.tif", "second");
+        ::_exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(child, ::waitpid(child, &status, 0));
+    EXPECT_EQ("second", ReadBytes(folder / "a.tif"));
+    file.Commit();
+    EXPECT_EQ("first", ReadBytes(folder / "a.tif"));
+    EXPECT_THAT(folder.List(), ElementsAre("a.tif"));
 }
 
 } // namespace
