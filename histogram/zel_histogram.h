@@ -79,15 +79,17 @@ public:
     /// The same layout: sizes, first and last centers. The counters are left out on purpose.
     bool operator==(const Histogram& other) const;
 
-    /// Reads a histogram file as Save writes it.
-    /// @return false if the file can't be read, is of another element type, holds no sound layout or asks for more
-    ///         memory than there is: nothing has changed then. Also false if a counter is wrong or missing: the layout
-    ///         is then the file's, with the counters read so far.
+    /// Reads a histogram file as Save writes it, of at most 2^25 bins. Memory is taken only for what a file of that
+    /// length can hold: a counter takes two bytes or more.
+    /// @return false if the file can't be read or is no plain file, is of another element type, holds no sound layout,
+    ///         promises more counters or bins than that, or asks for more memory than there is: nothing has changed
+    ///         then. Also false if a counter is wrong or missing: the layout is then the file's, with the counters read
+    ///         so far.
     bool Load(const wxString& fileName);
     /// Writes a text file: the name of T; the number of bins with the first and the last one that is not zero; the
     /// first and the last center; the counters from the first to the last bin that is not zero. Centers of float have
-    /// 6 digits. A file that stands there is replaced.
-    /// @return false if the file could not be written, or without bins: no file is made then
+    /// 6 digits. The file appears under its name only when it is whole; what stood there is replaced then.
+    /// @return false if the file could not be written, or without bins: what stood there stays
     bool Save(const wxString& fileName) const;
 
 private:

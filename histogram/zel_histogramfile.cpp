@@ -1,8 +1,14 @@
 #include "histogram/zel_histogram.h"
+#include "image/kep.h"
 
-#include <fstream>
+#include <array>
+#include <charconv>
+#include <istream>
 #include <locale>
 #include <new>
+#include <sstream>
+#include <streambuf>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
@@ -25,6 +31,30 @@ constexpr std::string_view typeName<float> = "float";
 /// How a center stands in a file: a number also where T is a character to the streams.
 template <typename T>
 using Written = std::conditional_t<std::is_same_v<T, unsigned char>, int, T>;
+
+/// The most bins of a file: 2^25, which take 384 MB with centers of 4 bytes.
+constexpr std::size_t mostBins = std::size_t{1} << 25;
+
+/// The bytes of a plain file for a stream.
+class FileBuffer final : public std::streambuf {
+public:
+    explicit FileBuffer(const kep::PlainFile& from) : file(from) {}
+
+protected:
+    int_type underflow() override {
+        const std::ptrdiff_t got = file.ReadAt(at, block.data(), block.size());
+        if (got < 0)
+            throw std::ios_base::failure("reading failed"); // which the stream turns into its bad state
+        at += static_cast<std::uint64_t>(got);
+        setg(block.data(), block.data(), block.data() + got);
+        return got > 0 ? traits_type::to_int_type(block[0]) : traits_type::eof();
+    }
+
+private:
+    const kep::PlainFile& file;
+    std::uint64_t at = 0;
+    std::array<char, 65536> block;
+};
 
 bool ReadTypeName(std::istream& in, std::string_view expected) {
     char line[100];
@@ -74,47 +104,98 @@ bool ReadCounter(std::istream& in, std::size_t& counter) {
     return true;
 }
 
+/// What stands in front of the counters.
+template <typename T>
+struct Layout {
+    std::size_t count = 0;
+    std::size_t first = 0; ///< the stored stretch
+    std::size_t last = 0;
+    T left{}; ///< centers
+    T right{};
+};
+
+template <typename T>
+bool ReadLayout(std::istream& in, Layout<T>& layout) {
+    return ReadTypeName(in, typeName<T>) && ReadNumber(in, layout.count, false) &&
+           ReadNumber(in, layout.first, false) && ReadNumber(in, layout.last, false) && ReadCenter(in, layout.left) &&
+           ReadCenter(in, layout.right);
+}
+
+/// The layout makes sense, and a file of so many bytes can hold its counters, each with the blank behind it.
+template <typename T>
+bool IsSound(const Layout<T>& layout, std::uint64_t fileLength) {
+    return layout.count <= mostBins && layout.first <= layout.last && layout.last < layout.count &&
+           layout.last - layout.first + 1 <= fileLength / 2;
+}
+
+template <typename T>
+std::string FormatLayout(const Layout<T>& layout) {
+    std::ostringstream out;
+    out.imbue(std::locale::classic());
+    out << typeName<T> << '\n' << layout.count << ' ' << layout.first << ' ' << layout.last << " \n";
+    out << static_cast<Written<T>>(layout.left) << ' ' << static_cast<Written<T>>(layout.right) << '\n';
+    return std::move(out).str();
+}
+
+/// Writes each counter with a blank behind it.
+void WriteCounters(kep::AtomicFile& file, const std::size_t* first, const std::size_t* last) {
+    constexpr std::size_t longest = 21; // 20 digits and the blank
+    std::array<char, 65536> block;
+    char* const end = block.data() + block.size();
+    char* to = block.data();
+    const auto flush = [&] {
+        file.Write(block.data(), static_cast<std::size_t>(to - block.data()));
+        to = block.data();
+    };
+    for (const std::size_t* counter = first; counter <= last; ++counter) {
+        if (static_cast<std::size_t>(end - to) < longest)
+            flush();
+        to = std::to_chars(to, end, *counter).ptr;
+        *to++ = ' ';
+    }
+    flush();
+}
+
 } // namespace
 
 template <typename T>
-bool Histogram<T>::Load(const wxString& fileName) {
-    std::ifstream in(fileName.fn_str());
+bool Histogram<T>::Load(const wxString& fileName) try {
+    const kep::PlainFile file(fileName.fn_str());
+    if (!file.IsOpen())
+        return false;
+    FileBuffer buffer(file);
+    std::istream in(&buffer);
     in.imbue(std::locale::classic());
-    if (!in || !ReadTypeName(in, typeName<T>))
+    Layout<T> layout;
+    if (!ReadLayout(in, layout) || !IsSound(layout, file.GetLength()))
         return false;
-    std::size_t n = 0, first = 0, last = 0;
-    T left{}, right{};
-    if (!ReadNumber(in, n, false) || !ReadNumber(in, first, false) || !ReadNumber(in, last, false) ||
-        !ReadCenter(in, left) || !ReadCenter(in, right) || first > last || last >= n)
-        return false;
-    try {
-        Init(left, right, n);
-    } catch (const std::bad_alloc&) {
-        return false;
-    }
-    for (std::size_t i = first; i <= last; ++i) {
+    Init(layout.left, layout.right, layout.count);
+    for (std::size_t i = layout.first; i <= layout.last; ++i) {
         if (!ReadCounter(in, bins[i]))
             return false;
     }
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 template <typename T>
-bool Histogram<T>::Save(const wxString& fileName) const {
+bool Histogram<T>::Save(const wxString& fileName) const try {
     if (empty())
         return false;
-    std::ofstream out(fileName.fn_str());
-    if (!out)
-        return false;
-    out.imbue(std::locale::classic());
+    const wxCharBuffer name(fileName.fn_str());
     const std::size_t first = FindFirstNonZero();
     const std::size_t last = bins[first] == 0 ? first : FindLastNonZero();
-    out << typeName<T> << '\n' << count << ' ' << first << ' ' << last << " \n";
-    out << static_cast<Written<T>>(GetLeftCenter()) << ' ' << static_cast<Written<T>>(GetRightCenter()) << '\n';
-    for (std::size_t i = first; i <= last; ++i)
-        out << bins[i] << ' ';
-    out.close();
-    return static_cast<bool>(out);
+    const std::string layout = FormatLayout(Layout<T>{count, first, last, GetLeftCenter(), GetRightCenter()});
+    kep::AtomicFile file(name.data() != nullptr ? name.data() : "");
+    file.Write(layout.data(), layout.size());
+    WriteCounters(file, bins.get() + first, bins.get() + last);
+    file.Commit();
+    return true;
+} catch (const kep::IOException&) {
+    return false;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
