@@ -1,12 +1,11 @@
 #include "mapping/zel_palette.h"
 
-#include <wx/convauto.h>
-#include <wx/filefn.h>
-#include <wx/log.h>
-#include <wx/textfile.h>
+#include "mapping/zel_firstlines.h"
+
 #include <wx/tokenzr.h>
 
-#include <algorithm>
+#include <new>
+#include <optional>
 
 namespace zel {
 
@@ -89,21 +88,19 @@ void CreatePalette(long kind, Palette& palette) {
     }
 }
 
-bool LoadPalette(Palette& palette, const wxString& file_name) {
-    wxTextFile file;
-    {
-        const wxLogNull quiet; // a file that is not there is answered by the result alone
-        // A folder would make the toolkit ask for more memory than there is.
-        if (!wxFileExists(file_name) || !file.Open(file_name, wxConvAuto()))
-            return false;
-    }
-    palette.resize(std::min(file.GetLineCount(), levels));
+bool LoadPalette(Palette& palette, const wxString& file_name) try {
+    constexpr std::size_t longestLine = 4096; // behind the third number is nothing that counts
+    std::optional<std::vector<wxString>> lines = ReadFirstLines(file_name, levels, longestLine);
+    if (!lines)
+        return false;
+    palette.resize(lines->size());
     for (std::size_t i = 0; i < palette.size(); ++i) {
-        wxString line = file[i];
-        if (!ReadColour(line.Trim(true).Trim(false), palette[i]))
+        if (!ReadColour((*lines)[i].Trim(true).Trim(false), palette[i]))
             return false;
     }
     return true;
+} catch (const std::bad_alloc&) {
+    return false;
 }
 
 } // namespace zel

@@ -1,10 +1,13 @@
 #include "mapping/zel_palette.h"
 #include "tests/mapping/counted.h"
+#include "tests/support/failing_memory.h"
+#include "tests/support/peak_memory.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
+#include <sys/stat.h>
 
 using namespace zel;
 using namespace zel::test;
@@ -194,4 +197,45 @@ TEST_F(PaletteFile, AFileThatCannotBeOpenedIsRefusedWithoutAWord) {
     EXPECT_FALSE(LoadPalette(palette, wxString::FromUTF8(folder.GetPath())));
     EXPECT_FALSE(LoadPalette(palette, ""));
     EXPECT_TRUE(palette == (Palette{{7, 7, 7}, {8, 8, 8}}));
+}
+
+TEST_F(PaletteFile, NoMoreIsTakenThanTheLinesThatCount) {
+    const std::string name = folder / "palette.pal";
+    const auto load = [&](const std::string& contents) {
+        WriteBytes(name, contents);
+        const std::size_t before = PeakMemory();
+        const bool loaded = LoadPalette(palette, wxString::FromUTF8(name));
+        EXPECT_LT(PeakMemory(), before + (std::size_t{8} << 20));
+        return loaded;
+    };
+    EXPECT_TRUE(load(Lines("1 2 3", 4'000'000))); // 24 MB
+    EXPECT_EQ(palette.size(), 256U);
+    // Behind the third number anything may stand, of any length.
+    EXPECT_TRUE(load("1 2 3 " + std::string(20'000'000, 'x') + "\n4 5 6\n"));
+    EXPECT_TRUE(palette == (Palette{{1, 2, 3}, {4, 5, 6}}));
+    EXPECT_FALSE(load(std::string(20'000'000, '1')));
+}
+
+TEST_F(PaletteFile, LackOfMemoryIsToldByTheResult) {
+    const std::string name = folder / "palette.pal";
+    WriteBytes(name, Lines("1 2 3", 300));
+    const wxString fileName = wxString::FromUTF8(name);
+    bool failed = true;
+    for (std::size_t number = 0; failed; ++number) {
+        bool loaded = true;
+        {
+            const FailingMemory memory(number);
+            EXPECT_NO_THROW(loaded = LoadPalette(palette, fileName)) << number;
+            failed = memory.HasFailed();
+        }
+        ASSERT_EQ(loaded, !failed) << number;
+    }
+    EXPECT_EQ(palette.size(), 256U);
+}
+
+TEST_F(PaletteFile, APipeIsRefusedAtOnce) {
+    const std::string name = folder / "pipe.pal";
+    ASSERT_EQ(::mkfifo(name.c_str(), 0600), 0);
+    EXPECT_FALSE(LoadPalette(palette, wxString::FromUTF8(name)));
+    EXPECT_EQ(palette.size(), 2U);
 }
