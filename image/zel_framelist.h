@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <memory>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -160,9 +161,9 @@ inline wxString MakeFrameFileName(const char* prefix, int digits, const char* su
     return decode(prefix) + wxString::Format(format, i) + decode(suffix);
 }
 
-/// What SaveSequence does, after its tests.
+/// What SaveSequence does, after its tests. Warns in the log of what a file lacks.
 /// @param fault  result of TestConsistency
-/// @param save   called with each frame and the name of its file
+/// @param save   called with each frame and the name of its file; returns what the file lacks of the frame
 /// @throws kep::InternalException; what `save` throws
 template <typename Frame, typename Save>
 void SaveFrames(const std::vector<Frame*>& frames, const char* prefix, int digits, const char* suffix, int startIndex,
@@ -174,7 +175,9 @@ void SaveFrames(const std::vector<Frame*>& frames, const char* prefix, int digit
     for (int i = startIndex; i <= stopIndex; ++i) {
         const wxString name = MakeFrameFileName(prefix, digits, suffix, i);
         wxLogMessage("%s", "Saving: " + name);
-        save(*frames[static_cast<std::size_t>(i)], name.fn_str());
+        const std::string loss = save(*frames[static_cast<std::size_t>(i)], name.fn_str());
+        if (!loss.empty())
+            wxLogWarning("%s", name + ": " + wxString::FromUTF8(loss));
     }
 }
 

@@ -222,7 +222,7 @@ public:
 
     /// Writes the frames StartIndex to StopIndex, both included, each to the file prefix + number + suffix. The number
     /// is the frame's own, padded with zeros to `digits` places. The suffix chooses the format (".ics", ".tif").
-    /// The indexes are not tested.
+    /// The indexes are not tested. Where a format can't hold all of a frame's description, a warning is logged.
     /// @param prefix, suffix  UTF-8
     /// @throws kep::InternalException wrong order of indexes, an inconsistent image or a name that is not UTF-8: no
     ///         file was written; kep::IOException

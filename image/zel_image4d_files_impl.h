@@ -65,7 +65,7 @@ void Image4d<T>::ReadSequence_Next(const wxArrayString& Names, bool binary) {
 template <typename T>
 void Image4d<T>::SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex, int StopIndex) const {
     const auto save = [](const Frame& frame, const char* name) {
-        frame.SaveImage(name, kep::FF_BY_NAME, true, nullptr);
+        return frame.SaveImage(name, kep::FF_BY_NAME, true, nullptr);
     };
     detail::SaveFrames(frames, prefix, digits, suffix, StartIndex, StopIndex, TestConsistency(), save);
 }

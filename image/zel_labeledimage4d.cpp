@@ -118,7 +118,7 @@ void LabeledImage4d<L, V>::ReadSequence_Next(const wxArrayString& Names) {
 template <typename L, typename V>
 void LabeledImage4d<L, V>::SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex,
                                         int StopIndex) const {
-    const auto save = [](const Frame& frame, const char* name) { frame.SaveImage(name, kep::FF_LABELED); };
+    const auto save = [](const Frame& frame, const char* name) { return frame.SaveImage(name, kep::FF_LABELED); };
     detail::SaveFrames(frames, prefix, digits, suffix, StartIndex, StopIndex, TestConsistency(), save);
 }
 

@@ -302,8 +302,8 @@ void LabeledImage3d<L, V>::CreateRegionsOfLabels(const Image3d<V>& image) {
 }
 
 template <typename L, typename V>
-void LabeledImage3d<L, V>::SaveImage(const char* fileName, FileFormat format) const {
-    Image3d<L>::SaveImage(fileName, format, true, nullptr);
+std::string LabeledImage3d<L, V>::SaveImage(const char* fileName, FileFormat format) const {
+    return Image3d<L>::SaveImage(fileName, format, true, nullptr);
 }
 
 #define KEP_INSTANTIATE(L, V) template class LabeledImage3d<L, V>;

@@ -68,8 +68,9 @@ public:
     /// Writes the labels as 16-bit numbers, packed, into a file that appears only when it is whole. The table is not
     /// written: CreateRegionsOfLabels makes it anew.
     /// @param fileName  in the file system's encoding
+    /// @return what the file lacks of the description, as Image3d's
     /// @throws IOException
-    void SaveImage(const char* fileName, FileFormat format) const;
+    std::string SaveImage(const char* fileName, FileFormat format) const;
 
     std::map<L, Component> components; ///< the table, by label
 

@@ -1,10 +1,13 @@
 #pragma once
 
-// Private to the library: the lines that a TIFF description carries beside those that other programs know.
+// Private to the library: the lines that a TIFF description carries beside those that other programs know, and how a
+// frame's description is made to fit into a file.
 
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_vector.h"
 
+#include <cstddef>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -35,8 +38,30 @@ struct OwnLines {
 std::string FormatOwnLines(const Vector3d<float>& resolution, const Vector3d<float>& offset,
                            const std::map<std::string, std::string>& entries);
 
+/// Bytes of the line that an entry takes there.
+std::size_t GetOwnLineBytes(std::string_view key, std::string_view value);
+
 /// Picks the own lines out of a description. Lines that are damaged are left out.
 OwnLines ParseOwnLines(std::string_view text);
+
+/// As much of a description as a file holds.
+struct FittedDescription {
+    std::map<std::string, std::string> entries;
+    std::string notice; ///< a sentence for the user, in ASCII, on what was cut or left out; empty if nothing was
+};
+
+/// How much room a file has for a description.
+struct DescriptionRoom {
+    std::string file;             ///< with its article, for the notice
+    std::size_t bytes = 0;        ///< for all entries together
+    std::size_t longestValue = 0; ///< bytes of one value
+    /// Bytes that an entry takes; no fewer where the value is longer. More than there are of memory: it can't be held.
+    std::function<std::size_t(const std::string& key, std::string_view value)> getBytes;
+};
+
+/// Makes a description fit. Entries that take less room come first, as they are; the first one that there is no room
+/// for is cut, between two characters, and the others are left out.
+FittedDescription FitDescription(const std::map<std::string, std::string>& entries, const DescriptionRoom& room);
 
 /// Nine significant digits at most, without a trailing zero, whatever the locale.
 std::string FormatNineDigits(double value);

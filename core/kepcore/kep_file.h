@@ -114,8 +114,9 @@ struct FrameToWrite {
     const std::byte* voxels = nullptr;
     bool compress = false;
 };
-void WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame);
-void WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame);
+/// @return a sentence for the user on what the file lacks of the description; empty if it has all of it
+std::string WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame);
+std::string WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame);
 
 /// Texts of the exceptions, in one place.
 [[noreturn]] void ThrowDamaged(const std::string& fileName, const std::string& what);

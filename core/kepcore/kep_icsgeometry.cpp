@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <optional>
 
@@ -185,8 +186,24 @@ IcsAxisTexts MakeIcsAxisTexts(float resolution, float offset) {
     return {FormatNumber(offset), FormatNumber(1.0 / static_cast<double>(resolution)), "micrometers"};
 }
 
-std::vector<std::pair<std::string, std::string>> MakeIcsHistory(const FrameHeader& frame) {
-    std::vector<std::pair<std::string, std::string>> history;
+IcsHistory MakeIcsEntry(std::string_view name, std::string_view value) {
+    std::string key(name); // which must stay on one line and end before the value
+    std::replace_if(
+        key.begin(), key.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
+    if (key == resolutionKey || key == offsetKey)
+        return {};
+    IcsHistory lines;
+    for (;;) {
+        const std::size_t end = value.find('\n');
+        lines.emplace_back(key, value.substr(0, end));
+        if (end == std::string_view::npos)
+            return lines;
+        value.remove_prefix(end + 1);
+    }
+}
+
+IcsHistory MakeIcsHistory(const FrameHeader& frame) {
+    IcsHistory history;
     const Vector3d<float> res = frame.resolution.GetRes();
     const Triple resolution = {res.x, res.y, res.z};
     const Triple offset = {frame.offset.x, frame.offset.y, frame.offset.z};
@@ -200,21 +217,8 @@ std::vector<std::pair<std::string, std::string>> MakeIcsHistory(const FrameHeade
     if (offsetRead != offset)
         history.emplace_back(offsetKey, FormatTriple(offset));
 
-    for (const auto& [name, value] : frame.description) {
-        std::string key = name; // which must stay on one line and end before the value
-        std::replace_if(
-            key.begin(), key.end(), [](char c) { return c == '\t' || c == '\n'; }, ' ');
-        if (key == resolutionKey || key == offsetKey)
-            continue;
-        std::size_t at = 0;
-        for (;;) {
-            const std::size_t end = value.find('\n', at);
-            history.emplace_back(key, value.substr(at, end - at));
-            if (end == std::string::npos)
-                break;
-            at = end + 1;
-        }
-    }
+    for (const auto& [key, value] : frame.description)
+        std::ranges::move(MakeIcsEntry(key, value), std::back_inserter(history));
     return history;
 }
 

@@ -7,6 +7,7 @@
 #include "core/kepcore/kep_icsheader.h"
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kep::detail {
@@ -27,8 +28,14 @@ struct IcsAxisTexts {
 /// @param offset      microns
 IcsAxisTexts MakeIcsAxisTexts(float resolution, float offset);
 
-/// The history of a written file, key and value a line: the description, and lines of our own for those numbers that
-/// the standard fields cannot give back exactly. A value of several lines becomes several entries with one key.
-std::vector<std::pair<std::string, std::string>> MakeIcsHistory(const FrameHeader& frame);
+/// Lines of a written file's history, key and value each.
+using IcsHistory = std::vector<std::pair<std::string, std::string>>;
+
+/// The history of a written file: the description, and lines of our own for those numbers that the standard fields
+/// cannot give back exactly. A value of several lines becomes several entries with one key.
+IcsHistory MakeIcsHistory(const FrameHeader& frame);
+
+/// The lines of one entry of the description; none if its key is that of a line of our own.
+IcsHistory MakeIcsEntry(std::string_view key, std::string_view value);
 
 } // namespace kep::detail

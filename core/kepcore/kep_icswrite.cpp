@@ -1,4 +1,5 @@
 #include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/kep_description.h"
 #include "core/kepcore/kep_file.h"
 #include "core/kepcore/kep_icsgeometry.h"
 #include "core/kepcore/kep_icsheader.h"
@@ -9,11 +10,14 @@
 #include <cstring>
 #include <deque>
 #include <future>
+#include <limits>
+#include <map>
 #include <new>
 #include <string>
 #include <string_view>
 #include <system_error>
 #include <thread>
+#include <utility>
 #include <vector>
 #include <zlib.h>
 
@@ -172,8 +176,19 @@ std::vector<std::string> ByteOrderTexts(const SampleType& sample) {
     return texts;
 }
 
-std::string MakeHeader(const std::string& fileName, const FrameToWrite& frame) {
-    const FrameHeader& about = frame.header;
+std::string FormatHistory(const IcsHistory& history) {
+    std::string lines;
+    for (const auto& [key, value] : history) {
+        // Read back, a line without a key comes under this one.
+        if (key == "history" && value.find('\t') == std::string::npos)
+            AddLine(lines, "history", value, {});
+        else
+            AddLine(lines, "history", key, {value});
+    }
+    return lines;
+}
+
+std::string MakeHeader(const std::string& fileName, const FrameHeader& about, bool compress) {
     const std::string bits = std::to_string(8 * about.sample.GetSampleBytes());
     const Vector3d<float> res = about.resolution.GetRes();
     const IcsAxisTexts x = MakeIcsAxisTexts(res.x, about.offset.x);
@@ -206,23 +221,30 @@ std::string MakeHeader(const std::string& fileName, const FrameToWrite& frame) {
     AddLine(header, "layout", "significant_bits", {bits});
     AddLine(header, "representation", "format", {FormatName(about.sample)});
     AddLine(header, "representation", "sign", {isUnsigned ? "unsigned" : "signed"});
-    AddLine(header, "representation", "compression", {frame.compress ? "gzip" : "uncompressed"});
+    AddLine(header, "representation", "compression", {compress ? "gzip" : "uncompressed"});
     AddLine(header, "representation", "byte_order", ByteOrderTexts(about.sample));
     AddLine(header, "parameter", "origin", origins);
     AddLine(header, "parameter", "scale", scales);
     AddLine(header, "parameter", "units", units);
     AddLine(header, "parameter", "labels", labels);
-    for (const auto& [key, value] : MakeIcsHistory(about)) {
-        // Read back, a line without a key comes under this one.
-        if (key == "history" && value.find('\t') == std::string::npos)
-            AddLine(header, "history", value, {});
-        else
-            AddLine(header, "history", key, {value});
-    }
+    header += FormatHistory(MakeIcsHistory(about));
     header += "end\n";
-    if (header.size() > largestIcsHeader)
-        ThrowCannotWrite(fileName, "its description is too long for an ICS header");
     return header;
+}
+
+/// Makes a description fit into the header that readers take.
+/// @param taken  bytes of the header without it
+FittedDescription FitIcsDescription(const std::map<std::string, std::string>& entries, std::size_t taken) {
+    static constexpr std::size_t anyLength = std::numeric_limits<std::size_t>::max();
+    DescriptionRoom room;
+    room.file = "an ICS file";
+    room.bytes = largestIcsHeader - std::min(taken, largestIcsHeader);
+    room.longestValue = anyLength;
+    room.getBytes = [](const std::string& key, std::string_view value) {
+        const IcsHistory lines = MakeIcsEntry(key, value);
+        return lines.empty() ? anyLength : FormatHistory(lines).size();
+    };
+    return FitDescription(entries, room);
 }
 
 /// Writes the components one behind the other, each as a volume of its own.
@@ -263,12 +285,17 @@ void WriteVoxels(const FrameToWrite& frame, IcsOutput& out) {
 
 } // namespace
 
-void WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame) {
+std::string WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame) {
     if (frame.header.sample.kind == NumberKind::ComplexSigned)
         ThrowCannotWrite(fileName, "the format knows no complex numbers of integers");
     if (frame.header.components == 3 && frame.header.sample.IsComplex())
         ThrowCannotWrite(fileName, "the format knows no colour of complex numbers");
-    const std::string header = MakeHeader(fileName, frame);
+    FrameHeader about = frame.header;
+    about.description.clear();
+    FittedDescription fitted =
+        FitIcsDescription(frame.header.description, MakeHeader(fileName, about, frame.compress).size());
+    about.description.swap(fitted.entries);
+    const std::string header = MakeHeader(fileName, about, frame.compress);
     AtomicFile file(fileName);
     file.Write(header.data(), header.size());
     if (frame.compress) {
@@ -280,6 +307,7 @@ void WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame) {
         WriteVoxels(frame, out);
     }
     file.Commit();
+    return std::move(fitted.notice);
 }
 
 } // namespace kep::detail

@@ -61,11 +61,13 @@ public:
                    const Vector3d<float>* offset, const Resolution* res);
 
     /// Writes the frame, or a box of it. The file appears under its name only when it is whole; until then, and
-    /// after any failure, what stood there stays.
+    /// after any failure, what stood there stays. A description that is longer than the format holds is cut; all else
+    /// comes back as it is, or the frame is refused.
     /// @param fileName  in the file system's encoding
     /// @param compress  gzip in ICS, deflate in TIFF; else plain
-    /// @throws IOException
-    void SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const;
+    /// @return a sentence for the user on what the file lacks of the description; empty if it has all of it
+    /// @throws IOException; std::bad_alloc when there is not even memory for its text
+    std::string SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const;
 
     /// Gives the frame x * y * z voxels. What they hold is not promised, except that a new block is zeroed; a frame
     /// that has this size already keeps its block.

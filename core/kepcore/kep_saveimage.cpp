@@ -52,7 +52,7 @@ std::valarray<unsigned char> MakeBlackAndWhite(const Image3d<bool>& frame) {
 }
 
 template <typename T>
-void WriteFrame(const std::string& name, FileFormat format, bool compress, const Image3d<T>& frame) {
+std::string WriteFrame(const std::string& name, FileFormat format, bool compress, const Image3d<T>& frame) {
     constexpr detail::TargetType type = detail::targetType<T>;
     detail::FrameToWrite toWrite;
     toWrite.header.format = format;
@@ -72,20 +72,20 @@ void WriteFrame(const std::string& name, FileFormat format, bool compress, const
     } else {
         toWrite.voxels = reinterpret_cast<const std::byte*>(frame.begin());
     }
-    format == FF_ICS ? detail::WriteIcsFrame(name, toWrite) : detail::WriteTiffFrame(name, toWrite);
+    return format == FF_ICS ? detail::WriteIcsFrame(name, toWrite) : detail::WriteTiffFrame(name, toWrite);
 }
 
 } // namespace
 
 template <typename T>
-void Image3d<T>::SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const {
+std::string Image3d<T>::SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const {
     const std::string name = fileName != nullptr ? fileName : "";
     const FileFormat chosen = ChooseFormat(name, format);
     if (IsEmpty() || (voi != nullptr && voi->IsEmpty()))
         throw IOException("SaveImage(): The image has no voxels.");
     try {
-        voi != nullptr ? WriteFrame(name, chosen, compress, Image3d(*this, voi))
-                       : WriteFrame(name, chosen, compress, *this);
+        return voi != nullptr ? WriteFrame(name, chosen, compress, Image3d(*this, voi))
+                              : WriteFrame(name, chosen, compress, *this);
     } catch (const IOException&) {
         throw;
     } catch (const LibException& error) {
@@ -97,7 +97,8 @@ void Image3d<T>::SaveImage(const char* fileName, FileFormat format, bool compres
     }
 }
 
-#define KEP_INSTANTIATE(T) template void Image3d<T>::SaveImage(const char*, FileFormat, bool, const PixelBox*) const;
+#define KEP_INSTANTIATE(T)                                                                                             \
+    template std::string Image3d<T>::SaveImage(const char*, FileFormat, bool, const PixelBox*) const;
 KEP_FRAME_TYPES(KEP_INSTANTIATE)
 #undef KEP_INSTANTIATE
 

@@ -12,6 +12,7 @@
 #include <memory>
 #include <new>
 #include <tiffio.h>
+#include <utility>
 #include <vector>
 
 namespace kep::detail {
@@ -23,7 +24,9 @@ constexpr std::uint64_t bigFrom = 3'900'000'000U;
 constexpr std::size_t stripBytes = std::size_t{1} << 20U;
 constexpr std::size_t mostPages = 1'000'000;
 constexpr std::size_t longestSide = (std::size_t{1} << 31U) - 1;
+/// What the reader takes of a text, and of the first page's description: what is longer would come back cut.
 constexpr std::size_t longestText = std::size_t{1} << 20U;
+constexpr std::size_t longestDescription = std::size_t{16} << 20U;
 /// Against level 6: a third of the time, and files of the same size, as the noise of a detector does not compress.
 constexpr int deflateLevel = 1;
 /// What a rational of a TIFF file, two numbers of 32 bits, holds with five digits and more.
@@ -133,8 +136,21 @@ bool HasTag(const TextTag& textTag, const std::string& value) {
            (textTag.tag != TIFFTAG_DATETIME || value.size() == dateTimeLength);
 }
 
+using Entries = std::map<std::string, std::string>;
+
+/// Splits a description into what goes into tags and what goes into the first page's description.
+std::pair<Entries, Entries> SplitByTag(Entries entries) {
+    Entries tagged;
+    for (const TextTag& textTag : textTags) {
+        const auto found = entries.find(textTag.key);
+        if (found != entries.end() && HasTag(textTag, found->second))
+            tagged.insert(entries.extract(found));
+    }
+    return {std::move(tagged), std::move(entries)};
+}
+
 /// The text of the first page's description. ImageJ and others take slices, voxel size and origin from it.
-std::string MakeDescription(const FrameHeader& header) {
+std::string MakeDescription(const FrameHeader& header, const Entries& entries) {
     const Vector3d<float> res = header.resolution.GetRes();
     const std::string slices = std::to_string(header.size.z);
     std::string text = "ImageJ=1.11a\nimages=" + slices + "\nslices=" + slices + "\n";
@@ -149,14 +165,25 @@ std::string MakeDescription(const FrameHeader& header) {
         text += "xorigin=" + origin(header.offset.x, usable.x) + "yorigin=" + origin(header.offset.y, usable.y) +
                 "zorigin=" + origin(header.offset.z, usable.z);
     }
-
-    std::map<std::string, std::string> entries = header.description;
-    for (const TextTag& textTag : textTags) {
-        const auto found = entries.find(textTag.key);
-        if (found != entries.end() && HasTag(textTag, found->second))
-            entries.erase(found);
-    }
     return text + FormatOwnLines(res, header.offset, entries);
+}
+
+/// The texts of the first page.
+struct Texts {
+    std::string description;
+    Entries tagged;     ///< by the description's keys
+    std::string notice; ///< what is missing
+};
+
+Texts MakeTexts(const FrameHeader& header) {
+    auto [tagged, others] = SplitByTag(header.description);
+    DescriptionRoom room;
+    room.file = "a TIFF file";
+    room.bytes = longestDescription - 1 - MakeDescription(header, {}).size(); // a zero byte ends it
+    room.longestValue = longestText;
+    room.getBytes = &GetOwnLineBytes;
+    FittedDescription fitted = FitDescription(others, room);
+    return {MakeDescription(header, fitted.entries), std::move(tagged), std::move(fitted.notice)};
 }
 
 /// Writes pages one behind the other.
@@ -176,14 +203,11 @@ public:
             strip.resize(rowsPerStrip * rowBytes);
     }
 
-    void WriteAll() {
-        const std::string description = MakeDescription(header);
-        if (description.size() >= longestText)
-            ThrowCannotWrite(name, "its description is longer than a TIFF file holds");
+    void WriteAll(const Texts& texts) {
         for (std::size_t z = 0; z < header.size.z; ++z) {
             SetLayout();
             if (z == 0)
-                SetTexts(description);
+                SetTexts(texts);
             WriteStrips(frame.voxels + z * header.GetSliceBytes());
             Test(TIFFWriteDirectory(handle.get()) == 1);
         }
@@ -242,11 +266,11 @@ private:
         return SAMPLEFORMAT_COMPLEXIEEEFP;
     }
 
-    void SetTexts(const std::string& description) {
-        Set(TIFFTAG_IMAGEDESCRIPTION, description.c_str());
+    void SetTexts(const Texts& texts) {
+        Set(TIFFTAG_IMAGEDESCRIPTION, texts.description.c_str());
         for (const TextTag& textTag : textTags) {
-            const auto found = header.description.find(textTag.key);
-            if (found != header.description.end() && HasTag(textTag, found->second))
+            const auto found = texts.tagged.find(textTag.key);
+            if (found != texts.tagged.end())
                 Set(textTag.tag, found->second.c_str());
         }
     }
@@ -301,13 +325,15 @@ void TestLimits(const std::string& name, const FrameHeader& header) {
 
 } // namespace
 
-void WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame) {
+std::string WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame) {
     TestLimits(fileName, frame.header);
+    Texts texts = MakeTexts(frame.header);
     AtomicFile file(fileName);
     Channel channel(file);
-    PageWriter(fileName, frame, channel).WriteAll();
+    PageWriter(fileName, frame, channel).WriteAll(texts);
     channel.TestClosed(fileName);
     file.Commit();
+    return std::move(texts.notice);
 }
 
 } // namespace kep::detail

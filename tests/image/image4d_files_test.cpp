@@ -1,4 +1,5 @@
 #include "image/zel_image4d.h"
+#include "tests/mapping/counted.h"
 #include "tests/support/collected_log.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/text_of.h"
@@ -326,6 +327,21 @@ TEST_F(SequenceFiles, AreNotWrittenInTheWrongOrder) {
               "SaveSequence(): The image is not consistent!");
     EXPECT_TRUE(folder.List().empty());
     EXPECT_TRUE(log.texts.empty());
+}
+
+TEST_F(SequenceFiles, ThatLackAPartOfTheirDescriptionAreWarnedOf) {
+    Image4d<unsigned char> image;
+    image.MakeRoom(1, 1, 1, 2);
+    image[1]->SetDescription({{"long", std::string(2'000'000, 'x')}});
+    zel::test::NotedLog warnings;
+    image.SaveSequence((folder / "a").c_str(), 1, ".ics", 0, 1);
+    ASSERT_EQ(warnings.entries.size(), 3U);
+    EXPECT_EQ(warnings.entries[0].second, "Saving: " + folder / "a0.ics");
+    EXPECT_EQ(warnings.entries[1].second, "Saving: " + folder / "a1.ics");
+    EXPECT_EQ(warnings.entries[2].first, wxLogLevel(wxLOG_Warning));
+    EXPECT_THAT(
+        warnings.entries[2].second,
+        testing::StartsWith(folder / "a1.ics" + ": The description does not fit into an ICS file: cut off: 'long' ("));
 }
 
 TEST_F(SequenceFiles, ThatCannotBeWrittenAreTheCoresFailure) {

@@ -221,15 +221,40 @@ TEST(IcsRoundTrip, KeysStayOnOneLineAndOurOwnAreNotForged) {
     EXPECT_EQ(frame.header.resolution, read.resolution);
 }
 
-TEST(IcsRoundTrip, AnEndlessDescriptionIsRefusedAndTheOldFileStays) {
+TEST(IcsRoundTrip, ADescriptionThatIsTooLongIsCutToALargestHeader) {
     const ScratchFolder folder;
-    WriteBytes(folder / "a.ics", "old");
+    Frame frame = MakeFrame({NumberKind::Unsigned, 1}, 1, {1, 1, 1}, 1);
+    frame.header.description = {{"long", std::string(1 << 20, 'x')}, {"short", "kept"}};
+    const std::string notice = Write(folder / "a.ics", frame, false);
+    EXPECT_EQ(ReadBytes(folder / "a.ics").size(), (std::size_t{1} << 20) + 1); // and the voxel
+    const Frame read = Read(folder / "a.ics");
+    EXPECT_EQ(read.voxels, frame.voxels);
+    EXPECT_EQ(read.header.description.at("short"), "kept");
+    const std::string kept = read.header.description.at("long");
+    EXPECT_EQ(kept, std::string(kept.size(), 'x'));
+    EXPECT_EQ(notice, "The description does not fit into an ICS file: cut off: 'long' (" + std::to_string(kept.size()) +
+                          " of 1048576 bytes).");
+}
+
+TEST(IcsRoundTrip, WhatFitsExactlyIsNotCut) {
+    const ScratchFolder folder;
     Frame frame = MakeFrame({NumberKind::Unsigned, 1}, 1, {1, 1, 1}, 1);
     frame.header.description = {{"long", std::string(1 << 20, 'x')}};
-    EXPECT_EQ("SaveImage(): Cannot write the file '" + folder / "a.ics" +
-                  "': its description is too long for an ICS header",
-              FailureOf([&] { Write(folder / "a.ics", frame, false); }));
-    EXPECT_EQ("old", ReadBytes(folder / "a.ics"));
+    Write(folder / "a.ics", frame, false);
+    std::string& value = frame.header.description["long"];
+    value.resize(Read(folder / "a.ics").header.description.at("long").size());
+    EXPECT_EQ(Write(folder / "a.ics", frame, false), "");
+    value += 'x';
+    EXPECT_NE(Write(folder / "a.ics", frame, false), "");
+}
+
+TEST(IcsRoundTrip, EntriesWithTheKeysOfOurOwnLinesAreToldToBeMissing) {
+    const ScratchFolder folder;
+    Frame frame = MakeFrame({NumberKind::Unsigned, 1}, 1, {1, 1, 1}, 1);
+    frame.header.description = {{"kep resolution", "1 1 1"}, {"note", "kept"}};
+    EXPECT_EQ(Write(folder / "a.ics", frame, false),
+              "The description does not fit into an ICS file: left out: 'kep resolution'.");
+    EXPECT_EQ(Read(folder / "a.ics").header.description, (std::map<std::string, std::string>{{"note", "kept"}}));
 }
 
 TEST(IcsRoundTrip, WhatTheFormatCannotHoldIsRefused) {

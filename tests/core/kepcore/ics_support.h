@@ -44,9 +44,10 @@ inline Frame Read(const std::string& fileName) {
     return frame;
 }
 
-inline void Write(const std::string& fileName, const Frame& frame, bool compress) {
-    kep::detail::WriteIcsFrame(fileName,
-                               {frame.header, reinterpret_cast<const std::byte*>(frame.voxels.data()), compress});
+/// @return what the file lacks
+inline std::string Write(const std::string& fileName, const Frame& frame, bool compress) {
+    return kep::detail::WriteIcsFrame(
+        fileName, {frame.header, reinterpret_cast<const std::byte*>(frame.voxels.data()), compress});
 }
 
 /// The text of the failure, or nothing if the action went well.
