@@ -1,5 +1,5 @@
 #include "core/kepcore/kep_file.h"
-#include "core/kepcore/kep_tiffcodec.h"
+#include "core/kepcore/kep_tiffblocks.h"
 #include "core/kepcore/kep_tifflayout.h"
 #include "core/kepcore/kep_tiffmeta.h"
 #include "core/kepcore/kep_tiffpages.h"
@@ -107,9 +107,9 @@ private:
     void ReadPages(std::size_t first, std::size_t count, std::byte* to);
     void ReadPlainPages(std::size_t first, std::size_t count, std::byte* to) const;
     void DecodePages(std::size_t first, std::size_t count, std::byte* to);
-    TiffCodec& GetCodec(std::size_t i);
-    void DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block, std::vector<std::byte>& scratch,
-                     std::byte* page) const;
+    TiffBlockReader& GetReader(std::size_t i);
+    void DecodeBlock(TiffBlockReader& reader, std::size_t page, std::uint32_t block, std::vector<std::byte>& scratch,
+                     std::byte* to) const;
 
     std::unique_ptr<InputFile> file;
     TiffValues values;
@@ -118,7 +118,7 @@ private:
     FrameHeader header;
     bool isPlain = false; ///< all pages are
     std::size_t nextSlice = 0;
-    std::array<std::unique_ptr<TiffCodec>, 2> codecs;
+    std::array<std::unique_ptr<TiffBlockReader>, 2> readers;
 };
 
 TiffSource::TiffSource(std::unique_ptr<InputFile> input)
@@ -196,10 +196,8 @@ void TiffSource::ReadPlainPages(std::size_t first, std::size_t count, std::byte*
         reader.Add(arrangement.blockAt + first * GetPageBytes(), count * GetPageBytes());
     } else {
         for (std::size_t i = first; i < first + count; ++i) {
-            const TiffLayout& layout = GetLayout(i);
-            const std::vector<std::uint64_t> strips = FindStrips(values, found.pages[i], layout);
-            for (std::size_t k = 0; k < strips.size(); ++k)
-                reader.Add(strips[k], layout.GetRowBytes() * layout.GetBlockRows(static_cast<std::uint32_t>(k)));
+            for (const TiffBlock& strip : FindBlocks(values, found, i))
+                reader.Add(strip.at, strip.bytes);
         }
     }
     reader.Finish();
@@ -208,24 +206,21 @@ void TiffSource::ReadPlainPages(std::size_t first, std::size_t count, std::byte*
 void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to) {
     std::vector<std::size_t> blocksOfPages(count);
     for (std::size_t i = 0; i < count; ++i)
-        blocksOfPages[i] = GetLayout(first + i).GetBlockCount();
+        blocksOfPages[i] = GetLayout(first + i).GetPictureBlockCount();
     BlockQueue queue(std::move(blocksOfPages));
 
-    const auto decode = [&](TiffCodec& codec, BlockQueue::End end) {
+    const auto decode = [&](TiffBlockReader& reader, BlockQueue::End end) {
         std::vector<std::byte> scratch;
-        while (const auto place = queue.Take(end)) {
-            const std::size_t page = first + place->page;
-            codec.GoTo(found.pages[page].number, found.pages[page].at, GetLayout(page));
-            DecodeBlock(codec, GetLayout(page), place->block, scratch, to + place->page * GetPageBytes());
-        }
+        while (const auto place = queue.Take(end))
+            DecodeBlock(reader, first + place->page, place->block, scratch, to + place->page * GetPageBytes());
     };
-    TiffCodec& codec = GetCodec(0);
+    TiffBlockReader& reader = GetReader(0);
     const bool isPacked = GetLayout(first).compression != packedPlain;
     if (!isPacked || queue.GetCount() < 2 || GetPageBytes() * count < bytesForTwoThreads)
-        return decode(codec, BlockQueue::End::Front);
+        return decode(reader, BlockQueue::End::Front);
 
     // A second thread with a handle of its own comes from the other end. It ends with this call, whatever happens.
-    TiffCodec& other = GetCodec(1);
+    TiffBlockReader& other = GetReader(1);
     std::exception_ptr failure;
     {
         std::jthread helper;
@@ -241,7 +236,7 @@ void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to
         } catch (const std::system_error&) { // no more threads to be had: this one does it all
         }
         try {
-            decode(codec, BlockQueue::End::Front);
+            decode(reader, BlockQueue::End::Front);
         } catch (...) {
             queue.Close();
             throw;
@@ -251,18 +246,15 @@ void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to
         std::rethrow_exception(failure);
 }
 
-TiffCodec& TiffSource::GetCodec(std::size_t i) {
-    if (!codecs[i]) {
-        std::uint64_t largest = 0;
-        for (const TiffLayout& layout : found.layouts)
-            largest = std::max(largest, layout.GetRowBytes() * layout.blockHeight);
-        codecs[i] = std::make_unique<TiffCodec>(*file, largest);
-    }
-    return *codecs[i];
+TiffBlockReader& TiffSource::GetReader(std::size_t i) {
+    if (!readers[i])
+        readers[i] = std::make_unique<TiffBlockReader>(values, found);
+    return *readers[i];
 }
 
-void TiffSource::DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::uint32_t block,
-                             std::vector<std::byte>& scratch, std::byte* page) const {
+void TiffSource::DecodeBlock(TiffBlockReader& reader, std::size_t page, std::uint32_t block,
+                             std::vector<std::byte>& scratch, std::byte* to) const {
+    const TiffLayout& layout = GetLayout(page);
     const std::uint32_t across = layout.GetBlocksAcross();
     const std::uint32_t down = layout.GetBlocksDown();
     const std::uint32_t plane = block / (across * down);
@@ -270,27 +262,24 @@ void TiffSource::DecodeBlock(TiffCodec& codec, const TiffLayout& layout, std::ui
     const std::uint64_t x = std::uint64_t{block % across} * layout.blockWidth;
     const std::uint64_t y = std::uint64_t{row} * layout.blockHeight;
     const std::size_t rowBytes = layout.GetRowBytes();
-    const std::size_t blockBytes = rowBytes * layout.GetBlockRows(row);
 
     // Components of this page's pixels: one in pages that are channels.
     const unsigned components = layout.samples - layout.extraSamples;
     const std::size_t sampleBytes = header.sample.GetSampleBytes();
-    const std::size_t pageRow = layout.width * components * sampleBytes;
+    const std::size_t pageRow = std::size_t{layout.width} * components * sampleBytes;
     const PackedSamples packed{layout.bits, header.halfFloat};
     const bool isCopy = packed.GetUnpackedBytes() * 8 == layout.bits && layout.GetSamplesTogether() == components;
     if (isCopy && !layout.isTiled && !layout.planesApart)
-        return codec.ReadBlock(block, page + y * pageRow, blockBytes);
+        return reader.Read(page, block, to + y * pageRow);
 
-    if (plane >= components)
-        return; // a plane of extra samples
-    scratch.assign(blockBytes, std::byte{0});
-    codec.ReadBlock(block, scratch.data(), blockBytes);
+    scratch.resize(layout.GetBlockBytes(block));
+    reader.Read(page, block, scratch.data());
     const std::size_t width = std::min<std::uint64_t>(layout.blockWidth, layout.width - x);
     const std::size_t height = std::min<std::uint64_t>(layout.GetBlockRows(row), layout.height - y);
     const unsigned together = layout.GetSamplesTogether();
     for (std::size_t r = 0; r < height; ++r) {
         const std::byte* const from = scratch.data() + r * rowBytes;
-        std::byte* const at = page + (y + r) * pageRow + x * components * sampleBytes;
+        std::byte* const at = to + (y + r) * pageRow + x * components * sampleBytes;
         if (isCopy) {
             UnpackSamples(from, 0, 1, width * components, packed, at, 1);
             continue;

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdarg>
 #include <cstdio>
+#include <string_view>
 #include <tiffio.h>
 
 namespace kep::detail {
@@ -20,7 +21,8 @@ constexpr std::size_t longestMessage = 200;
 struct TiffCodec::Channel {
     const InputFile& file;
     std::uint64_t position = 0;
-    std::string message; ///< the first error
+    bool hasFailed = false;
+    std::string message; ///< of the first failure
 
     explicit Channel(const InputFile& source) : file(source) {}
 
@@ -44,26 +46,36 @@ struct TiffCodec::Channel {
     static int Close(thandle_t) noexcept { return 0; }
     static toff_t GetSize(thandle_t self) noexcept { return static_cast<Channel*>(self)->file.GetLength(); }
 
-    static int TakeError(TIFF*, void* self, const char*, const char* format, std::va_list values) noexcept {
-        auto& channel = *static_cast<Channel*>(self);
+    void TakeMessage(const char* format, std::va_list values) noexcept {
         std::array<char, longestMessage + 1> text{};
         std::vsnprintf(text.data(), text.size(), format, values);
         try {
-            if (channel.message.empty()) {
-                channel.message = text.data();
-                for (char& c : channel.message) {
+            if (message.empty()) {
+                message = text.data();
+                for (char& c : message) {
                     if (c < ' ' || c > '~')
                         c = '?';
                 }
-                if (channel.message.empty())
-                    channel.message = "unknown error";
             }
-        } catch (...) {
-            return 1; // the call's result still tells of the failure
+        } catch (...) { // then it has no words
         }
-        return 1; // handled: libtiff's own handler, which prints, is not called
+        hasFailed = true;
     }
-    static int IgnoreWarning(TIFF*, void*, const char*, const char*, std::va_list) noexcept { return 1; }
+
+    // Both return 1 for "handled", so that libtiff's own handlers, which print, are not called.
+    static int TakeError(TIFF*, void* self, const char*, const char* format, std::va_list values) noexcept {
+        static_cast<Channel*>(self)->TakeMessage(format, values);
+        return 1;
+    }
+    /// The JPEG library only warns of data that end too soon or make no sense, and puts grey in their place.
+    static int TakeWarning(TIFF*, void* self, const char* module, const char* format, std::va_list values) noexcept {
+        if (module != nullptr && std::string_view(module) == "JPEGLib")
+            static_cast<Channel*>(self)->TakeMessage(format, values);
+        return 1;
+    }
+
+    /// What was wrong, or some words where libtiff had none.
+    std::string Describe(const char* otherwise) const { return message.empty() ? otherwise : message; }
 };
 
 TiffCodec::TiffCodec(const InputFile& source, std::uint64_t largestBlock) : channel(std::make_unique<Channel>(source)) {
@@ -72,7 +84,7 @@ TiffCodec::TiffCodec(const InputFile& source, std::uint64_t largestBlock) : chan
     if (options == nullptr)
         throw std::bad_alloc();
     TIFFOpenOptionsSetErrorHandlerExtR(options, &Channel::TakeError, channel.get());
-    TIFFOpenOptionsSetWarningHandlerExtR(options, &Channel::IgnoreWarning, nullptr);
+    TIFFOpenOptionsSetWarningHandlerExtR(options, &Channel::TakeWarning, channel.get());
     TIFFOpenOptionsSetMaxSingleMemAlloc(options, static_cast<tmsize_t>(memory));
     // r: read; m: no memory map, as a file that is cut meanwhile would end the process; c: strips as they are stored;
     // h: no directory before one is asked for.
@@ -80,50 +92,69 @@ TiffCodec::TiffCodec(const InputFile& source, std::uint64_t largestBlock) : chan
                                &Channel::Seek, &Channel::Close, &Channel::GetSize, nullptr, nullptr, options);
     TIFFOpenOptionsFree(options);
     if (handle == nullptr)
-        ThrowDamaged(source.GetName(), channel->message.empty() ? "its header is not sound" : channel->message);
+        ThrowDamaged(source.GetName(), channel->Describe("its header is not sound"));
 }
 
 TiffCodec::~TiffCodec() {
     TIFFClose(handle);
 }
 
-void TiffCodec::Fail(const std::string& where, const std::string& what) const {
-    ThrowDamaged(channel->file.GetName(), "page " + std::to_string(page + 1) + where + ": " + what);
+void TiffCodec::Fail(const std::string& what) const {
+    ThrowDamaged(channel->file.GetName(), "page " + std::to_string(page + 1) + ": " + what);
 }
 
-void TiffCodec::GoTo(std::size_t number, std::uint64_t directoryAt, const TiffLayout& pageLayout) {
-    if (isOnPage && page == number)
-        return;
+void TiffCodec::GoTo(std::size_t number, std::uint64_t directoryAt, const TiffLayout& layout) {
     page = number;
-    isOnPage = false;
-    if (TIFFSetSubDirectory(handle, directoryAt) == 0 || !channel->message.empty())
-        Fail("", channel->message.empty() ? "its directory is not sound" : channel->message);
-    if (pageLayout.photometric == meansYCbCr)
+    if (TIFFSetSubDirectory(handle, directoryAt) == 0 || channel->hasFailed)
+        Fail(channel->Describe("its directory is not sound"));
+    if (layout.photometric == meansYCbCr)
         TIFFSetField(handle, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
-    layout = pageLayout;
-    CheckLayout();
-    isOnPage = true;
+    CheckLayout(layout);
 }
 
-void TiffCodec::CheckLayout() const {
+void TiffCodec::CheckLayout(const TiffLayout& layout) const {
     const std::uint64_t blockBytes = layout.GetRowBytes() * layout.blockHeight;
     const bool isTiled = TIFFIsTiled(handle) != 0;
     const auto blocks = static_cast<std::uint64_t>(isTiled ? TIFFNumberOfTiles(handle) : TIFFNumberOfStrips(handle));
     const auto bytes = static_cast<std::uint64_t>(isTiled ? TIFFTileSize64(handle) : TIFFStripSize64(handle));
     if (isTiled != layout.isTiled || blocks != layout.GetBlockCount() || bytes != blockBytes)
-        Fail("", "its directory contradicts itself");
+        Fail("its directory contradicts itself");
 }
 
-void TiffCodec::ReadBlock(std::uint32_t block, std::byte* to, std::size_t bytes) {
-    const auto wanted = static_cast<tmsize_t>(bytes);
-    const tmsize_t got = layout.isTiled ? TIFFReadEncodedTile(handle, block, to, wanted)
-                                        : TIFFReadEncodedStrip(handle, block, to, wanted);
-    if (got == wanted && channel->message.empty())
-        return;
-    const std::uint32_t blocksOfPlane = layout.GetBlocksAcross() * layout.GetBlocksDown();
-    const std::uint64_t row = std::uint64_t{block % blocksOfPlane / layout.GetBlocksAcross()} * layout.blockHeight;
-    Fail(", row " + std::to_string(row),
-         channel->message.empty() ? "its voxels end before they should" : channel->message);
+std::optional<std::string> TiffCodec::DecodeJpeg(std::uint32_t number, PackedBytes stream, BlockBytes block) {
+    // libtiff takes the stream as one that it might change, which it does not do with JPEG.
+    void* const from = const_cast<std::byte*>(stream.data());
+    std::fill(block.begin(), block.end(), std::byte{0});
+    const int result = TIFFReadFromUserBuffer(handle, number, from, static_cast<tmsize_t>(stream.size()), block.data(),
+                                              static_cast<tmsize_t>(block.size()));
+    if (result == 1 && !channel->hasFailed)
+        return std::nullopt;
+    return channel->Describe("its voxels end before they should");
+}
+
+std::optional<JpegSize> FindJpegSize(PackedBytes stream) {
+    const auto at = [&](std::size_t i) { return std::to_integer<std::uint32_t>(stream[i]); };
+    const auto number = [&](std::size_t i) { return at(i) << 8U | at(i + 1); };
+    if (stream.size() < 2 || number(0) != 0xFFD8)
+        return std::nullopt;
+    std::size_t place = 2;
+    while (stream.size() - place >= 9) { // of a marker and what is wanted of a frame's header
+        if (at(place) != 0xFF)
+            return std::nullopt;
+        const std::uint32_t marker = at(place + 1);
+        if (marker == 0xFF) { // a byte of filling
+            ++place;
+            continue;
+        }
+        const bool isFrame = marker >= 0xC0 && marker <= 0xCF && marker != 0xC4 && marker != 0xC8 && marker != 0xCC;
+        if (isFrame)
+            return JpegSize{number(place + 7), number(place + 5)};
+        const std::size_t bytes = number(place + 2); // with themselves
+        if (marker == 0xDA || bytes < 2 || bytes > stream.size() - place - 2)
+            return std::nullopt;
+        place += 2 + bytes;
+    }
+    return std::nullopt;
 }
 
 } // namespace kep::detail

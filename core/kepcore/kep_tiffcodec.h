@@ -1,14 +1,16 @@
 #pragma once
 
-// Private to the library: libtiff behind a wall. It decodes one block at a time, prints nothing, and everything that
-// it complains of arrives as an exception.
+// Private to the library: libtiff behind a wall. It has its own look at each page that is not plain, and decodes JPEG;
+// it prints nothing, and everything that it complains of arrives as an exception.
 
 #include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_tiffdecode.h"
 #include "core/kepcore/kep_tifflayout.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 
 struct tiff;
@@ -25,28 +27,36 @@ public:
     TiffCodec(const TiffCodec&) = delete;
     TiffCodec& operator=(const TiffCodec&) = delete;
 
-    /// Goes to a page, at the same cost from everywhere; to the present one at none.
+    /// Goes to a page, at the same cost from everywhere.
     /// @param number       of the directory in the file, counted from 0
     /// @param directoryAt  its position
     /// @throws IOException damaged, or libtiff sees another layout than the given one
-    void GoTo(std::size_t number, std::uint64_t directoryAt, const TiffLayout& pageLayout);
+    void GoTo(std::size_t number, std::uint64_t directoryAt, const TiffLayout& layout);
 
-    /// Decodes a block of the page: unpacked, in the machine's byte order, samples as they are stored.
-    /// @param bytes  of the whole block
-    /// @throws IOException damaged, when there are less
-    void ReadBlock(std::uint32_t block, std::byte* to, std::size_t bytes);
+    /// Decodes a block of the page that is a JPEG stream: samples together, as colours if it is one of colours.
+    /// @param stream  its size was tested; see FindJpegSize
+    /// @param block   rows of the block that are wanted; those that the stream has beyond them are left out
+    /// @return what libtiff or the library behind it complains of; then the block is of no use
+    std::optional<std::string> DecodeJpeg(std::uint32_t number, PackedBytes stream, BlockBytes block);
 
 private:
     struct Channel;
 
-    void CheckLayout() const;
-    [[noreturn]] void Fail(const std::string& where, const std::string& what) const;
+    void CheckLayout(const TiffLayout& layout) const;
+    [[noreturn]] void Fail(const std::string& what) const;
 
     std::unique_ptr<Channel> channel; ///< what libtiff's callbacks know
     tiff* handle = nullptr;
     std::size_t page = 0;
-    bool isOnPage = false;
-    TiffLayout layout;
 };
+
+/// What a JPEG stream says of its picture.
+struct JpegSize {
+    std::uint32_t width = 0;
+    std::uint32_t height = 0;
+};
+
+/// Finds it ahead of the picture's data; nothing if the stream is none or ends before.
+std::optional<JpegSize> FindJpegSize(PackedBytes stream);
 
 } // namespace kep::detail

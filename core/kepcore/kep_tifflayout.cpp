@@ -22,27 +22,28 @@ struct Packing {
     const char* name;
     bool isRead;
     std::uint64_t expansion;
+    bool predicts = false; ///< the tag of predictors counts
 };
 /// Fax pictures have no bound: a white row takes a bit however wide it is. The largest of the others serves them.
 constexpr std::array<Packing, 19> packings{{
-    {1, "none", true, 1},
-    {2, "CCITT RLE", true, 33000},
-    {3, "CCITT group 3", true, 33000},
-    {4, "CCITT group 4", true, 33000},
-    {5, "LZW", true, 2600},
+    {packedPlain, "none", true, 1},
+    {packedFaxRuns, "CCITT RLE", true, 33000},
+    {packedFaxGroup3, "CCITT group 3", true, 33000},
+    {packedFaxGroup4, "CCITT group 4", true, 33000},
+    {packedLzw, "LZW", true, 2600, true},
     {6, "old JPEG", false, 1},
-    {7, "JPEG", true, 2000},
-    {8, "deflate", true, 1040},
+    {packedJpeg, "JPEG", true, 2000},
+    {packedDeflate, "deflate", true, 1040, true},
     {32766, "NeXT", false, 1},
     {32771, "CCITT RLE of words", false, 1},
-    {32773, "PackBits", true, 64},
+    {packedPackBits, "PackBits", true, 64},
     {32809, "ThunderScan", false, 1},
-    {32946, "deflate", true, 1040},
+    {packedOldDeflate, "deflate", true, 1040, true},
     {34676, "SGI LogLuv", false, 1},
     {34712, "JPEG 2000", false, 1},
     {34887, "LERC", false, 1},
-    {34925, "LZMA", true, 8000},
-    {50000, "Zstandard", true, 33000},
+    {packedLzma, "LZMA", true, 8000, true},
+    {packedZstd, "Zstandard", true, 33000, true},
     {50001, "WebP", false, 1},
 }};
 
@@ -183,6 +184,22 @@ std::uint32_t TiffLayout::GetBlockRows(std::uint32_t blockDown) const {
     return isTiled ? blockHeight : std::min(blockHeight, height - blockDown * blockHeight);
 }
 
+std::uint64_t TiffLayout::GetBlockBytes(std::size_t block) const {
+    const auto down = static_cast<std::uint32_t>(block / GetBlocksAcross() % GetBlocksDown());
+    return GetRowBytes() * GetBlockRows(down);
+}
+
+std::uint64_t TiffLayout::GetPictureBlockCount() const {
+    return GetBlockCount() / (planesApart ? samples : 1) * (planesApart ? samples - extraSamples : 1);
+}
+
+std::size_t TiffLayout::GetNumberBytes() const {
+    if (bits % 8 != 0)
+        return 1;
+    const bool isComplex = format == 5 || format == 6;
+    return isComplex ? bits / 16 : bits / 8;
+}
+
 std::uint64_t TiffLayout::GetPageBytes() const {
     if (isTiled)
         return Multiply(Multiply(GetBlockCount(), GetRowBytes()), blockHeight);
@@ -228,6 +245,11 @@ TiffLayout ReadTiffLayout(const TiffValues& values, const TiffDirectory& directo
     }
     layout.planesApart = layout.samples > 1 && values.ReadNumber(directory.Find(tagPlanar), 1) == 2;
     layout.bitsReversed = values.ReadNumber(directory.Find(tagFillOrder), 1) == 2;
+    if (packing->predicts)
+        layout.predictor = static_cast<unsigned>(
+            std::min<std::uint64_t>(values.ReadNumber(directory.Find(tagPredictor), predictsNothing), 0xFFFF));
+    if (layout.compression == packedFaxGroup3)
+        layout.faxIsMixed = (values.ReadNumber(directory.Find(tagT4Options), 0) & 1U) != 0;
     ReadBlocks(values, directory, layout);
     return layout;
 }
@@ -270,9 +292,23 @@ TiffVoxels GetTiffVoxels(const TiffLayout& layout, const std::string& fileName) 
         ThrowNotSupported(fileName, GetFormatName(layout.format) + " palette");
     if (voxels.components == 3 && voxels.sample.IsComplex())
         ThrowNotSupported(fileName, "colour of complex numbers");
-    if (layout.compression == packedJpeg && (layout.bits != 8 || layout.format == 3))
-        ThrowNotSupported(fileName, std::to_string(layout.bits) + "-bit JPEG");
     return voxels;
+}
+
+void CheckTiffPacking(const TiffLayout& layout, const std::string& fileName) {
+    const std::string bits = std::to_string(layout.bits) + "-bit ";
+    const bool isFax = layout.compression >= packedFaxRuns && layout.compression <= packedFaxGroup4;
+    if (isFax && (layout.bits != 1 || layout.GetSamplesTogether() != 1))
+        ThrowNotSupported(fileName, std::to_string(layout.GetSamplesTogether()) + " samples of " +
+                                        std::to_string(layout.bits) + " bits as " +
+                                        GetCompressionName(layout.compression));
+    if (layout.compression == packedJpeg && (layout.bits != 8 || layout.format == 3))
+        ThrowNotSupported(fileName, bits + "JPEG");
+    const bool isWhole = layout.bits == 8 || layout.bits == 16 || layout.bits == 32 || layout.bits == 64;
+    const bool isKnown = layout.predictor == predictsNothing || (layout.predictor == predictsSame && isWhole) ||
+                         (layout.predictor == predictsFloat && layout.format == 3);
+    if (!isKnown)
+        ThrowNotSupported(fileName, bits + "samples with predictor " + std::to_string(layout.predictor));
 }
 
 std::string GetCompressionName(unsigned compression) {

@@ -3,6 +3,7 @@
 // Private to the library: how the voxels of a TIFF page are stored, and what voxels they make.
 
 #include "core/kepcore/kep_file.h"
+#include "core/kepcore/kep_tiffpredictor.h"
 #include "core/kepcore/kep_tiffwalk.h"
 
 #include <cstddef>
@@ -12,7 +13,19 @@
 namespace kep::detail {
 
 /// TIFF's numbers for ways to pack, and for what samples mean.
-enum TiffCompression : std::uint16_t { packedPlain = 1, packedJpeg = 7 };
+enum TiffCompression : std::uint16_t {
+    packedPlain = 1,
+    packedFaxRuns = 2,
+    packedFaxGroup3 = 3,
+    packedFaxGroup4 = 4,
+    packedLzw = 5,
+    packedJpeg = 7,
+    packedDeflate = 8,
+    packedPackBits = 32773,
+    packedOldDeflate = 32946,
+    packedLzma = 34925,
+    packedZstd = 50000,
+};
 enum TiffPhotometric : std::uint16_t {
     meansMinIsWhite = 0,
     meansMinIsBlack = 1,
@@ -32,6 +45,8 @@ struct TiffLayout {
     unsigned extraSamples = 0; ///< those of them that are no part of the picture: alpha and the like
     unsigned format = 1;       ///< 1 unsigned, 2 signed, 3 float, 4 unknown, 5 complex of integers, 6 complex of floats
     unsigned compression = packedPlain;
+    unsigned predictor = predictsNothing; ///< where the compression knows one
+    bool faxIsMixed = false;              ///< group 3: rows are runs or differences
     unsigned photometric = meansMinIsBlack;
     bool planesApart = false;
     bool isTiled = false;
@@ -53,6 +68,13 @@ struct TiffLayout {
     std::uint64_t GetRowBytes() const;
     /// Rows that a block holds: in tiles also those below the page.
     std::uint32_t GetBlockRows(std::uint32_t blockDown) const;
+    /// Bytes of a block of the page, before samples are unpacked.
+    std::uint64_t GetBlockBytes(std::size_t block) const;
+    /// Blocks that hold something of the picture: planes of extra samples, which come last, do not.
+    std::uint64_t GetPictureBlockCount() const;
+    /// Bytes of a number, or of a part of a complex one, whose order in a block is the file's; 1 where numbers are no
+    /// whole bytes.
+    std::size_t GetNumberBytes() const;
     /// Bytes of all blocks, before samples are unpacked.
     std::uint64_t GetPageBytes() const;
 
@@ -76,6 +98,10 @@ struct TiffVoxels {
 
 /// @throws IOException for kinds of voxels and for numbers of channels that a frame can't have
 TiffVoxels GetTiffVoxels(const TiffLayout& layout, const std::string& fileName);
+
+/// Some ways to pack are for some samples only.
+/// @throws IOException for samples that the layout's can't hold
+void CheckTiffPacking(const TiffLayout& layout, const std::string& fileName);
 
 /// For the user: "none", "LZW", ...
 std::string GetCompressionName(unsigned compression);

@@ -28,6 +28,11 @@ bool HasSamePalette(const TiffValues& values, const TiffEntry& a, const TiffEntr
     return !a.IsThere() || isSamePlace || values.ReadNumbers(a, a.count) == values.ReadNumbers(b, b.count);
 }
 
+/// Directories of smaller copies, of a camera, of a place on earth, of devices.
+bool IsDirectoryTag(std::uint16_t tag) {
+    return tag == 330 || tag == 34665 || tag == 34853 || tag == 40965;
+}
+
 void AddPage(const TiffValues& values, const TiffDirectory& directory, std::size_t number, TiffPages& found) {
     const std::string& name = values.GetFile().GetName();
     const TiffLayout layout = ReadTiffLayout(values, directory);
@@ -80,22 +85,42 @@ void CheckPromise(const TiffValues& values, const TiffPages& found) {
 /// Position of the first page's voxels, if those of all pages follow each other without a gap.
 bool FindOneBlock(const TiffValues& values, const TiffPages& found, std::uint64_t& at) {
     std::uint64_t expected = 0;
-    for (const TiffPage& page : found.pages) {
-        const TiffLayout& layout = found.layouts[page.layout];
-        if (!layout.IsPlain())
+    for (std::size_t i = 0; i < found.pages.size(); ++i) {
+        if (!found.layouts[found.pages[i].layout].IsPlain())
             return false;
-        std::uint64_t rows = layout.height;
-        for (const std::uint64_t strip : FindStrips(values, page, layout)) {
+        for (const TiffBlock& strip : FindBlocks(values, found, i)) {
             if (expected == 0)
-                at = expected = strip;
-            if (strip != expected)
+                at = expected = strip.at;
+            if (strip.at != expected)
                 return false;
-            const std::uint64_t stripRows = std::min<std::uint64_t>(rows, layout.blockHeight);
-            rows -= stripRows;
-            expected += stripRows * layout.GetRowBytes();
+            expected += strip.bytes;
         }
     }
     return true;
+}
+
+/// Whether the file has something else than voxels in a stretch of it: its header, a directory or one that a directory
+/// names, or values of any tag.
+bool HoldsOthers(const TiffValues& values, const TiffStretch& stretch) {
+    if (stretch.from < values.GetHeaderBytes())
+        return true;
+    TiffWalk walk(values);
+    TiffDirectory directory;
+    while (walk.Next(directory)) {
+        if (stretch.Overlaps({directory.at, directory.at + directory.bytes}))
+            return true;
+        for (const TiffEntry& entry : directory.entries) {
+            if (stretch.Overlaps(entry.GetStretch()))
+                return true;
+            if (!IsDirectoryTag(entry.tag))
+                continue;
+            for (const std::uint64_t at : values.ReadNumbers(entry, entry.count)) {
+                if (stretch.Overlaps({at, at + 1}))
+                    return true;
+            }
+        }
+    }
+    return false;
 }
 
 } // namespace
@@ -105,6 +130,8 @@ TiffPages FindTiffPages(const TiffValues& values) {
     if (found.pages.empty())
         found = CollectPages(values, true);
     CheckPromise(values, found);
+    for (const TiffLayout& layout : found.layouts)
+        CheckTiffPacking(layout, values.GetFile().GetName());
     return found;
 }
 
@@ -134,44 +161,67 @@ TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& page
         arrangement.slices = count / arrangement.channels;
         return arrangement;
     }
+    const std::string promise = "its description promises " + std::to_string(promised) + " pages, and it holds ";
     const std::uint64_t pageBytes = pages.layouts.front().GetPageBytes();
     std::uint64_t bytes = 0;
     const std::uint64_t length = values.GetFile().GetLength();
     if (__builtin_mul_overflow(pageBytes, std::uint64_t{promised}, &bytes) || bytes > length ||
         !FindOneBlock(values, pages, arrangement.blockAt) || arrangement.blockAt > length - bytes)
-        ThrowDamaged(name, "its description promises " + std::to_string(promised) + " pages, and it holds " +
-                               std::to_string(count));
+        ThrowDamaged(name, promise + std::to_string(count));
+    // Nothing tells where the slices without pages are, so what a tag has there speaks against them.
+    const TiffStretch block{arrangement.blockAt, arrangement.blockAt + bytes};
+    if (HoldsOthers(values, block))
+        ThrowDamaged(name, promise + std::to_string(count) + "; where the others should be, it has something else");
     arrangement.isOneBlock = true;
     arrangement.slices = description.slices;
     return arrangement;
 }
 
-std::vector<std::uint64_t> FindStrips(const TiffValues& values, const TiffPage& page, const TiffLayout& layout) {
-    const std::string& name = values.GetFile().GetName();
-    const auto fail = [&](std::size_t strip, const char* what) {
-        ThrowDamaged(name, "page " + std::to_string(page.number + 1) + ", row " +
-                               std::to_string(strip * layout.blockHeight) + ": " + what);
+std::vector<TiffBlock> FindBlocks(const TiffValues& values, const TiffPages& pages, std::size_t index) {
+    const TiffPage& page = pages.pages[index];
+    const TiffLayout& layout = pages.layouts[page.layout];
+    const auto fail = [&](std::size_t block, const char* what) {
+        ThrowDamaged(values.GetFile().GetName(), NameTiffBlock(page, layout, block) + ": " + what);
     };
-    const std::uint64_t count = layout.GetBlockCount();
-    std::vector<std::uint64_t> strips = values.ReadNumbers(page.blocks, count);
-    if (strips.size() < count)
-        fail(strips.size(), "its position is not given");
-    // A page in one strip says its size twice; writers that get it wrong here are not rare, and nothing is lost.
+    const std::uint64_t length = values.GetFile().GetLength();
+    const std::uint64_t count = layout.GetPictureBlockCount();
+    const bool isPacked = layout.compression != packedPlain;
+    const std::vector<std::uint64_t> places = values.ReadNumbers(page.blocks, count);
+    if (places.size() < count)
+        fail(places.size(), "its position is not given");
+    // A plain page in one strip says its size twice; writers that get it wrong here are not rare, and nothing is lost.
     std::vector<std::uint64_t> sizes;
-    if (count > 1 && page.blockBytes.IsThere()) {
+    if (page.blockBytes.IsThere() && !(layout.IsPlain() && count == 1)) {
         sizes = values.ReadNumbers(page.blockBytes, count);
         if (sizes.size() < count)
             fail(sizes.size(), "its size is not given");
     }
-    for (std::size_t i = 0; i < strips.size(); ++i) {
-        const std::uint64_t bytes = layout.GetRowBytes() * layout.GetBlockRows(static_cast<std::uint32_t>(i));
-        const std::uint64_t length = values.GetFile().GetLength();
-        if (strips[i] == 0 || bytes > length || strips[i] > length - bytes)
+    std::vector<TiffBlock> blocks(static_cast<std::size_t>(count));
+    for (std::size_t i = 0; i < blocks.size(); ++i) {
+        const std::uint64_t unpacked = layout.GetBlockBytes(i);
+        if (places[i] == 0 || places[i] >= length)
             fail(i, "its voxels lie outside the file");
-        if (!sizes.empty() && sizes[i] < bytes)
+        const std::uint64_t unsaid = isPacked ? length - places[i] : unpacked; // packed data say where they end
+        const std::uint64_t said = sizes.empty() ? unsaid : sizes[i];
+        blocks[i] = {places[i], isPacked ? said : unpacked};
+        if (said < (isPacked ? 1 : unpacked))
             fail(i, "its voxels end before they should");
+        if (blocks[i].bytes > length - places[i])
+            fail(i, "its voxels lie outside the file");
     }
-    return strips;
+    return blocks;
+}
+
+std::string NameTiffBlock(const TiffPage& page, const TiffLayout& layout, std::size_t block) {
+    const std::size_t across = layout.GetBlocksAcross();
+    const std::size_t down = layout.GetBlocksDown();
+    std::string name = "page " + std::to_string(page.number + 1) + ", row " +
+                       std::to_string(block / across % down * layout.blockHeight);
+    if (layout.isTiled)
+        name += ", column " + std::to_string(block % across * layout.blockWidth);
+    if (layout.planesApart)
+        name += ", component " + std::to_string(block / across / down + 1);
+    return name;
 }
 
 } // namespace kep::detail

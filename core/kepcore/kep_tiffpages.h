@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <vector>
 
 namespace kep::detail {
@@ -48,8 +49,18 @@ struct TiffVoxels;
 TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& pages, const TiffVoxels& voxels,
                                  const TiffDescription& description);
 
-/// The positions of a plain page's strips, in order.
-/// @throws IOException damaged, when there are too few or they hold too little
-std::vector<std::uint64_t> FindStrips(const TiffValues& values, const TiffPage& page, const TiffLayout& layout);
+/// A strip or tile in the file.
+struct TiffBlock {
+    std::uint64_t at = 0;
+    std::uint64_t bytes = 0; ///< packed; of one that is not: as many as it must have
+};
+
+/// The blocks of a page that hold something of its picture, in order.
+/// @throws IOException damaged, when there are too few, or they lie outside the file or hold too little. One that is
+///         packed can still turn out to hold other than it must.
+std::vector<TiffBlock> FindBlocks(const TiffValues& values, const TiffPages& pages, std::size_t page);
+
+/// For the user: "page 1, row 16", and what more it takes to tell one block from the others.
+std::string NameTiffBlock(const TiffPage& page, const TiffLayout& layout, std::size_t block);
 
 } // namespace kep::detail

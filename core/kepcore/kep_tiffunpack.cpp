@@ -2,6 +2,7 @@
 
 #include <bit>
 #include <cstring>
+#include <utility>
 
 namespace kep::detail {
 
@@ -126,6 +127,9 @@ float HalfToFloat(std::uint16_t half) {
 void SwapBytes(std::byte* numbers, std::size_t bytes, std::size_t size) {
     if (size == 2)
         SwapAll<std::uint16_t>(numbers, bytes);
+    else if (size == 3)
+        for (std::size_t i = 0; i + 2 < bytes; i += 3)
+            std::swap(numbers[i], numbers[i + 2]);
     else if (size == 4)
         SwapAll<std::uint32_t>(numbers, bytes);
     else if (size == 8)

@@ -25,7 +25,7 @@ void UnpackSamples(const std::byte* row, std::size_t first, std::size_t stride, 
 /// The float of the same value; a NaN keeps its bits.
 float HalfToFloat(std::uint16_t half);
 
-/// Turns the order of the bytes of each number round. `bytes` is a multiple of `size`: 1, 2, 4 or 8.
+/// Turns the order of the bytes of each number round. `bytes` is a multiple of `size`: 1, 2, 3, 4 or 8.
 void SwapBytes(std::byte* numbers, std::size_t bytes, std::size_t size);
 
 } // namespace kep::detail

@@ -44,6 +44,10 @@ std::size_t GetTiffTypeBytes(std::uint16_t type) {
     return type < bytes.size() ? bytes[type] : 0;
 }
 
+TiffStretch TiffEntry::GetStretch() const {
+    return {at, at + count * GetTiffTypeBytes(type)}; // the walk has seen that the product fits
+}
+
 TiffEntry TiffDirectory::Find(TiffTag tag) const {
     const auto found =
         std::find_if(entries.begin(), entries.end(), [tag](const TiffEntry& entry) { return entry.tag == tag; });
@@ -57,7 +61,7 @@ TiffValues::TiffValues(const InputFile& source) : file(source) {
         ThrowDamaged(file.GetName(), "it does not begin as a TIFF file");
     bigEndian = head[0] == 'M';
     bigTiff = Decode(&head[2], 2) == 43;
-    if (got < (bigTiff ? 16U : 8U))
+    if (got < GetHeaderBytes())
         ThrowDamaged(file.GetName(), "it ends within its header");
     if (bigTiff && (Decode(&head[4], 2) != 8 || Decode(&head[6], 2) != 0))
         ThrowDamaged(file.GetName(), "its BigTIFF header is not sound");
@@ -119,6 +123,7 @@ bool TiffWalk::Next(TiffDirectory& directory) {
         Fail("its directory overlaps others");
 
     directory.at = at;
+    directory.bytes = bytes;
     ReadEntries(buffer.data() + countBytes, at + countBytes, entryCount, directory);
     next = values.Decode(buffer.data() + bytes - linkBytes, linkBytes);
     return true;

@@ -38,6 +38,7 @@ enum TiffTag : std::uint16_t {
     tagPlanar = 284,
     tagXPosition = 286,
     tagYPosition = 287,
+    tagT4Options = 292,
     tagResolutionUnit = 296,
     tagSoftware = 305,
     tagDateTime = 306,
@@ -52,6 +53,14 @@ enum TiffTag : std::uint16_t {
     tagSampleFormat = 339,
 };
 
+/// A stretch of the file.
+struct TiffStretch {
+    std::uint64_t from = 0;
+    std::uint64_t until = 0; ///< behind its last byte
+
+    bool Overlaps(const TiffStretch& other) const { return from < other.until && other.from < until; }
+};
+
 /// The values of one tag: what they are and where they lie.
 struct TiffEntry {
     std::uint16_t tag = 0;
@@ -62,10 +71,13 @@ struct TiffEntry {
     std::array<unsigned char, 8> inlineBytes{};
 
     bool IsThere() const { return count != 0; }
+    /// Where the values stand.
+    TiffStretch GetStretch() const;
 };
 
 struct TiffDirectory {
-    std::uint64_t at = 0; ///< position in the file
+    std::uint64_t at = 0;    ///< position in the file
+    std::uint64_t bytes = 0; ///< with the position of the next one
     std::vector<TiffEntry> entries;
 
     /// The tag's first entry; one without values if the tag is not there.
@@ -82,6 +94,7 @@ public:
     const InputFile& GetFile() const { return file; }
     bool IsBigEndian() const { return bigEndian; }
     bool IsBigTiff() const { return bigTiff; }
+    std::size_t GetHeaderBytes() const { return bigTiff ? 16 : 8; }
     std::uint64_t GetFirstDirectory() const { return firstDirectory; }
 
     /// The first `limit` values, at most, of a tag that holds whole numbers.

@@ -221,6 +221,43 @@ TEST_F(TiffPagesTest, MorePromisedSlicesThanPagesAreOneBlock) {
               Damaged("its description promises 4000000000 pages, and it holds 1"));
 }
 
+TEST_F(TiffPagesTest, WhatTheFileNeedsItselfIsNoSlice) {
+    // 4 x 3 voxels, 12 bytes, and a description of three slices: 24 bytes more, in which there is something else.
+    const Tags threeSlices = Description("ImageJ=1.53c\nimages=3\nslices=3\n");
+    const std::string text = Damaged("its description promises 3 pages, and it holds 1; where the others should be, it "
+                                     "has something else");
+    TiffBuilder directory;
+    directory.AddDirectory(PlainTags(4, 3, 8, directory.AddBytes("abcdefghijkl")) + threeSlices);
+    directory.AddBytes(std::string(36, 'x')); // behind the directory there would be room
+    EXPECT_EQ(FailureOf(directory), text) << "the description itself, then the directory";
+
+    TiffBuilder header;
+    header.AddBytes(std::string(36, 'x'));
+    header.AddDirectory(PlainTags(4, 3, 8, 4) + threeSlices);
+    EXPECT_EQ(FailureOf(header), text) << "the first slice begins in the header";
+
+    // A second directory: a smaller copy, of which nothing is read.
+    TiffBuilder reduced;
+    const std::size_t at = reduced.AddBytes("abcdefghijkl");
+    const std::size_t link = reduced.AddDirectory({{254, 4, {1}}, {256, 4, {1}}, {257, 4, {1}}, {273, 4, {8}}});
+    EXPECT_EQ(link, at + 12);
+    reduced.AddDirectory(PlainTags(4, 3, 8, at) + threeSlices);
+    EXPECT_EQ(FailureOf(reduced), text);
+
+    // A directory that a tag names, and values of a tag that nobody here knows.
+    for (const Tag& tag : {Tag{330, 4, {28}}, Tag{65000, 1, {28, 0, 0, 0}, 8}}) {
+        TiffBuilder named;
+        named.AddBytes("abcdefghijkl" + std::string(24, 'x'));
+        named.AddDirectory(PlainTags(4, 3, 8, 8) + threeSlices + Tags{tag});
+        EXPECT_EQ(FailureOf(named), text) << tag.number;
+    }
+
+    TiffBuilder sound;
+    sound.AddBytes("abcdefghijkl" + std::string(24, 'x'));
+    sound.AddDirectory(PlainTags(4, 3, 8, 8) + threeSlices + Tags{{330, 4, {44}}, {65000, 1, {44, 0, 0, 0}, 8}});
+    EXPECT_EQ(ReadBack(sound).header.size.z, 3U);
+}
+
 TEST_F(TiffPagesTest, PagesWithOthersBetweenAreNoBlock) {
     EXPECT_EQ(FailureOf(MakeStack(2, Description("ImageJ=1.53c\nimages=3\n"))),
               Damaged("its description promises 3 pages, and it holds 2"));

@@ -104,6 +104,9 @@ TEST(TiffUnpack, SwapsTheBytesOfNumbers) {
     EXPECT_EQ(swap(2), (std::vector<unsigned char>{2, 1, 4, 3, 6, 5, 8, 7}));
     EXPECT_EQ(swap(4), (std::vector<unsigned char>{4, 3, 2, 1, 8, 7, 6, 5}));
     EXPECT_EQ(swap(8), (std::vector<unsigned char>{8, 7, 6, 5, 4, 3, 2, 1}));
+    std::vector<unsigned char> threes = {1, 2, 3, 4, 5, 6};
+    SwapBytes(reinterpret_cast<std::byte*>(threes.data()), threes.size(), 3);
+    EXPECT_EQ(threes, (std::vector<unsigned char>{3, 2, 1, 6, 5, 4}));
 }
 
 TEST(TiffPlain, BytesComeFromWhereTheyLieWhateverTheAlignment) {
