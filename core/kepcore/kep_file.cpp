@@ -96,4 +96,10 @@ void ThrowCannotWrite(const std::string& fileName, const std::string& reason) {
     throw IOException("SaveImage(): Cannot write the file '" + fileName + "': " + reason);
 }
 
+void ThrowOutOfMemory(std::string&& text) {
+    if (text.empty())
+        throw IOException("Out of memory."); // short enough to need no memory of its own
+    throw IOException(std::move(text));
+}
+
 } // namespace kep::detail

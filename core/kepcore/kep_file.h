@@ -13,7 +13,10 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <new>
+#include <stdexcept>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace kep::detail {
@@ -81,6 +84,9 @@ public:
     const std::string& GetName() const { return name; }
     std::uint64_t GetLength() const { return file.GetLength(); }
 
+    /// Whether the other one is the same file, by whatever name.
+    bool IsSame(const InputFile& other) const { return file.IsSame(other.file); }
+
     /// Reads up to `bytes` bytes at `at` and returns how many there were.
     /// @throws IOException when the system fails to read
     std::size_t ReadAt(std::uint64_t at, void* to, std::size_t bytes) const;
@@ -121,5 +127,22 @@ std::string WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame
 /// Texts of the exceptions, in one place.
 [[noreturn]] void ThrowDamaged(const std::string& fileName, const std::string& what);
 [[noreturn]] void ThrowCannotWrite(const std::string& fileName, const std::string& reason);
+/// @param text  what to say; nothing, if there was no memory even for that
+[[noreturn]] void ThrowOutOfMemory(std::string&& text);
+
+/// Calls `read` and returns what it does, with lack of memory turned into an IOException that names the file. Memory
+/// may stay out, so its text is made before; where it does not come so far, the exception says less and takes none.
+template <typename Read>
+auto ReadWithinMemory(const char* fileName, const Read& read) {
+    std::string text;
+    try {
+        text = "ReadImage(): Not enough memory for '" + std::string(fileName) + "'.";
+        return read();
+    } catch (const std::bad_alloc&) {
+        ThrowOutOfMemory(std::move(text));
+    } catch (const std::length_error&) {
+        ThrowOutOfMemory(std::move(text));
+    }
+}
 
 } // namespace kep::detail

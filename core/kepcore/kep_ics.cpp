@@ -363,25 +363,30 @@ std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file) {
     frame.fileSize = file->GetLength();
     std::uint64_t start = header.bytes;
     IcsCompression compression = header.compression;
+    std::unique_ptr<InputFile> dataFile;
     if (header.version == 1) {
         const auto [dataName, suffix] = FindDataFile(name);
         if (dataName.empty())
             ThrowDamaged(name, "the .ids file with its voxels is missing");
-        file = OpenDataFile(name, dataName);
+        dataFile = OpenDataFile(name, dataName);
         start = 0;
-        compression = suffix == 0   ? CompressionOf(*file, compression)
+        compression = suffix == 0   ? CompressionOf(*dataFile, compression)
                       : suffix == 1 ? IcsCompression::Gzip
                                     : IcsCompression::Compress;
     } else if (header.sourceFile) {
         const std::string& source = *header.sourceFile;
         if (source.find('/') != std::string::npos)
             ThrowDamaged(name, "its voxels are said to lie in another folder");
-        file = OpenDataFile(name, FolderOf(name) + source);
+        dataFile = OpenDataFile(name, FolderOf(name) + source);
         start = header.sourceOffset;
     }
-    if (header.version == 1 || header.sourceFile) {
-        frame.fileSize += file->GetLength();
-        frame.dataFile = file->GetName();
+    if (dataFile && dataFile->IsSame(*file) && start < header.bytes)
+        ThrowDamaged(name, "its voxels are said to lie in its header");
+    if (dataFile && !dataFile->IsSame(*file))
+        frame.fileSize += dataFile->GetLength();
+    if (dataFile) {
+        frame.dataFile = dataFile->GetName();
+        file = std::move(dataFile);
     }
     frame.compression = CompressionText(compression);
 

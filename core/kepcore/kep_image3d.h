@@ -56,7 +56,8 @@ public:
     /// @param reserved        must be false
     /// @param reservedNumber  must be -1
     /// @param offset, res     replace what the file says, if not null
-    /// @throws IOException for everything that goes wrong, lack of memory included; the frame is then unchanged
+    /// @throws IOException for everything that goes wrong; the frame is then unchanged. Lack of memory is "ReadImage():
+    ///         Not enough memory for '<name>'.", or "Out of memory." where there is none for that text either
     void ReadImage(const char* fileName, const PixelBox* voi, bool reserved, int reservedNumber,
                    const Vector3d<float>* offset, const Resolution* res);
 

@@ -1,11 +1,8 @@
 #include "core/kepcore/kep_imageinfo.h"
 
-#include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_file.h"
 
 #include <memory>
-#include <new>
-#include <stdexcept>
 
 namespace kep {
 
@@ -77,9 +74,9 @@ std::string DescribeStoredType(const FrameHeader& header) {
 } // namespace
 
 ImageInfo ReadImageInfo(const char* fileName) {
-    const std::string name = fileName != nullptr ? fileName : "";
-    try {
-        const std::unique_ptr<detail::FrameSource> source = detail::OpenFrame(name.c_str());
+    const char* const name = fileName != nullptr ? fileName : "";
+    return detail::ReadWithinMemory(name, [&] {
+        const std::unique_ptr<detail::FrameSource> source = detail::OpenFrame(name);
         const FrameHeader& header = source->GetHeader();
         ImageInfo info;
         info.format = header.format;
@@ -93,11 +90,7 @@ ImageInfo ReadImageInfo(const char* fileName) {
         info.fileSize = header.fileSize;
         info.dataFile = header.dataFile;
         return info;
-    } catch (const std::bad_alloc&) {
-        throw IOException("ReadImage(): Not enough memory for '" + name + "'.");
-    } catch (const std::length_error&) {
-        throw IOException("ReadImage(): Not enough memory for '" + name + "'.");
-    }
+    });
 }
 
 } // namespace kep

@@ -17,6 +17,8 @@ PlainFile::PlainFile(const char* fileName) noexcept {
     struct stat status {};
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
         length = static_cast<std::uint64_t>(status.st_size);
+        device = status.st_dev;
+        inode = status.st_ino;
     } else {
         ::close(descriptor);
         descriptor = -1;

@@ -21,6 +21,9 @@ public:
     /// Bytes that the file had when it was opened; 0 if it was not.
     std::uint64_t GetLength() const { return length; }
 
+    /// Whether the other one is the same file, by whatever name. Both are open.
+    bool IsSame(const PlainFile& other) const { return device == other.device && inode == other.inode; }
+
     /// Reads up to `bytes` bytes, below 2^63, at a place.
     /// @return how many there were, fewer only at the end of the file; or -1 when the system fails to read, and errno
     ///         tells why
@@ -29,6 +32,8 @@ public:
 private:
     int descriptor = -1;
     std::uint64_t length = 0;
+    std::uint64_t device = 0; ///< which, together with the inode, no two files share
+    std::uint64_t inode = 0;
 };
 
 } // namespace kep

@@ -10,8 +10,6 @@
 #include <limits>
 #include <memory>
 #include <new>
-#include <stdexcept>
-#include <string>
 #include <utility>
 
 namespace kep {
@@ -128,17 +126,13 @@ Image3d<T>::Image3d(const char* fileName, const PixelBox* voi, bool reserved, in
 template <typename T>
 void Image3d<T>::ReadImage(const char* fileName, const PixelBox* voi, bool reserved, int reservedNumber,
                            const Vector3d<float>* newOffset, const Resolution* newResolution) {
-    if (reserved || reservedNumber != -1)
-        throw IOException("ReadImage(): These arguments are not supported.");
-    const std::string name = fileName != nullptr ? fileName : "";
     Image3d frame;
-    try {
-        ReadFrame(name.c_str(), voi, frame);
-    } catch (const std::bad_alloc&) {
-        throw IOException("ReadImage(): Not enough memory for '" + name + "'.");
-    } catch (const std::length_error&) {
-        throw IOException("ReadImage(): Not enough memory for '" + name + "'.");
-    }
+    const char* const name = fileName != nullptr ? fileName : "";
+    detail::ReadWithinMemory(name, [&] {
+        if (reserved || reservedNumber != -1)
+            throw IOException("ReadImage(): These arguments are not supported.");
+        ReadFrame(name, voi, frame);
+    });
     if (newOffset != nullptr)
         frame.offset = *newOffset;
     if (newResolution != nullptr)

@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 #include <zlib.h>
 
+#include <filesystem>
+#include <fstream>
 #include <sys/resource.h>
 #include <sys/stat.h>
 
@@ -93,6 +95,27 @@ TEST_F(IcsDamage, HeadersThatPromiseNonsense) {
         EXPECT_EQ(damage.what.empty() ? "" : Damaged(damage.what), FailureOfText(header.Text() + voxels))
             << damage.key << " " << damage.values.substr(0, 100);
     }
+}
+
+TEST_F(IcsDamage, AHeaderIsNoVoxels) {
+    // Data in the header's own file, by its name and by another one of the same file. From the end of the header on
+    // they are what they are.
+    std::filesystem::create_hard_link((WriteBytes(folder / "a.ics", ""), folder / "a.ics"), folder / "b.ics");
+    for (const char* name : {"a.ics", "b.ics"}) {
+        HeaderText header;
+        header.Set("source\tfile", name).Set("source\toffset", "100");
+        const std::string length = std::to_string(header.Text().size());
+        std::ofstream(folder / "a.ics") << header.Text() << voxels;
+        EXPECT_EQ(FailureOf([&] { Read(folder / "a.ics"); }), Damaged("its voxels are said to lie in its header"));
+        header.Set("source\toffset", length);
+        std::ofstream(folder / "a.ics") << header.Text() << voxels;
+        EXPECT_EQ(Read(folder / "a.ics").voxels, voxels);
+    }
+    // A header of version 1 whose data file is itself.
+    const std::string text = HeaderText().SetVersion(1).Text();
+    std::ofstream(folder / "a.ics") << text << voxels;
+    std::filesystem::create_hard_link(folder / "a.ics", folder / "a.ids");
+    EXPECT_EQ(FailureOf([&] { Read(folder / "a.ics"); }), Damaged("its voxels are said to lie in its header"));
 }
 
 TEST_F(IcsDamage, HeadersThatLackALine) {
