@@ -153,9 +153,12 @@ void zel_Viewer3dFrame::OnAdjustFrameSize(wxCommandEvent&) {
         return;
     const auto getDecoration = [this] { return GetSize() - GetClientSize(); };
     const auto adjust = [this] {
-        wxSize size = ClientToWindowSize(m_canvas->GetOptimalSize());
+        const wxSize display = wxGetClientDisplayRect().GetSize();
+        wxSize optimal = m_canvas->GetOptimalSize();
+        optimal.DecTo(display); // before anything is added, which int might not hold
+        wxSize size = ClientToWindowSize(optimal);
         size.IncTo(wxSize(100, 100));
-        size.DecTo(wxGetClientDisplayRect().GetSize());
+        size.DecTo(display);
         if (!IsMaximized())
             SetSize(size);
     };

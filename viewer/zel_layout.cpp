@@ -9,7 +9,7 @@ namespace zel {
 
 namespace {
 
-/// Two windows that share `available` pixels, wanting `first` and `second`.
+/// Two windows that share `available` pixels, wanting `first` and `second`, none of them below 0.
 struct Shares {
     int first;
     int second;
@@ -28,12 +28,12 @@ Shares Share(int available, int first, int second) {
 
 /// The new visible range around the old one's middle, inside the box. The lower bound wins.
 void KeepCentre(float& offset, float& size, float newSize, float boxOffset, float boxSize) {
-    if (!std::isfinite(newSize))
-        newSize = boxSize; // a scale of 0
+    if (!(newSize > 0.0F && std::isfinite(newSize)))
+        newSize = boxSize; // no scale to measure by: 0, below 0, infinite or NaN
     offset += (size - newSize) * 0.5F;
     if (offset + newSize > boxOffset + boxSize)
         offset = boxOffset + boxSize - newSize;
-    offset = std::max(offset, boxOffset);
+    offset = std::max(boxOffset, offset); // in this order, which NaN does not pass
     size = newSize;
 }
 

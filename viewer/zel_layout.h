@@ -19,7 +19,7 @@ struct ViewLayoutInput {
     bool showYZ = true;
     MicronBox boundingBox;      ///< the whole image
     MicronBox visibleBox;       ///< what was visible until now; its centre is kept
-    kep::Vector3d<float> scale; ///< pixels per micron
+    kep::Vector3d<float> scale; ///< pixels per micron; an axis whose scale is not above 0 wants no pixels
 };
 
 /// Where the windows stand, borders included, and what they show.

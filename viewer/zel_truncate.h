@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -19,12 +20,14 @@ inline int TruncToInt(double value) {
     return static_cast<int>(value);
 }
 
-/// Whole pixels of an extent in microns at a scale in pixels per micron, truncated. The extent of n voxels at their
-/// own scale is n pixels, although the float product comes out below n for one resolution in fifteen: a product
-/// within two roundings of a whole number is that number. Without this the last row of such images is never seen.
+/// Whole pixels of an extent in microns at a scale in pixels per micron, truncated; none if either is below 0. The
+/// extent of n voxels at their own scale is n pixels, although the float product comes out below n for one resolution
+/// in fifteen: a product within two roundings of a whole number is that number. Without this the last row of such
+/// images is never seen.
 inline int PixelsAlong(float microns, float pixelsPerMicron) {
     const double product = static_cast<double>(microns * pixelsPerMicron);
-    return TruncToInt(product + std::fabs(product) * 2.0 * static_cast<double>(std::numeric_limits<float>::epsilon()));
+    const double roundings = product * 2.0 * static_cast<double>(std::numeric_limits<float>::epsilon());
+    return std::max(0, TruncToInt(product + roundings));
 }
 
 } // namespace zel

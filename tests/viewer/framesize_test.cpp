@@ -3,6 +3,8 @@
 #include <wx/statusbr.h>
 #include <wx/toolbar.h>
 
+#include <limits>
+
 using namespace zel;
 using namespace zel::test;
 
@@ -100,6 +102,27 @@ TEST_F(FrameSizeTest, ALargeImageGetsTheDisplay) {
     frame->ResizeFrameIfRequired();
     EXPECT_EQ(canvas->GetOptimalSize(), wxSize(2712, 2712));
     EXPECT_EQ(frame->GetSize(), wxGetClientDisplayRect().GetSize());
+}
+
+TEST_F(FrameSizeTest, AnImageWiderThanAnyNumberGetsTheDisplayToo) {
+    zel_CanvasSettings settings;
+    canvas->GetSettings(settings);
+    settings.zoom = std::numeric_limits<int>::max();
+    canvas->SetSettings(settings);
+    frame->ResizeFrameIfRequired();
+    EXPECT_EQ(canvas->GetOptimalSize(), wxSize(std::numeric_limits<int>::max(), std::numeric_limits<int>::max()));
+    EXPECT_EQ(frame->GetSize(), wxGetClientDisplayRect().GetSize());
+}
+
+TEST_F(FrameSizeTest, ANegativeScaleGetsTheSmallestFrame) {
+    zel_CanvasSettings settings;
+    canvas->GetSettings(settings);
+    settings.baseScale = {-1, -1, -1};
+    settings.zoom = std::numeric_limits<int>::max();
+    canvas->SetSettings(settings);
+    frame->ResizeFrameIfRequired();
+    EXPECT_EQ(canvas->GetOptimalSize(), wxSize(12, 12)); // the surroundings of two windows
+    EXPECT_EQ(frame->GetSize(), wxSize(200, 200));
 }
 
 TEST_F(FrameSizeTest, AMaximizedFrameKeepsItsSize) {

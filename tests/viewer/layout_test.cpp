@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
 
 using namespace zel;
@@ -42,6 +43,14 @@ TEST(Truncation, VoxelsAtTheirOwnScaleLoseNoPixel) {
             ASSERT_EQ(PixelsAlong(static_cast<float>(voxels) / resolution, resolution), voxels) << nanometres;
     }
     EXPECT_EQ(PixelsAlong(1.99F, 10.0F), 19); // 19.9: truncated, not rounded
+}
+
+TEST(Truncation, AnExtentTakesNoLessThanNoPixels) {
+    EXPECT_EQ(PixelsAlong(20.0F, -10.0F), 0);
+    EXPECT_EQ(PixelsAlong(-20.0F, 10.0F), 0);
+    EXPECT_EQ(PixelsAlong(20.0F, -std::numeric_limits<float>::infinity()), 0);
+    EXPECT_EQ(PixelsAlong(20.0F, std::numeric_limits<float>::quiet_NaN()), 0);
+    EXPECT_EQ(PixelsAlong(20.0F, std::numeric_limits<float>::infinity()), std::numeric_limits<int>::max());
 }
 
 TEST(Scale, FollowsTheZoomLevel) {
@@ -160,6 +169,70 @@ TEST(Layout, ScaleOfZeroShowsTheWholeBox) {
     const ViewLayout layout = Compute(input);
     EXPECT_FLOAT_EQ(layout.visibleBox.size.x, 20.0F);
     EXPECT_FLOAT_EQ(layout.visibleBox.offset.x, 0.0F);
+}
+
+TEST(Layout, ANegativeScaleTakesNoShareOfTheOtherWindow) {
+    ViewLayoutInput input = Default({400, 400});
+    input.scale = {-1001, -1001, 1001}; // Z wants 7007 pixels, X and Y none
+    // w = h = 400 - 6 = 394: XY gets the one pixel that each window has at least, YZ and XZ the rest.
+    const ViewLayout layout = Compute(input);
+    EXPECT_EQ(layout.xy, wxRect(1, 1, 3, 3));
+    EXPECT_EQ(layout.xz, wxRect(1, 4, 3, 396));
+    EXPECT_EQ(layout.yz, wxRect(4, 1, 396, 3));
+    EXPECT_FLOAT_EQ(layout.visibleBox.size.x, 20.0F) << "as with a scale of 0";
+    EXPECT_FLOAT_EQ(layout.visibleBox.size.z, 394.0F / 1001.0F);
+}
+
+TEST(Layout, NoScaleTakesAWindowOutOfTheCanvas) {
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float odd[] = {-inf, -1e38F, -7656, -1, -1e-45F, 0, 1e-45F, 1e-3F, 10, 1e38F, inf, nan};
+    for (const float x : odd)
+        for (const float y : odd)
+            for (const float z : odd)
+                for (const int shown : {1, 2, 3, 4, 5, 6, 7})
+                    for (const wxSize client : {wxSize(400, 300), wxSize(11, 5), wxSize(0, 1), wxSize(1, 2000)}) {
+                        ViewLayoutInput input = Default(client);
+                        input.visibleBox = {{1, 2, 3}, {4, 5, 2}};
+                        input.showXY = (shown & 1) != 0;
+                        input.showXZ = (shown & 2) != 0;
+                        input.showYZ = (shown & 4) != 0;
+                        input.scale = {x, y, z};
+                        const ViewLayout layout = Compute(input);
+                        // Inside, but for the pixel and the border that a window has at least: the second of two
+                        // begins at 4 then, and ends at 6, or takes one pixel more than there is.
+                        const wxSize room(std::max(client.x + 1, 6), std::max(client.y + 1, 6));
+                        const wxRect windows[] = {layout.xy, layout.xz, layout.yz};
+                        for (int i = 0; i < 3; ++i) {
+                            ASSERT_GE(windows[i].width, 3);
+                            ASSERT_GE(windows[i].height, 3);
+                            if ((shown & (1 << i)) == 0)
+                                continue;
+                            ASSERT_LE(windows[i].GetRight(), room.x) << x << " " << y << " " << z << " " << shown;
+                            ASSERT_LE(windows[i].GetBottom(), room.y) << x << " " << y << " " << z << " " << shown;
+                        }
+                        const MicronBox& visible = layout.visibleBox;
+                        for (const float size : {visible.size.x, visible.size.y, visible.size.z}) {
+                            ASSERT_TRUE(std::isfinite(size));
+                            ASSERT_GE(size, 0.0F);
+                        }
+                        for (const float offset : {visible.offset.x, visible.offset.y, visible.offset.z}) {
+                            ASSERT_TRUE(std::isfinite(offset));
+                            ASSERT_GE(offset, 0.0F);
+                            ASSERT_LE(offset, 20.0F);
+                        }
+                    }
+}
+
+TEST(Layout, NothingStaysOfAVisibleBoxThatWasNoNumber) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    ViewLayoutInput input = Default({400, 400});
+    for (const MicronBox& former : {MicronBox({nan, nan, nan}, {1, 1, 1}), MicronBox({1, 1, 1}, {nan, nan, nan}),
+                                    MicronBox({inf, -inf, 0}, {inf, inf, -inf})}) {
+        input.visibleBox = former;
+        EXPECT_EQ(Compute(input).visibleBox, MicronBox({0, 0, 0}, {20, 20, 7}));
+    }
 }
 
 TEST(OptimalSize, AddsSixPixelsForEachWindow) {

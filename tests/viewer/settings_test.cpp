@@ -206,6 +206,37 @@ public:
 
 } // namespace
 
+TEST_F(SettingsTest, NoBaseScaleMakesWindowsLargerThanTheCanvas) {
+    constexpr float inf = std::numeric_limits<float>::infinity();
+    constexpr int furthest = std::numeric_limits<int>::max();
+    const kep::Resolution resolution(1, 1, 1);
+    mor::Image4d<unsigned char> image(nullptr, &resolution);
+    image.MakeRoom({6, 5, 4}, 1);
+    const GrayMapper mapper;
+    auto* const typed =
+        new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, &image, false, wxID_ANY, {0, 0}, {300, 300});
+    Pump(50);
+    zel_ImageCanvasSettings s;
+    typed->GetSettings(s);
+    for (const Vector& odd : {Vector(-1, -1, 1), Vector(1, 1, -1), Vector(-inf, 1, inf), Vector(1, inf, -1),
+                              Vector(1e38F, -1e38F, 1), Vector(std::numeric_limits<float>::quiet_NaN(), 1, 1)})
+        for (const int zoom : {0, 1000, 4400, furthest, -furthest - 1}) {
+            s.baseScale = odd;
+            s.zoom = zoom;
+            const int before = mapper.maps;
+            typed->SetSettings(s);
+            for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ}) {
+                const wxRect window = typed->GetDrWin(type)->GetRect();
+                ASSERT_TRUE(typed->GetClientRect().Contains(window))
+                    << odd.x << " " << odd.y << " " << odd.z << " at " << zoom << ": " << window.width << " by "
+                    << window.height;
+            }
+            EXPECT_TRUE(WaitUntil([&] { return mapper.maps > before; })) << "it is drawn";
+        }
+    typed->Destroy();
+    Pump();
+}
+
 TEST_F(SettingsTest, TheTypedCanvasMirrorsByTheNewFlags) {
     const Vector origin(0, 0, 0);
     const kep::Resolution resolution(1, 1, 1);
