@@ -2,11 +2,11 @@
 
 #include "dialogs/wdr/dlg_set_range_wdr.h"
 #include "dialogs/wdr/zel_layout.h"
+#include "dialogs/zel_modaldialog.h"
 #include "dialogs/zel_validators.h"
 #include "image/zel_assert.h"
 
 #include <wx/button.h>
-#include <wx/msgdlg.h>
 #include <wx/sizer.h>
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
@@ -58,7 +58,7 @@ bool CheckOrder(wxWindow* dialog, const wxTextCtrl* minField, const wxTextCtrl* 
     Number max{};
     if (Parse(minField->GetValue(), min) && Parse(maxField->GetValue(), max) && min < max)
         return true;
-    wxMessageBox("Min value must be less than max value.", wxMessageBoxCaptionStr, wxOK | wxCENTRE, dialog);
+    ShowMessage("Min value must be less than max value.", wxMessageBoxCaptionStr, wxOK | wxCENTRE, dialog);
     return false;
 }
 
@@ -78,8 +78,14 @@ void AssertLimits(T min_limit, T max_limit, const char* function) {
 
 template <typename T>
 bool GetRangeFromUser(wxWindow* parent, T min_limit, T max_limit, T& min, T& max) {
-    SetRangeDlg<T> dialog(parent, min_limit, max_limit, min, max);
-    return dialog.ShowModal() == wxID_OK;
+    T newMin = min; // the caller's own may go with the parent
+    T newMax = max;
+    SetRangeDlg<T> dialog(parent, min_limit, max_limit, newMin, newMax);
+    if (RunModal(dialog) != wxID_OK)
+        return false;
+    min = newMin;
+    max = newMax;
+    return true;
 }
 
 } // namespace

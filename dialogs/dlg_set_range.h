@@ -15,7 +15,7 @@ namespace zel {
 /// Asks for a minimum and a maximum, min_limit <= min < max <= max_limit. Present values outside the limits are shown
 /// as they are. Limits that do not rise trip an assertion; no range can be accepted then.
 /// @param min, max  the present values; changed only by OK
-/// @return whether the user ended the dialog with OK
+/// @return whether the user ended the dialog with OK; false if a window above it has gone while it was open
 ZEL_EXPORT bool GetFloatRangeFromUser(wxWindow* parent, float min_limit, float max_limit, float& min, float& max);
 ZEL_EXPORT bool GetLongRangeFromUser(wxWindow* parent, long min_limit, long max_limit, long& min, long& max);
 

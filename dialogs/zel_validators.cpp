@@ -1,8 +1,8 @@
 #include "dialogs/zel_validators.h"
 
 #include "dialogs/zel_formatnumber.h"
+#include "dialogs/zel_modaldialog.h"
 
-#include <wx/msgdlg.h>
 #include <wx/spinctrl.h>
 #include <wx/textentry.h>
 
@@ -15,8 +15,10 @@ namespace zel {
 namespace {
 
 void ShowConflict(const wxString& message, wxWindow* parent, wxWindow& control) {
-    wxMessageBox(message, "Validation conflict", wxOK | wxICON_EXCLAMATION, parent);
-    control.SetFocus();
+    const wxWeakRef<wxWindow> validated(&control);
+    ShowMessage(message, "Validation conflict", wxOK | wxICON_EXCLAMATION, parent);
+    if (validated)
+        control.SetFocus();
 }
 
 template <typename T>
@@ -140,7 +142,7 @@ bool IntValidator<T>::TransferToWindow() {
 template <typename T>
 bool IntValidator<T>::TransferFromWindow() {
     if constexpr (std::is_same_v<T, unsigned long> || std::is_same_v<T, unsigned long long>) {
-        wxMessageBox("IntValidator::GetIntValue: Only long, int, unsigned int, Gray8 and Gray16 types are supported.");
+        ShowMessage("IntValidator::GetIntValue: Only long, int, unsigned int, Gray8 and Gray16 types are supported.");
         return false;
     } else {
         long number = 0;

@@ -13,6 +13,13 @@ namespace zel {
 
 namespace {
 
+wxString AskForPaletteFile(wxWindow* parent) {
+    wxFileDialog dialog(parent, "Load palette", "", "",
+                        "Palettes (*.pal)|*.pal| Text files (*.txt)|*.txt|All files (*.*)|*.*",
+                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    return RunModal(dialog) == wxID_OK ? dialog.GetPath() : wxString();
+}
+
 /// Built-in palettes are computed; the others come from a file that the user chooses.
 bool GetPalette(int entry, wxWindow* parent, Palette& palette) {
     switch (entry) {
@@ -26,9 +33,7 @@ bool GetPalette(int entry, wxWindow* parent, Palette& palette) {
         CreatePalette(zel_periodicPalette, palette);
         return true;
     case zel_PE_FILE: {
-        const wxString name = wxFileSelector("Load palette", "", "", "pal",
-                                             "Palettes (*.pal)|*.pal| Text files (*.txt)|*.txt|All files (*.*)|*.*",
-                                             wxFD_OPEN | wxFD_FILE_MUST_EXIST, parent);
+        const wxString name = AskForPaletteFile(parent);
         return !name.empty() && LoadPalette(palette, name);
     }
     default:
@@ -62,18 +67,23 @@ wxMenu* zel_GrayMappingModule<T>::CreateMenu(int& id) {
 
 template <typename T>
 void zel_GrayMappingModule<T>::OnMapping(wxCommandEvent& event) {
+    const wxWeakRef<wxEvtHandler> self(this); // a dialog may outlive the module
     zel_MappingModule<T>::OnMapping(event);
+    if (!self)
+        return;
     const int offset = this->OffsetOf(event);
     if (offset >= zel_PE_GRAY && offset <= zel_PE_FILE)
         ChoosePalette(offset);
-    this->FinishCommand(event);
+    if (self)
+        this->FinishCommand(event);
 }
 
 template <typename T>
 void zel_GrayMappingModule<T>::ChoosePalette(int entry) {
+    const wxWeakRef<wxEvtHandler> self(this);
     m_paletteMode = entry; // also if no file is chosen after all
     Palette palette;
-    if (GetPalette(entry, this->GetFrame(), palette))
+    if (GetPalette(entry, this->GetFrame(), palette) && self)
         SetPal(palette);
 }
 
@@ -106,14 +116,15 @@ template <typename T>
 void zel_GrayMappingModule<T>::SetBitdepth() {
     if (!HasData())
         return;
+    const wxWeakRef<wxEvtHandler> self(this);
     const auto bitsOf = [](T value) { return CountBits(SaturateTo<long long>(static_cast<double>(value))); };
     const long current = bitsOf(m_rangeMax);
     const long limit = bitsOf(GetHistogram().GetRightCenter());
-    const long bits = wxGetNumberFromUser("Set image bit depth", "Bit depth = ", "Image Bit Depth", current, 1, limit,
-                                          this->GetFrame());
-    if (bits == -1 || bits == current)
+    wxNumberEntryDialog dialog(this->GetFrame(), "Set image bit depth", "Bit depth = ", "Image Bit Depth", current, 1,
+                               limit);
+    if (RunModal(dialog) != wxID_OK || !self || dialog.GetValue() == current)
         return;
-    m_rangeMax = SaturateTo<T>(std::ldexp(1.0, static_cast<int>(bits)) - 1.0);
+    m_rangeMax = SaturateTo<T>(std::ldexp(1.0, static_cast<int>(dialog.GetValue())) - 1.0);
     ResetMapping();
 }
 

@@ -14,21 +14,20 @@ namespace zel {
 
 namespace {
 
-/// Lets the user choose parameters for a range of values. The dialog stays a hidden child of the frame, since events of
-/// its fields may come late.
+/// Lets the user choose parameters for a range of values.
 /// @param start  what the dialog begins with, held within the range
-/// @return none if the user has cancelled
+/// @return none if the user has cancelled, or the frame has gone
 template <typename Dialog, typename T, typename Params>
 std::optional<Params> Ask(wxFrame* frame, Histogram<T>& range, const Params& start, const wxString& title) {
     wxArrayString names;
     names.Add("Gray");
     const std::vector<Histogram<T>*> histograms{&range};
     std::vector<Params> params{HoldWithin(range, start)};
-    auto* const dialog = new Dialog(frame, wxID_ANY, histograms, params, names, title, wxDefaultPosition, wxDefaultSize,
-                                    wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxCLIP_CHILDREN);
-    if (dialog->ShowModal() != wxID_OK)
+    Dialog dialog(frame, wxID_ANY, histograms, params, names, title, wxDefaultPosition, wxDefaultSize,
+                  wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxCLIP_CHILDREN);
+    if (RunModal(dialog) != wxID_OK)
         return std::nullopt;
-    dialog->GetParams(params);
+    dialog.GetParams(params);
     return params.front();
 }
 
@@ -53,18 +52,27 @@ template <typename T>
 void zel_GrayMappingModule<T>::SetRange() {
     if (!HasData())
         return;
+    const wxWeakRef<wxEvtHandler> self(this);
     const Histogram<T>& histogram = GetHistogram();
-    if (AskForRange(this->GetFrame(), histogram.GetLeftCenter(), histogram.GetRightCenter(), m_rangeMin, m_rangeMax))
-        ResetMapping();
+    T min = m_rangeMin;
+    T max = m_rangeMax;
+    if (!AskForRange(this->GetFrame(), histogram.GetLeftCenter(), histogram.GetRightCenter(), min, max) || !self)
+        return;
+    m_rangeMin = min;
+    m_rangeMax = max;
+    ResetMapping();
 }
 
 template <typename T>
 bool zel_GrayMappingModule<T>::SetLevelsStretch() {
     if (!HasData())
         return false;
+    const wxWeakRef<wxEvtHandler> self(this);
     Histogram<T> range;
     CreateRangeHist(range);
     const auto chosen = Ask<LevelsWidget<T, unsigned char>>(this->GetFrame(), range, m_levels, "Adjust Levels");
+    if (!self)
+        return false;
     if (chosen)
         UseLevels(*chosen);
     else
@@ -76,9 +84,12 @@ template <typename T>
 bool zel_GrayMappingModule<T>::SetThreshold() {
     if (!HasData())
         return false;
+    const wxWeakRef<wxEvtHandler> self(this);
     Histogram<T> range;
     CreateRangeHist(range);
     const auto chosen = Ask<ThresholdingDialog<T>>(this->GetFrame(), range, m_thresholds, "Adjust Thresholds");
+    if (!self)
+        return false;
     if (chosen) {
         m_thresholds = *chosen;
         DoThresholding();

@@ -2,13 +2,13 @@
 
 // The tables of the gray mapping. Included by the sources that instantiate it.
 
+#include "dialogs/zel_modaldialog.h"
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_qualifiedname.h"
 #include "mapping/zel_saturate.h"
 #include "mapping/zel_stretch.h"
 
 #include <wx/log.h>
-#include <wx/msgdlg.h>
 
 #include <algorithm>
 #include <exception>
@@ -91,7 +91,7 @@ void zel_GrayMappingModule<T>::UpdateLUT() {
         m_mappingTable.CreateGamma(m_levels.inMin, m_levels.inMax, static_cast<float>(m_levels.gamma), m_levels.outMin,
                                    m_levels.outMax);
     } catch (const std::exception& failure) {
-        wxMessageBox(failure.what());
+        ShowMessage(failure.what());
     }
 }
 
@@ -212,7 +212,7 @@ void zel_GrayMappingModule<T>::SetPal(const Palette& palette) {
             m_paletteTable.Set(static_cast<unsigned char>(level),
                                palette[static_cast<std::size_t>(level) % palette.size()]);
     } catch (const kep::LibException& failure) {
-        wxMessageBox(failure.GetText());
+        ShowMessage(failure.GetText());
     }
 }
 

@@ -8,6 +8,7 @@
 #include <wx/frame.h>
 #include <wx/log.h>
 #include <wx/menu.h>
+#include <wx/weakref.h>
 
 namespace zel {
 
@@ -53,6 +54,7 @@ wxMenu* zel_MappingModule<T>::CreateMenu(int& id) {
 
 template <typename T>
 void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
+    const wxWeakRef<wxEvtHandler> self(this); // a dialog may outlive the module
     const int offset = OffsetOf(event);
     bool isChosen = true;
     switch (offset) {
@@ -83,9 +85,11 @@ void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
     default:
         return;
     }
+    if (!self)
+        return;
     if (isChosen) {
         m_stretchMode = offset; // afterwards, as the operation may ask for the old one
-    } else if (m_menu != nullptr) {
+    } else if (m_menu) {
         // The click has moved the mark already. In this order, as the two may be the same entry.
         m_menu->Check(GetMenuId(offset), false);
         m_menu->Check(GetMenuId(m_stretchMode), true);
@@ -111,8 +115,9 @@ void zel_MappingModule<T>::TellMappingChanged(bool committed) {
 
 template <typename T>
 void zel_MappingModule<T>::FinishCommand(const wxCommandEvent& event) {
+    const wxWeakRef<wxEvtHandler> self(this); // a host's handler may close the frame
     TellMappingChanged(true);
-    if (GetFrame() == nullptr || !event.ShouldPropagate())
+    if (!self || GetFrame() == nullptr || !event.ShouldPropagate())
         return;
     zel_MappingCommandEvent told(event);
     told.SetClientData(static_cast<zel_ExtensionModule*>(this));

@@ -6,6 +6,8 @@
 #include "viewer/zel_extensionmodule.h"
 #include "viewer/zel_mapper.h"
 
+#include <wx/menu.h>
+
 class WXDLLIMPEXP_FWD_BASE wxFileConfig;
 
 namespace zel {
@@ -31,6 +33,9 @@ enum zel_MappingEntry : int {
 /// Map can be called from construction on. Each command of the menu ends in a zel_EVT_MAPPING_CHANGED at the frame,
 /// and in a zel_EVT_MAPPING_COMMAND for the host unless the command does not propagate. The previews of the dialogs
 /// are bound with the menu: a module without one shows none.
+///
+/// The frame, and the module with it, may go while a command of it shows a dialog; the command then ends there, and the
+/// dialog as cancelled.
 template <typename T>
 class ZEL_EXPORT zel_MappingModule : public zel_ExtensionModule, public zel_Mapper<T> {
 public:
@@ -88,7 +93,7 @@ protected:
 
 private:
     int m_stretchMode = zel_ME_NO_STRETCH;
-    wxMenu* m_menu = nullptr; // the menu bar's
+    wxWeakRef<wxMenu> m_menu; // the menu bar's
     double m_percentilValue;
 };
 

@@ -3,8 +3,9 @@
 #include "image/zel_export.h"
 
 #include <wx/event.h>
+#include <wx/frame.h>
+#include <wx/weakref.h>
 
-class WXDLLIMPEXP_FWD_CORE wxFrame;
 class WXDLLIMPEXP_FWD_CORE wxMenu;
 
 namespace zel {
@@ -23,8 +24,8 @@ public:
     /// Id of a menu entry by its offset from the module's first id, which is 0 until CreateMenu has set it.
     int GetMenuId(int offset) const { return m_firstMenuId + offset; }
 
-    /// The owning frame; null until the module is added to one.
-    wxFrame* GetFrame() const { return m_frame; }
+    /// The owning frame; null until the module is added to one, and once that has gone.
+    wxFrame* GetFrame() const { return m_frame.get(); }
     void SetFrame(wxFrame* frame) { m_frame = frame; }
 
 protected:
@@ -32,7 +33,7 @@ protected:
 
 private:
     int m_firstMenuId = 0;
-    wxFrame* m_frame = nullptr;
+    wxWeakRef<wxFrame> m_frame;
 };
 
 } // namespace zel

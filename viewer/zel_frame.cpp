@@ -6,6 +6,7 @@
 
 #include <wx/iconbndl.h>
 #include <wx/menu.h>
+#include <wx/weakref.h>
 
 #include <algorithm>
 #include <memory>
@@ -96,6 +97,7 @@ zel_Viewer3dFrame::zel_Viewer3dFrame(wxWindow* parent, int id, const wxString& t
 }
 
 zel_Viewer3dFrame::~zel_Viewer3dFrame() {
+    SendDestroyEvent(); // dialogs that are open end here, while everything is still there
     // The modules go before the canvas, which may still be painted in between: the parent's handler of the event
     // below may well open a message box.
     if (m_canvas != nullptr)
@@ -209,9 +211,10 @@ void zel_Viewer3dFrame::Reset() {
 void zel_Viewer3dFrame::OnSequenceMenuCmd(wxCommandEvent& event) {
     if (m_canvas == nullptr)
         return;
+    const wxWeakRef<wxEvtHandler> self(this); // the command may open a dialog, and the frame close under it
     wxString message;
     m_canvas->OnSequenceMenuHandler(event, message);
-    if (!message.empty())
+    if (self && !message.empty())
         SetInfoStatusText(message, messageSeconds);
 }
 

@@ -22,6 +22,9 @@ class zel_Viewer3dCanvas;
 /// comes when the frame goes with its parent, out of the parent's base class: a parent with a handler of its own
 /// destroys its frames in its own destructor (DestroyChildren), or unbinds there.
 ///
+/// A host may close the frame, or a window above it, at any time, also while a modal dialog of the viewer is open: the
+/// dialog then ends as cancelled.
+///
 /// An exception that leaves a command reaches the toolkit, whose default is to end the program: a host overrides
 /// wxApp::OnExceptionInMainLoop.
 class ZEL_EXPORT zel_Viewer3dFrame : public wxFrame {

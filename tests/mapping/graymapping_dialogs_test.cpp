@@ -8,8 +8,9 @@
 #include <wx/menu.h>
 #include <wx/spinctrl.h>
 
+#include <wx/weakref.h>
+
 #include <memory>
-#include <set>
 
 using namespace zel;
 using namespace zel::test;
@@ -233,22 +234,25 @@ TEST_F(ByteDialogsTest, CancelledThresholdsLeaveARampEvenInAnEqualisedPicture) {
     EXPECT_EQ((ThresParams<unsigned char>{0, 255}), module->GetThresholds());
 }
 
-TEST_F(ByteDialogsTest, EachCallMakesADialogThatStaysHiddenWithTheFrame) {
+TEST_F(ByteDialogsTest, EachDialogEndsWithItsCall) {
     Open(50, 200);
-    std::set<const wxDialog*> dialogs;
-    for (const int entry : {zel_ME_LEVELS, zel_ME_THRESHOLD, zel_ME_LEVELS})
-        Choose(entry, [&](wxDialog& dialog) {
-            dialogs.insert(&dialog);
-            EXPECT_EQ(frame, dialog.GetParent());
-            EXPECT_EQ(wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxCLIP_CHILDREN,
-                      dialog.GetWindowStyle() & (wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxCLIP_CHILDREN));
-            Press(WXK_ESCAPE);
-        });
-    EXPECT_EQ(3U, dialogs.size());
-    for (const wxDialog* const dialog : dialogs) {
-        EXPECT_FALSE(dialog->IsShown());
-        EXPECT_EQ(frame, dialog->GetParent());
-    }
+    const std::size_t children = frame->GetChildren().size();
+    for (const int entry : {zel_ME_LEVELS, zel_ME_THRESHOLD, zel_ME_LEVELS, zel_ME_RANGE, zel_ME_BITDEPTH})
+        for (const int end : {wxID_OK, wxID_CANCEL}) {
+            wxWeakRef<wxDialog> open;
+            Choose(entry, [&](wxDialog& dialog) {
+                open = &dialog;
+                EXPECT_EQ(frame, dialog.GetParent());
+                const long style = wxDEFAULT_DIALOG_STYLE | wxRESIZE_BORDER | wxCLIP_CHILDREN;
+                if (entry == zel_ME_LEVELS || entry == zel_ME_THRESHOLD) {
+                    EXPECT_EQ(style, dialog.GetWindowStyle() & style);
+                }
+                Click(In(dialog, end));
+                EXPECT_TRUE(WaitUntil([&] { return !dialog.IsModal(); }));
+            });
+            EXPECT_EQ(nullptr, open.get());
+            EXPECT_EQ(children, frame->GetChildren().size());
+        }
     frame->Refresh();
     Pump(100);
 }
