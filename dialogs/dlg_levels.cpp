@@ -23,7 +23,7 @@ LevelsWidget<T, U>::LevelsWidget(wxWindow* parent, wxWindowID id, const std::vec
 template <typename T, typename U>
 void LevelsWidget<T, U>::BindControls(TLevelsParams<T, U>& shown, const Histogram<T>& histogram) {
     m_inputControl->BindVariables(&shown.inMin, &shown.inMax, &shown.gamma, histogram.GetLeftCenter(),
-                                  histogram.GetRightCenter(), static_cast<int>(histogram.size()));
+                                  histogram.GetRightCenter(), PositionCount(histogram.size()));
     m_outputControl->BindVariables(&shown.outMin, &shown.outMax, nullptr, 0, 255, 256);
 }
 

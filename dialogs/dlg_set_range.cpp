@@ -29,17 +29,6 @@ wxString LimitText(int limit) {
     return wxString::Format("%d", limit);
 }
 
-bool Parse(const wxString& text, long& number) {
-    return text.ToLong(&number);
-}
-bool Parse(const wxString& text, float& number) {
-    double parsed = 0.0;
-    if (!text.ToDouble(&parsed))
-        return false;
-    number = static_cast<float>(parsed); // as it will be stored: the order must hold for what the caller gets
-    return true;
-}
-
 RealValidator<float> MakeValidator(float& value, float min, float max) {
     return RealValidator<float>(value, min, max, true, true, wxEmptyString);
 }
@@ -51,12 +40,21 @@ IntValidator<T> MakeComponentValidator(T& value, T min, T max) {
     return IntValidator<T>(value, min, max, false, true, true, "%d");
 }
 
+/// What a field holds, as it will be stored. @return false if that is no number
+bool Read(wxTextCtrl* field, long& number) {
+    return field->GetValue().ToLong(&number);
+}
+bool Read(wxTextCtrl* field, float& number) {
+    auto* const validator = dynamic_cast<RealValidator<float>*>(field->GetValidator());
+    return validator != nullptr && validator->ReadNumber(number);
+}
+
 /// Whether both fields hold numbers, the lower one in the first. Says so in a message box if not.
 template <typename Number>
-bool CheckOrder(wxWindow* dialog, const wxTextCtrl* minField, const wxTextCtrl* maxField) {
+bool CheckOrder(wxWindow* dialog, wxTextCtrl* minField, wxTextCtrl* maxField) {
     Number min{};
     Number max{};
-    if (Parse(minField->GetValue(), min) && Parse(maxField->GetValue(), max) && min < max)
+    if (Read(minField, min) && Read(maxField, max) && min < max)
         return true;
     ShowMessage("Min value must be less than max value.", wxMessageBoxCaptionStr, wxOK | wxCENTRE, dialog);
     return false;
@@ -201,7 +199,7 @@ bool SetRGBRangeDlg<T>::FitsOthers(int channel) const {
     const Channel own = GetChannels()[static_cast<std::size_t>(channel)];
     long low = 0;
     long high = 0;
-    if (!Parse(own.minField->GetValue(), low) || !Parse(own.maxField->GetValue(), high) || low > high)
+    if (!Read(own.minField, low) || !Read(own.maxField, high) || low > high)
         return false;
     for (int i = 0; i < 3; ++i)
         if (i != channel && (low < m_minLimit.GetComponent(i) || high > m_maxLimit.GetComponent(i)))

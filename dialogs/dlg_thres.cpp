@@ -25,7 +25,7 @@ ThresholdingDialog<T>::ThresholdingDialog(wxWindow* parent, wxWindowID id, const
 template <typename T>
 void ThresholdingDialog<T>::BindControls(ThresParams<T>& shown, const Histogram<T>& histogram) {
     m_control->BindVariables(&shown.lower, &shown.upper, nullptr, histogram.GetLeftCenter(), histogram.GetRightCenter(),
-                             static_cast<int>(histogram.size()));
+                             PositionCount(histogram.size()));
 }
 
 template <typename T>

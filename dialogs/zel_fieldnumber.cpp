@@ -56,6 +56,32 @@ wxString NumberToText(T number) {
 }
 
 template <typename T>
+wxString NumberToFullText(T number) {
+    if constexpr (std::is_same_v<T, double>)
+        return FormatReal("%g", number);
+    else if constexpr (std::is_same_v<T, float>)
+        return FormatReal("%f", static_cast<double>(number));
+    else
+        return NumberToText(number);
+}
+
+template <typename T>
+bool ShowsNumber(const wxString& text, T number) {
+    return text == NumberToText(number) || text == NumberToFullText(number);
+}
+
+template <typename T>
+T NumberEntered(T number, T low, T high) {
+    const std::optional<T> shown = ParseNumber<T>(NumberToText(number));
+    const bool counts = shown && *shown >= low && *shown <= high && NumberToText(low) != NumberToText(high);
+    return counts ? *shown : number;
+}
+
+int PositionCount(std::size_t bins) {
+    return static_cast<int>(std::min(bins, static_cast<std::size_t>(std::numeric_limits<int>::max())));
+}
+
+template <typename T>
 T StepBetweenPositions(T low, T high, int positions) {
     positions = std::max(positions, 1);
     if constexpr (std::is_floating_point_v<T>) {
@@ -112,6 +138,9 @@ std::optional<int> PositionOfNumber(T number, T low, T high, T step, int count) 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template std::optional<T> ParseNumber(const wxString& text);                                                       \
     template wxString NumberToText(T number);                                                                          \
+    template wxString NumberToFullText(T number);                                                                      \
+    template bool ShowsNumber(const wxString& text, T number);                                                         \
+    template T NumberEntered(T number, T low, T high);                                                                 \
     template T StepBetweenPositions(T low, T high, int positions);                                                     \
     template std::optional<T> StepNumber(T number, T step, bool up, T low, T high);                                    \
     template T NumberAtPosition(int position, T low, T step);                                                          \

@@ -4,6 +4,7 @@
 
 #include <wx/string.h>
 
+#include <cstddef>
 #include <optional>
 
 namespace zel {
@@ -18,6 +19,22 @@ std::optional<T> ParseNumber(const wxString& text);
 /// How a field shows a number: "%d" for integers, "%2.2f" for float, "%2.2g" without leading blanks for double.
 template <typename T>
 wxString NumberToText(T number);
+
+/// The same in more digits, as the validator of a field shows it at first: "%f" for float, "%g" for double.
+template <typename T>
+wxString NumberToFullText(T number);
+
+/// Whether a text is how a field shows this number. The number itself may have more digits.
+template <typename T>
+bool ShowsNumber(const wxString& text, T number);
+
+/// What counts of a number that was typed or dragged: what a field shows of it, so two decimals for float. The number
+/// as it is where that lies outside low and high, or where these show alike, since no text would tell one from another.
+template <typename T>
+T NumberEntered(T number, T low, T high);
+
+/// Positions for the bins of a histogram: one each, as far as int counts.
+ZEL_EXPORT int PositionCount(std::size_t bins);
 
 /// Distance between two positions: (high - low + 1) / positions for integers, (high - low) / positions for reals. Held
 /// within 0 and the largest T; fewer than one position count as one.
@@ -49,6 +66,9 @@ T HoldNumber(double number);
 #define ZEL_DECLARE(T)                                                                                                 \
     extern template ZEL_EXPORT std::optional<T> ParseNumber(const wxString& text);                                     \
     extern template ZEL_EXPORT wxString NumberToText(T number);                                                        \
+    extern template ZEL_EXPORT wxString NumberToFullText(T number);                                                    \
+    extern template ZEL_EXPORT bool ShowsNumber(const wxString& text, T number);                                       \
+    extern template ZEL_EXPORT T NumberEntered(T number, T low, T high);                                               \
     extern template ZEL_EXPORT T StepBetweenPositions(T low, T high, int positions);                                   \
     extern template ZEL_EXPORT std::optional<T> StepNumber(T number, T step, bool up, T low, T high);                  \
     extern template ZEL_EXPORT T NumberAtPosition(int position, T low, T step);                                        \

@@ -1,6 +1,5 @@
 #include "dialogs/zel_minmaxctrl.h"
 
-#include "dialogs/zel_formatnumber.h"
 #include "dialogs/zel_validators.h"
 
 #include <wx/sizer.h>
@@ -26,11 +25,8 @@ template <typename T>
 void WidenField(VariableTextCtrl<T>& field) {
     const auto widthOf = [&field](const wxString& text) { return field.GetTextExtent(text.Left(16)).x + fieldPadding; };
     int width = leastFieldWidth;
-    for (const T bound : {field.GetLowBound(), field.GetHighBound()}) {
-        width = std::max(width, widthOf(NumberToText(bound)));
-        if constexpr (std::is_same_v<T, float>)
-            width = std::max(width, widthOf(FormatReal("%f", static_cast<double>(bound))));
-    }
+    for (const T bound : {field.GetLowBound(), field.GetHighBound()})
+        width = std::max({width, widthOf(NumberToText(bound)), widthOf(NumberToFullText(bound))});
     // The toolkit's own size for a text counts in the least size of a field that is shown, and would grow each time.
     field.SetMinSize(wxSize(width, wxDefaultCoord));
 }
@@ -52,6 +48,23 @@ void DropBadText(VariableTextCtrl<T>& field) {
     T number{};
     if (field.IsBound() && !field.GetNumber(number))
         field.SetNumber(*field.GetVariable());
+}
+
+/// Shows a number that the program has chosen, and stores it as it is.
+template <typename T>
+void SetField(VariableTextCtrl<T>& field, T number) {
+    if (field.IsBound())
+        *field.GetVariable() = number;
+    field.SetNumber(number);
+}
+
+/// Stores a number that the user has chosen. @return what is to be shown
+/// @param low, high  between which its two decimals must lie
+template <typename T>
+T Take(const VariableTextCtrl<T>& field, T number, T low, T high) {
+    if (!field.IsBound())
+        return number;
+    return *field.GetVariable() = NumberEntered(number, low, high);
 }
 
 } // namespace
@@ -135,10 +148,10 @@ void VariableMinMaxCtrl<T>::BindVariables(T* low, T* high, double* gamma, T lowB
 
 template <typename T>
 void VariableMinMaxCtrl<T>::Reset() {
-    lowText->SetNumber(lowText->GetLowBound());
-    highText->SetNumber(highText->GetHighBound());
+    SetField(*lowText, lowText->GetLowBound());
+    SetField(*highText, highText->GetHighBound());
     if (showGamma)
-        gammaText->SetNumber(gammaText->GetDefaultValue());
+        SetField(*gammaText, gammaText->GetDefaultValue());
     const int last = stripe->GetCount() - 1;
     stripe->SetGamma(defaultGamma);
     stripe->SetLeft(0);
@@ -195,22 +208,49 @@ std::optional<int> VariableMinMaxCtrl<T>::PositionShown(const VariableTextCtrl<T
 }
 
 template <typename T>
+T VariableMinMaxCtrl<T>::GetLowEnd() const {
+    T low = highText->GetLowBound();
+    if (!allowCrossing)
+        lowText->GetNumber(low);
+    return low;
+}
+
+template <typename T>
+T VariableMinMaxCtrl<T>::GetHighEnd() const {
+    T high = lowText->GetHighBound();
+    if (!allowCrossing)
+        highText->GetNumber(high);
+    return high;
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::EnterLow(T value) {
+    SetLow(Take(*lowText, value, lowText->GetLowBound(), GetHighEnd()));
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::EnterHigh(T value) {
+    SetHigh(Take(*highText, value, GetLowEnd(), highText->GetHighBound()));
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::EnterGamma(double value) {
+    if (showGamma)
+        SetGamma(Take(*gammaText, value, gammaText->GetLowBound(), gammaText->GetHighBound()));
+}
+
+template <typename T>
 void VariableMinMaxCtrl<T>::OnText(zel_VariableTextCtrlEvent& event) {
-    T value = HoldNumber<T>(event.GetValue());
-    T other{};
+    const T value = HoldNumber<T>(event.GetValue());
     switch (event.GetId()) {
     case highTextId:
-        if (!allowCrossing && lowText->GetNumber(other))
-            value = std::max(value, other);
-        SetHigh(value);
+        EnterHigh(allowCrossing ? value : std::max(value, GetLowEnd()));
         break;
     case lowTextId:
-        if (!allowCrossing && highText->GetNumber(other))
-            value = std::min(value, other);
-        SetLow(value);
+        EnterLow(allowCrossing ? value : std::min(value, GetHighEnd()));
         break;
     case gammaTextId:
-        SetGamma(event.GetValue());
+        EnterGamma(event.GetValue());
         break;
     default:
         return;
@@ -223,14 +263,14 @@ void VariableMinMaxCtrl<T>::OnTriangle(zel_TriangleEvent& event) {
     const int position = event.GetPosition();
     switch (event.GetId()) {
     case zel_triangleRight:
-        SetHigh(NumberAtPosition(position, highText->GetLowBound(), highText->GetStep()));
+        EnterHigh(NumberAtPosition(position, highText->GetLowBound(), highText->GetStep()));
         break;
     case zel_triangleLeft:
-        SetLow(NumberAtPosition(position, lowText->GetLowBound(), lowText->GetStep()));
+        EnterLow(NumberAtPosition(position, lowText->GetLowBound(), lowText->GetStep()));
         break;
     case zel_triangleMiddle:
         if (const auto gamma = GammaAtPosition(triangles->GetRow(), position))
-            SetGamma(*gamma);
+            EnterGamma(*gamma);
         break;
     default:
         return;

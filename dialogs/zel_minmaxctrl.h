@@ -27,7 +27,9 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 /// triangles. From top to bottom a stripe that follows, a stripe with the plain ramp, the triangles and the fields.
 ///
 /// What the user does changes the bound variables and is told to the parent by a zel_MinMaxCtrlEvent, which propagates;
-/// what the program sets is not told. The variables take the values that the fields show, so floats have two decimals.
+/// what the program sets is not told. A variable that was changed takes the value that its field shows, so floats have
+/// two decimals where the bounds and the other value leave room for that; one that was not changed keeps all its
+/// digits.
 template <typename T>
 class ZEL_EXPORT VariableMinMaxCtrl : public wxPanel {
 public:
@@ -70,10 +72,17 @@ private:
     void LayOut();
     /// Position of the number that a field shows, none if it has none.
     std::optional<int> PositionShown(const VariableTextCtrl<T>& field) const;
+    /// Where a high value may begin, and a low one end: at the other one, unless they may cross.
+    T GetLowEnd() const;
+    T GetHighEnd() const;
+    // Store and show what the user has chosen.
+    void EnterLow(T value);
+    void EnterHigh(T value);
+    void EnterGamma(double value);
     void OnText(zel_VariableTextCtrlEvent& event);
     void OnTriangle(zel_TriangleEvent& event);
     bool AreFieldsBound() const { return lowText->IsBound() && highText->IsBound(); }
-    /// Writes the fields to the variables; a field that holds no number shows its variable again.
+    /// Writes the fields to the variables that they don't show; a field without a number shows its variable again.
     void StoreFields();
     void Notify();
 

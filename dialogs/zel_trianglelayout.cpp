@@ -1,5 +1,7 @@
 #include "dialogs/zel_trianglelayout.h"
 
+#include "dialogs/zel_fieldnumber.h"
+
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
@@ -9,9 +11,8 @@ namespace zel {
 int MiddlePosition(const TriangleRow& row) {
     const double offset = std::round((1.0 - std::log10(row.gamma)) * (row.right - row.left) * 0.5);
     if (std::isnan(offset))
-        return row.left;           // a gamma below 0
-    constexpr double farOff = 1e6; // beyond every row, for a gamma far outside 0.1 to 10
-    return row.left + static_cast<int>(std::clamp(offset, -farOff, farOff));
+        return row.left; // a gamma below 0
+    return HoldNumber<int>(row.left + offset);
 }
 
 std::optional<double> GammaAtPosition(const TriangleRow& row, int position) {
@@ -25,22 +26,25 @@ std::optional<double> GammaAtPosition(const TriangleRow& row, int position) {
 int TipOfTriangle(int position, int count, int width) {
     if (count < 2)
         return 2;
-    return static_cast<int>(static_cast<double>(position) * (width - 4) / (count - 1) + 2.0);
+    constexpr double furthest = 32000.0; // that a device draws at
+    const double tip = static_cast<double>(position) * (width - 4) / (count - 1) + 2.0;
+    return static_cast<int>(std::clamp(tip, -furthest, furthest));
 }
 
 int PositionUnderMouse(int x, int count, int width) {
     if (width <= 2 || count < 1)
         return 0;
     const float along = static_cast<float>(x - 2) / static_cast<float>(width - 2) * static_cast<float>(count);
-    return static_cast<int>(std::clamp(along, 0.0F, static_cast<float>(count - 1)));
+    return static_cast<int>(std::clamp(static_cast<double>(along), 0.0, static_cast<double>(count - 1)));
 }
 
 TriangleId ChooseTriangle(const TriangleRow& row, int position) {
-    const int toLeft = std::abs(row.left - position);
-    const int toRight = std::abs(row.right - position);
+    const auto distance = [position](long long from) { return std::abs(from - position); };
+    const long long toLeft = distance(row.left);
+    const long long toRight = distance(row.right);
     if (!row.showGamma)
         return toRight >= toLeft ? zel_triangleLeft : zel_triangleRight;
-    const int toMiddle = std::abs(row.middle - position);
+    const long long toMiddle = distance(row.middle);
     if (toLeft <= toMiddle)
         return position > row.left && row.middle == row.left ? zel_triangleMiddle : zel_triangleLeft;
     if (toMiddle <= toRight)

@@ -2,6 +2,7 @@
 
 #include "dialogs/zel_formatnumber.h"
 #include "dialogs/zel_modaldialog.h"
+#include "dialogs/zel_variabletextctrl.h"
 
 #include <wx/spinctrl.h>
 #include <wx/textentry.h>
@@ -193,11 +194,38 @@ RealValidator<T>::RealValidator(const RealValidator& other)
 }
 
 template <typename T>
-wxString RealValidator<T>::DescribeConflict(double number) const {
-    const auto print = [this](auto printed) { return FormatReal(format, static_cast<double>(printed)); };
+wxString RealValidator<T>::Print(double number) const {
+    return FormatReal(format, number);
+}
+
+template <typename T>
+bool RealValidator<T>::ShowsValue(const wxString& textOfControl) const {
+    return textOfControl == Print(static_cast<double>(*value)) ||
+           (dynamic_cast<VariableTextCtrl<T>*>(m_validatorWindow) != nullptr && ShowsNumber(textOfControl, *value));
+}
+
+template <typename T>
+bool RealValidator<T>::Parse(const wxString& textOfControl, double& number) const {
+    if (ShowsValue(textOfControl)) {
+        number = static_cast<double>(*value);
+        return true;
+    }
+    if (!textOfControl.ToDouble(&number))
+        return false;
     const auto narrowed = static_cast<T>(number);
-    const bool below = hasMin && narrowed < min && print(number) != print(min);
-    const bool above = hasMax && narrowed > max && print(number) != print(max);
+    if (hasMin && narrowed < min && Print(number) == Print(static_cast<double>(min)))
+        number = static_cast<double>(min);
+    else if (hasMax && narrowed > max && Print(number) == Print(static_cast<double>(max)))
+        number = static_cast<double>(max);
+    return true;
+}
+
+template <typename T>
+wxString RealValidator<T>::DescribeConflict(double number) const {
+    const auto print = [this](auto printed) { return Print(static_cast<double>(printed)); };
+    const auto narrowed = static_cast<T>(number);
+    const bool below = hasMin && narrowed < min;
+    const bool above = hasMax && narrowed > max;
     if (!below && !above)
         return {};
     if (hasMin && hasMax)
@@ -213,7 +241,7 @@ bool RealValidator<T>::Validate(wxWindow* parent) {
         return true;
     const wxString textOfControl = GetTextEntry()->GetValue();
     double number = 0.0;
-    const wxString conflict = textOfControl.ToDouble(&number)
+    const wxString conflict = Parse(textOfControl, number)
                                   ? DescribeConflict(number)
                                   : "The value '" + textOfControl + "' cannot be converted to a double";
     if (conflict.empty())
@@ -227,18 +255,23 @@ bool RealValidator<T>::TransferToWindow() {
     wxTextEntry* const entry = GetTextEntry();
     if (entry == nullptr)
         return false;
-    entry->ChangeValue(FormatReal(format, static_cast<double>(*value)));
+    entry->ChangeValue(Print(static_cast<double>(*value)));
+    return true;
+}
+
+template <typename T>
+bool RealValidator<T>::ReadNumber(T& number) {
+    wxTextEntry* const entry = GetTextEntry();
+    double parsed = 0.0;
+    if (entry == nullptr || !Parse(entry->GetValue(), parsed))
+        return false;
+    number = static_cast<T>(parsed);
     return true;
 }
 
 template <typename T>
 bool RealValidator<T>::TransferFromWindow() {
-    wxTextEntry* const entry = GetTextEntry();
-    double number = 0.0;
-    if (entry == nullptr || !entry->GetValue().ToDouble(&number))
-        return false;
-    *value = static_cast<T>(number);
-    return true;
+    return ReadNumber(*value);
 }
 
 #define ZEL_INSTANTIATE(T) template class IntValidator<T>;

@@ -47,8 +47,11 @@ private:
     wxString text; ///< what the base works on
 };
 
-/// The same for a real number. A number whose text equals that of a limit counts as that limit, since a limit shown in
-/// a few digits may lie outside itself; NaN passes the limits.
+/// The same for a real number, whose text may leave out digits: a control that still shows the variable stands for it
+/// as it is, and is not stored. A number outside a limit that has the limit's text counts as that limit, since one
+/// shown in a few digits may lie outside itself. NaN passes the limits.
+///
+/// A VariableTextCtrl shows its variable in its own way as well.
 template <typename T>
 class ZEL_EXPORT RealValidator : public wxTextValidator {
 public:
@@ -64,12 +67,19 @@ public:
     bool TransferToWindow() override;
     bool TransferFromWindow() override;
 
+    /// What the control stands for now, within the limits or not. @return false if its text is no number
+    bool ReadNumber(T& number);
+
     T GetMin() const { return min; }
     T GetMax() const { return max; }
     void SetMin(T newMin) { min = newMin; }
     void SetMax(T newMax) { max = newMax; }
 
 private:
+    wxString Print(double number) const;
+    bool ShowsValue(const wxString& textOfControl) const;
+    /// What a text stands for, in all digits that were typed. @return false if it is no number
+    bool Parse(const wxString& textOfControl, double& number) const;
     wxString DescribeConflict(double number) const;
 
     bool hasMin;

@@ -36,11 +36,15 @@ void VariableTextCtrl<T>::SetBounds(T low, T high, T newDefault, int newPosition
 
 template <typename T>
 bool VariableTextCtrl<T>::GetNumber(T& number) const {
-    const std::optional<T> parsed = ParseNumber<T>(GetValue());
-    if (!parsed)
-        return false;
-    number = *parsed;
-    return true;
+    const wxString text = GetValue();
+    if (variable != nullptr && ShowsNumber(text, *variable)) {
+        number = *variable; // with the digits that the text leaves out
+        return true;
+    }
+    const std::optional<T> parsed = ParseNumber<T>(text);
+    if (parsed)
+        number = *parsed;
+    return parsed.has_value();
 }
 
 template <typename T>

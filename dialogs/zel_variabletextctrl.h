@@ -47,7 +47,8 @@ public:
     /// Whether it has a variable.
     bool IsBound() const { return variable != nullptr; }
 
-    /// What stands in the field. @return false, with `number` untouched, if it is no number of type T
+    /// What stands in the field: the variable as it is, if the field shows it, else the text as a number.
+    /// @return false, with `number` untouched, if it is no number of type T
     bool GetNumber(T& number) const;
     /// Shows a number; sends nothing.
     void SetNumber(T number);

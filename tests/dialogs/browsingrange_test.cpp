@@ -55,6 +55,20 @@ TEST_F(BrowsingRangeTest, CancelLeavesTheRange) {
     EXPECT_NE("No change.", Message());
 }
 
+TEST_F(BrowsingRangeTest, ACanvasThatIsReplacedTakesItsDialogAlong) {
+    auto* const other = new FrameCanvas(frame);
+    other->Play(10);
+    answers.ExpectDriven([&](wxDialog& dialog) {
+        frame->SetCanvas(other);
+        EXPECT_FALSE(dialog.IsModal());
+    });
+    const std::string before = Message();
+    Choose(zel_CMD_BROWSING_RANGE);
+    EXPECT_EQ(before, Message());
+    EXPECT_EQ((std::vector<int>{}), other->shown);
+    EXPECT_EQ(9, other->m_iterator.rangeLast);
+}
+
 TEST_F(BrowsingRangeTest, ASingleFrameHasNoRange) {
     canvas->Play(1);
     Choose(zel_CMD_BROWSING_RANGE); // no dialog comes, and no assertion

@@ -39,6 +39,44 @@ TEST(ParseNumber, TakesFiniteReals) {
         EXPECT_EQ(std::nullopt, ParseNumber<double>(text)) << text;
 }
 
+TEST(NumberToFullText, HasTheDigitsOfTheValidators) {
+    EXPECT_EQ("200", NumberToFullText<Byte>(200));
+    EXPECT_EQ("0.126000", NumberToFullText(0.126F));
+    EXPECT_EQ("0.333333", NumberToFullText(1.0 / 3.0));
+}
+
+TEST(ShowsNumber, TakesBothWaysOfShowing) {
+    EXPECT_TRUE(ShowsNumber("0.99", 0.985977F));
+    EXPECT_TRUE(ShowsNumber("0.985977", 0.985977F));
+    for (const char* const text : {"0.98", "0.9860", "0.985976", "", "abc"})
+        EXPECT_FALSE(ShowsNumber(text, 0.985977F)) << text;
+    EXPECT_TRUE(ShowsNumber("1.2", 1.2345));
+    EXPECT_TRUE(ShowsNumber("1.2345", 1.2345));
+    EXPECT_FALSE(ShowsNumber("1.23", 1.2345));
+    EXPECT_TRUE(ShowsNumber<Byte>("7", 7));
+    EXPECT_FALSE(ShowsNumber<Byte>("07", 7));
+}
+
+TEST(NumberEntered, IsWhatTheFieldShowsOfIt) {
+    EXPECT_EQ(0.13F, NumberEntered(0.126F, 0.0F, 1.0F));
+    EXPECT_EQ(2.6, NumberEntered(2.5836, 0.1, 10.0));
+    EXPECT_EQ(-3, NumberEntered(-3, -5, 5));
+}
+
+TEST(NumberEntered, KeepsItsDigitsWhereItsTextLeavesTheBoundsOrTellsNothing) {
+    EXPECT_EQ(0.985977F, NumberEntered(0.985977F, 0.0163F, 0.985977F)) << "0.99 lies above";
+    EXPECT_EQ(0.0171F, NumberEntered(0.0171F, 0.0163F, 0.0173F)) << "so does 0.02";
+    EXPECT_EQ(0.0201F, NumberEntered(0.0201F, 0.0196F, 0.0204F)) << "both bounds are 0.02";
+    EXPECT_EQ(greatestFloat, NumberEntered(greatestFloat, 0.0F, greatestFloat));
+}
+
+TEST(PositionCount, IsHeldWithinInt) {
+    EXPECT_EQ(0, PositionCount(0));
+    EXPECT_EQ(65536, PositionCount(65536));
+    EXPECT_EQ(greatestInt, PositionCount(2147483647U));
+    EXPECT_EQ(greatestInt, PositionCount(std::size_t{1} << 32)) << "an integer image over its whole type";
+}
+
 TEST(NumberToText, HasAFormatForEachType) {
     EXPECT_EQ("200", NumberToText<Byte>(200));
     EXPECT_EQ("65535", NumberToText<Word>(65535));

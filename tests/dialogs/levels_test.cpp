@@ -1,4 +1,5 @@
 #include "tests/dialogs/channel_dialog_fixture.h"
+#include "tests/dialogs/random_ranges.h"
 
 #include <wx/checkbox.h>
 #include <wx/statbox.h>
@@ -356,6 +357,42 @@ TEST_F(LevelsTest, FloatsAreShownWithSixDecimalsFirstAndWithTwoOnceChanged) {
     });
     EXPECT_EQ(wxID_OK, result);
     EXPECT_EQ((std::vector<Levels<float>>{{0.125F, 300.13F, 1.0, 0, 255}}), ParamsOf<Levels<float>>(*dialog));
+}
+
+TEST_F(LevelsTest, EveryRangeOfFloatsIsAcceptedUntouchedAndReset) {
+    std::mt19937 random(8);
+    for (int i = 0; i < 200; ++i) {
+        const FloatRange range = RandomRange(random, i);
+        Channels<float> floats;
+        floats.Add(range.first, range.second, 256);
+        const std::vector<Levels<float>> whole = {{range.first, range.second, 1.0, 0, 255}};
+        auto* const dialog = MakeLevels<float>(floats, whole, Names({"Gray"}));
+        ASSERT_EQ((Texts{wxString::Format("%.9g..%.9g ^1 -> 0..255 in 0", static_cast<double>(range.first),
+                                          static_cast<double>(range.second))
+                             .utf8_string()}),
+                  TakePreviews());
+        dialog->TransferDataToWindow(); // as when it opens
+        ASSERT_TRUE(IsAccepted(*dialog)) << range.first << " to " << range.second;
+        ASSERT_EQ(whole, ParamsOf<Levels<float>>(*dialog));
+        Control<float>(*dialog, 10005).SetHigh((range.first + range.second) / 2);
+        wxCommandEvent reset(wxEVT_BUTTON, 10007);
+        In(*dialog, 10007).ProcessWindowEvent(reset);
+        ASSERT_TRUE(IsAccepted(*dialog)) << range.first << " to " << range.second << " reset";
+        ASSERT_EQ(whole, ParamsOf<Levels<float>>(*dialog));
+        dialog->Destroy();
+        Pump();
+    }
+}
+
+TEST_F(LevelsTest, ChoosingAnotherChannelLeavesTheDigitsOfTheFirst) {
+    Channels<float> floats;
+    floats.Add(0.0163F, 0.985977F, 256).Add(0.0F, 2.0F, 256);
+    const std::vector<Levels<float>> whole = {{0.0163F, 0.985977F, 1.2345, 0, 255}, {0.0F, 2.0F, 1.0, 0, 255}};
+    auto* const dialog = MakeLevels<float>(floats, whole, Names({"One", "Two"}));
+    for (const int channel : {1, 0, 1, 0})
+        Choose(Channel(*dialog), channel);
+    EXPECT_TRUE(IsAccepted(*dialog));
+    EXPECT_EQ(whole, ParamsOf<Levels<float>>(*dialog));
 }
 
 TEST_F(LevelsTest, LargeIntegersLoseDigitsInThePreviewAlone) {

@@ -59,7 +59,10 @@ public:
 using Byte = unsigned char;
 using Ends = std::pair<int, int>;
 
-class RangeControlTest : public GuiTest {};
+class RangeControlTest : public GuiTest {
+protected:
+    DialogAnswers answers; // no control may complain
+};
 
 TEST_F(RangeControlTest, PiecesStandOneUnderTheOther) {
     const Bench<Byte> bench(0, 255, true, false);
@@ -260,6 +263,81 @@ TEST_F(RangeControlTest, FloatsHaveTwoDecimalsAndTheirHighEndIsThere) {
     EXPECT_EQ("0.29", bench.Low());
     EXPECT_EQ(0.29F, bench.lowValue);
     EXPECT_EQ(Ends(29, 99), bench.Ends()) << "0.29 / 0.01 is below 29";
+}
+
+TEST_F(RangeControlTest, FloatsThatNobodyTouchedKeepTheirDigits) {
+    Bench<float> bench(0.0163F, 0.985977F, true, false);
+    bench.gamma = 1.2345;
+    for (int i = 0; i < 2; ++i) { // the second time it stores what the first has shown
+        bench.BindTo(0.0163F, 0.985977F, 256);
+        EXPECT_EQ("0.02", bench.Low());
+        EXPECT_EQ("1.2", bench.Gamma());
+        EXPECT_EQ("0.99", bench.High());
+        EXPECT_EQ(Ends(0, 255), bench.Ends());
+    }
+    EXPECT_TRUE(bench.control->Validate() && bench.control->TransferDataFromWindow());
+    bench.control->TransferDataToWindow(); // six digits
+    EXPECT_TRUE(bench.control->Validate() && bench.control->TransferDataFromWindow());
+    EXPECT_EQ(0.0163F, bench.lowValue);
+    EXPECT_EQ(1.2345, bench.gamma);
+    EXPECT_EQ(0.985977F, bench.highValue);
+    TypeInto(*bench.control->GetHighText(), "0.5");
+    Press(WXK_RETURN);
+    EXPECT_EQ(0.0163F, bench.lowValue) << "changed alone";
+    EXPECT_EQ(1.2345, bench.gamma);
+    EXPECT_EQ(0.5F, bench.highValue);
+    EXPECT_EQ(1, bench.Told());
+}
+
+TEST_F(RangeControlTest, ResetGoesToTheExactBounds) {
+    Bench<float> bench(0.25F, 0.75F, false, false);
+    bench.BindTo(0.0163F, 0.985977F, 256);
+    bench.control->Reset();
+    EXPECT_EQ("0.02", bench.Low());
+    EXPECT_EQ("0.99", bench.High());
+    EXPECT_EQ(0.0163F, bench.lowValue);
+    EXPECT_EQ(0.985977F, bench.highValue);
+    EXPECT_TRUE(bench.control->Validate() && bench.control->TransferDataFromWindow());
+    EXPECT_EQ(0.985977F, bench.highValue);
+}
+
+TEST_F(RangeControlTest, TwoDecimalsThatLieOutsideTheBoundsAreNotTaken) {
+    Bench<float> bench(0.25F, 0.75F, false, false);
+    bench.BindTo(0.0163F, 0.985977F, 256);
+    TypeInto(*bench.control->GetHighText(), "0.99"); // held at the bound, which shows as 0.99
+    Press(WXK_RETURN);
+    EXPECT_EQ(0.985977F, bench.highValue);
+    EXPECT_EQ("0.99", bench.High());
+    TypeInto(*bench.control->GetHighText(), "0.376");
+    Press(WXK_RETURN);
+    EXPECT_EQ(0.38F, bench.highValue) << "rounded, since that lies inside";
+    EXPECT_TRUE(bench.control->Validate());
+}
+
+TEST_F(RangeControlTest, TwoDecimalsDoNotCarryAValuePastTheOther) {
+    Bench<float> bench(0.124F, 0.75F, false, false);
+    bench.BindTo(0.0F, 1.0F, 256);
+    TypeInto(*bench.control->GetHighText(), "0.1"); // held at the low value, which shows as 0.12
+    Press(WXK_RETURN);
+    EXPECT_EQ(0.124F, bench.highValue);
+    EXPECT_EQ("0.12", bench.High());
+    EXPECT_EQ(Ends(32, 32), bench.Ends()); // 0.124 * 256 = 31.7
+    EXPECT_EQ(0.124F, bench.lowValue);
+}
+
+TEST_F(RangeControlTest, BoundsThatShowTheSameTakeNumbersAsTheyAre) {
+    Bench<float> bench(0.0196F, 0.0204F, false, false);
+    bench.BindTo(0.0196F, 0.0204F, 256);
+    bench.DragFrom(0, 64); // 0.0196 + 64 * 0.0008 / 256
+    EXPECT_NEAR(0.0198F, bench.lowValue, 1e-6F);
+    EXPECT_EQ(Ends(64, 255), bench.Ends());
+    TypeInto(*bench.control->GetHighText(), "0.0201");
+    Press(WXK_RETURN);
+    EXPECT_EQ(0.0201F, bench.highValue);
+    EXPECT_EQ("0.02", bench.High());
+    EXPECT_EQ(Ends(64, 160), bench.Ends()); // 0.0005 / 0.0008 * 256
+    EXPECT_TRUE(bench.control->Validate() && bench.control->TransferDataFromWindow());
+    EXPECT_EQ(0.0201F, bench.highValue);
 }
 
 TEST_F(RangeControlTest, RangesOfOneValueHaveOnePosition) {

@@ -1,5 +1,5 @@
 #include "dialogs/dlg_set_range.h"
-#include "tests/dialogs/dialog_user.h"
+#include "tests/dialogs/random_ranges.h"
 
 #include <wx/statbox.h>
 #include <wx/statline.h>
@@ -202,7 +202,7 @@ TEST_F(RangeDialogTest, StartOutsideTheLimitsIsShownAndRefused) {
     EXPECT_FALSE(GetLongRangeFromUser(frame, 1, 9, min, max));
 }
 
-TEST_F(RangeDialogTest, UntouchedFloatsAreStoredAsTheirTexts) {
+TEST_F(RangeDialogTest, UntouchedFloatsKeepTheirDigits) {
     float min = 0.1234567F;
     float max = 0.9F;
     answers.ExpectDriven([](wxDialog& dialog) {
@@ -210,8 +210,45 @@ TEST_F(RangeDialogTest, UntouchedFloatsAreStoredAsTheirTexts) {
         Click(In(dialog, wxID_OK));
     });
     EXPECT_TRUE(GetFloatRangeFromUser(frame, 0.1234567F, 0.9F, min, max));
-    EXPECT_EQ(0.123457F, min);
+    EXPECT_EQ(0.1234567F, min);
     EXPECT_EQ(0.9F, max);
+}
+
+TEST_F(RangeDialogTest, EveryUntouchedRangeOfFloatsIsAccepted) {
+    std::mt19937 random(20);
+    for (int i = 0; i < 200; ++i) {
+        const FloatRange limits = RandomRange(random, i);
+        float min = limits.first;
+        float max = limits.second;
+        SetFloatRangeDlg dialog(frame, limits.first, limits.second, min, max);
+        dialog.TransferDataToWindow(); // as when it opens
+        ASSERT_TRUE(IsAccepted(dialog)) << limits.first << " to " << limits.second;
+        ASSERT_EQ(limits, FloatRange(min, max));
+    }
+}
+
+TEST_F(RangeDialogTest, ARangeThatSixDecimalsCannotTellIsAcceptedUntouched) {
+    float min = 1e-7F;
+    float max = 3e-7F;
+    SetFloatRangeDlg dialog(frame, 1e-7F, 3e-7F, min, max);
+    dialog.TransferDataToWindow();
+    EXPECT_EQ("0.000000", In<wxTextCtrl>(dialog, 10004).GetValue());
+    EXPECT_EQ("0.000000", In<wxTextCtrl>(dialog, 10005).GetValue());
+    EXPECT_TRUE(IsAccepted(dialog));
+    EXPECT_EQ(1e-7F, min);
+    EXPECT_EQ(3e-7F, max);
+}
+
+TEST_F(RangeDialogTest, ATypedLimitIsTheLimit) {
+    float min = 0.5F;
+    float max = 0.6F;
+    SetFloatRangeDlg dialog(frame, 0.1234564F, 0.9876544F, min, max);
+    dialog.TransferDataToWindow();
+    In<wxTextCtrl>(dialog, 10004).ChangeValue("0.123456");
+    In<wxTextCtrl>(dialog, 10005).ChangeValue("0.987654");
+    EXPECT_TRUE(IsAccepted(dialog));
+    EXPECT_EQ(0.1234564F, min);
+    EXPECT_EQ(0.987654F, max) << "which lies within the limits";
 }
 
 TEST_F(RangeDialogTest, LimitsThatDoNotRiseAreAsserted) {

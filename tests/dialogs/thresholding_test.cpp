@@ -1,4 +1,5 @@
 #include "tests/dialogs/channel_dialog_fixture.h"
+#include "tests/dialogs/random_ranges.h"
 
 #include <wx/checkbox.h>
 
@@ -156,16 +157,50 @@ TEST_F(ThresholdingTest, BadTextKeepsTheDialogOpen) {
     EXPECT_EQ(wxID_CANCEL, dialog->ShowModal());
 }
 
-TEST_F(ThresholdingTest, FloatThresholdsAreRoundedToTwoDecimals) {
+TEST_F(ThresholdingTest, FloatThresholdsThatNobodyTouchedKeepTheirDigits) {
     Channels<float> floats;
     floats.Add(-1.0F, 1.0F, 256);
     auto* const dialog = MakeThresholds<float>(floats, {{-0.126F, 0.5F}}, Names({"Gray"}));
-    EXPECT_EQ((Texts{"-0.129999995..0.5 in 0"}), TakePreviews());
+    EXPECT_EQ((Texts{"-0.126000002..0.5 in 0"}), TakePreviews());
     EXPECT_EQ(wxID_OK, Run(*dialog, [](wxDialog& open) {
-                  EXPECT_EQ((Texts{"-0.130000", "0.500000"}), Fields(Control<float>(open, 10005)));
+                  EXPECT_EQ((Texts{"-0.126000", "0.500000"}), Fields(Control<float>(open, 10005)));
                   Click(In(open, wxID_OK));
               }));
-    EXPECT_EQ((std::vector<Thresholds<float>>{{-0.13F, 0.5F}}), ParamsOf<Thresholds<float>>(*dialog));
+    EXPECT_EQ((std::vector<Thresholds<float>>{{-0.126F, 0.5F}}), ParamsOf<Thresholds<float>>(*dialog));
+}
+
+TEST_F(ThresholdingTest, ChangedFloatThresholdsAreRoundedToTwoDecimals) {
+    Channels<float> floats;
+    floats.Add(-1.0F, 1.0F, 256);
+    auto* const dialog = MakeThresholds<float>(floats, {{-0.126F, 0.5F}}, Names({"Gray"}));
+    TakePreviews();
+    EXPECT_EQ(wxID_OK, Run(*dialog, [&](wxDialog& open) {
+                  TypeInto(*Control<float>(open, 10005).GetHighText(), "0.376");
+                  Press(WXK_RETURN);
+                  EXPECT_EQ((Texts{"-0.126000002..0.379999995 in 0"}), TakePreviews());
+                  Click(In(open, wxID_OK));
+              }));
+    EXPECT_EQ((std::vector<Thresholds<float>>{{-0.126F, 0.38F}}), ParamsOf<Thresholds<float>>(*dialog));
+}
+
+TEST_F(ThresholdingTest, EveryUntouchedRangeOfFloatsIsAcceptedAndPreviewedExactly) {
+    std::mt19937 random(7);
+    for (int i = 0; i < 200; ++i) {
+        const FloatRange range = RandomRange(random, i);
+        Channels<float> floats;
+        floats.Add(range.first, range.second, 256);
+        const std::vector<Thresholds<float>> whole = {{range.first, range.second}};
+        auto* const dialog = MakeThresholds<float>(floats, whole, Names({"Gray"}));
+        ASSERT_EQ((Texts{wxString::Format("%.9g..%.9g in 0", static_cast<double>(range.first),
+                                          static_cast<double>(range.second))
+                             .utf8_string()}),
+                  TakePreviews());
+        dialog->TransferDataToWindow(); // as when it opens
+        ASSERT_TRUE(IsAccepted(*dialog)) << range.first << " to " << range.second;
+        ASSERT_EQ(whole, ParamsOf<Thresholds<float>>(*dialog));
+        dialog->Destroy();
+        Pump();
+    }
 }
 
 TEST_F(ThresholdingTest, WrongArgumentsAreAsserted) {

@@ -40,6 +40,24 @@ TEST(TriangleLayout, MiddleBearsWrongGammas) {
     EXPECT_EQ(10, MiddleAt(std::numeric_limits<double>::quiet_NaN(), 10, 110));
 }
 
+TEST(TriangleLayout, RowsOfMillionsAreNoDifferentFromShortOnes) {
+    constexpr int last = (1 << 25) - 1;
+    EXPECT_EQ(1 << 24, MiddleAt(1.0, 0, last)) << "16777215.5";
+    EXPECT_EQ(last, PositionUnderMouse(10000, last + 1, 260));
+    EXPECT_EQ(258, TipOfTriangle(last, last + 1, 260));
+}
+
+TEST(TriangleLayout, TheLongestRowStaysWithinInt) {
+    constexpr int count = std::numeric_limits<int>::max();
+    EXPECT_EQ((1 << 30) - 1, MiddleAt(1.0, 0, count - 1)) << "half of 2^31 - 2";
+    EXPECT_EQ(count, MiddleAt(0.0, 0, count - 1)) << "far beyond, and held";
+    EXPECT_EQ(count - 1, PositionUnderMouse(10000, count, 260));
+    EXPECT_EQ(0, PositionUnderMouse(-10000, count, 260));
+    EXPECT_EQ(258, TipOfTriangle(count - 1, count, 260));
+    EXPECT_GT(TipOfTriangle(count, 2, 260), 258) << "far to the right";
+    EXPECT_EQ(zel_triangleLeft, ChooseTriangle(Row(0, -count, count - 1, true), count - 1)) << "the middle is further";
+}
+
 TEST(TriangleLayout, GammaFollowsTheMiddle) {
     EXPECT_DOUBLE_EQ(1.0, GammaAtPosition(Row(10, 0, 110, true), 60).value());
     EXPECT_DOUBLE_EQ(10.0, GammaAtPosition(Row(10, 0, 110, true), 10).value());

@@ -268,6 +268,41 @@ TEST_F(ValidatorTest, RealsAreStored) {
     EXPECT_EQ(0.1F, value);
 }
 
+TEST_F(ValidatorTest, ARealThatIsShownAsItIsKeepsItsDigits) {
+    float value = 0.1234567F;
+    field->SetValidator(RealValidator<float>(value, 0.1234567F, 0.9F, true, true, ""));
+    ASSERT_TRUE(panel->TransferDataToWindow());
+    EXPECT_EQ("0.123457", field->GetValue());
+    EXPECT_TRUE(panel->Validate());
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(0.1234567F, value);
+    field->ChangeValue("0.123458");
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(0.123458F, value);
+    double wide = 1.0 / 3.0;
+    field->SetValidator(RealValidator<double>(wide, 0.0, 1.0, true, true, ""));
+    ASSERT_TRUE(panel->TransferDataToWindow());
+    EXPECT_EQ("0.333333", field->GetValue());
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(1.0 / 3.0, wide);
+    field->ChangeValue("0.33333");
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(0.33333, wide);
+}
+
+TEST_F(ValidatorTest, ALimitThatIsTypedAsItShowsIsStoredAsItIs) {
+    float value = 0.5F;
+    field->SetValidator(RealValidator<float>(value, 0.1234564F, 1.2345678F, true, true, ""));
+    field->ChangeValue("0.123456"); // below the limit
+    EXPECT_TRUE(panel->Validate());
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(0.1234564F, value);
+    field->ChangeValue("1.234568"); // above it
+    EXPECT_TRUE(panel->Validate());
+    EXPECT_TRUE(panel->TransferDataFromWindow());
+    EXPECT_EQ(1.2345678F, value);
+}
+
 TEST_F(ValidatorTest, LimitsOfRealsCanBeChanged) {
     double value = 0.5;
     RealValidator<double> validator(value, 0.0, 1.0, true, true, "");

@@ -192,6 +192,25 @@ TEST_F(VariableTextCtrlTest, TenCharactersCanBeTypedAndMoreBeSet) {
     EXPECT_EQ("1234567890", field->GetValue()) << "the limit is ten again";
 }
 
+TEST_F(VariableTextCtrlTest, WhatShowsAsItsVariableIsItsVariable) {
+    float real = 0.985977F;
+    auto* const field = new VariableTextCtrl<float>(panel, id, &real, 0.0163F, 0.985977F, 0.0F, 256, wxPoint(10, 10));
+    field->SetNumber(real);
+    Pump(30);
+    EXPECT_EQ("0.99", field->GetValue());
+    float number = 0.0F;
+    EXPECT_TRUE(field->GetNumber(number));
+    EXPECT_EQ(0.985977F, number);
+    Focus(*field);
+    Press(WXK_UP);
+    EXPECT_EQ(Numbers{}, Told()) << "it is at its bound";
+    Press(WXK_DOWN);
+    EXPECT_EQ(Numbers{static_cast<double>(0.985977F - field->GetStep())}, Told());
+    field->ChangeValue("0.98");
+    EXPECT_TRUE(field->GetNumber(number));
+    EXPECT_EQ(0.98F, number);
+}
+
 TEST_F(VariableTextCtrlTest, RealsStepAndCommit) {
     double gamma = 1.0;
     auto* const field = new VariableTextCtrl<double>(panel, id, &gamma, 0.1, 10.0, 1.0, 99, wxPoint(10, 10));

@@ -318,6 +318,32 @@ TEST_F(IntDialogsTest, RangeOfIntegers) {
     EXPECT_TRUE(SoonGrays(0, 255));
 }
 
+TEST_F(FloatDialogsTest, WhatNobodyTouchedIsAcceptedToTheLastDigit) {
+    for (const float width : {0.9697F, 0.001F}) {
+        const float low = 0.0163F;
+        const float high = low + width;
+        Open(low + width / 4, low + width / 2, {low, high});
+        Choose(zel_ME_THRESHOLD, [&](wxDialog& dialog) {
+            EXPECT_EQ(255, module->GetMappingTable().Get(low)) << "the preview";
+            EXPECT_EQ(255, module->GetMappingTable().Get(high));
+            EXPECT_EQ((std::vector<int>{255, 255}), Grays());
+            Click(In(dialog, wxID_OK));
+        });
+        EXPECT_EQ((ThresParams<float>{low, high}), module->GetThresholds());
+        Choose(zel_ME_LEVELS, [&](wxDialog& dialog) {
+            Click(In(dialog, 10007)); // "Reset"
+            Click(In(dialog, wxID_OK));
+        });
+        EXPECT_EQ((TLevelsParams<float, unsigned char>{low, high, 1.0, 0, 255}), module->GetLevels());
+        Choose(zel_ME_RANGE, [&](wxDialog& dialog) { Click(In(dialog, wxID_OK)); });
+        EXPECT_EQ(low, module->GetRangeMin());
+        EXPECT_EQ(high, module->GetRangeMax());
+        frame->Destroy();
+        Pump();
+    }
+    Open(0.5F, 1.5F);
+}
+
 TEST_F(FloatDialogsTest, RangeAndLevelsOfFloats) {
     Open(0.5F, 1.5F, {0.0F, 2.0F});
     Choose(zel_ME_RANGE, [&](wxDialog& dialog) {
