@@ -1,7 +1,7 @@
 # The installed package: headers with their folders under include/zel, the libraries, and what find_package(zel) needs.
 include(CMakePackageConfigHelpers)
 
-install(TARGETS kepcore kepalgo zel EXPORT zelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(TARGETS kepcore kepalgo zelmodel zel EXPORT zelTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
 # Headers that only the library's own sources include stay at home.
 set(private_headers
@@ -9,7 +9,7 @@ set(private_headers
   zel_marchingcubes.h zel_surfacewalk.h zel_qualifiedname.h zel_saturate.h zel_channelparams.h zel_formatnumber.h
   zel_paintbuffered.h)
 list(JOIN private_headers "|" private_pattern)
-foreach(room core image histogram dialogs volume viewer mapping)
+foreach(room core model image histogram dialogs volume viewer mapping)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/${room} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/zel
     FILES_MATCHING PATTERN "*.h" PATTERN "wdr" EXCLUDE REGEX "/[^/]*(${private_pattern})[^/]*$" EXCLUDE)
 endforeach()

@@ -1,5 +1,5 @@
-#include "viewer/zel_layout.h"
-#include "viewer/zel_truncate.h"
+#include "model/zel_layout.h"
+#include "model/zel_truncate.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ using namespace zel;
 namespace {
 
 /// Scale 10 on all axes and a box of 20 x 20 x 7 microns at 0: 200 x 200 x 70 pixels.
-ViewLayoutInput Default(wxSize client, int border = 2) {
+ViewLayoutInput Default(Size client, int border = 2) {
     ViewLayoutInput input;
     input.client = client;
     input.border = border;
@@ -49,8 +49,8 @@ TEST(Scale, FollowsTheZoomLevel) {
     EXPECT_EQ(ScaleAtZoom(base, 0), base);
     EXPECT_EQ(ScaleAtZoom(base, 1), kep::Vector3d<float>(24, 12, 6));
     EXPECT_EQ(ScaleAtZoom(base, 2), kep::Vector3d<float>(36, 18, 9));
-    EXPECT_EQ(ScaleAtZoom(base, -1), kep::Vector3d<float>(6, 3, 1.5F));  // half
-    EXPECT_EQ(ScaleAtZoom(base, -2), kep::Vector3d<float>(4, 2, 1));     // a third
+    EXPECT_EQ(ScaleAtZoom(base, -1), kep::Vector3d<float>(6, 3, 1.5F)); // half
+    EXPECT_EQ(ScaleAtZoom(base, -2), kep::Vector3d<float>(4, 2, 1));    // a third
     EXPECT_GT(ScaleAtZoom(base, std::numeric_limits<int>::max()).x, 0.0F);
     EXPECT_GT(ScaleAtZoom(base, std::numeric_limits<int>::min()).x, 0.0F);
 }
@@ -58,9 +58,9 @@ TEST(Scale, FollowsTheZoomLevel) {
 TEST(Layout, GivesEachWindowItsFullSizeWhereThereIsRoom) {
     const ViewLayout layout = Compute(Default({400, 400}));
     // XY 200 x 200, XZ 200 x 70, YZ 70 x 200 pixels, plus a border of 2; XZ begins at 200 + 2 + 1.
-    EXPECT_EQ(layout.xy, wxRect(1, 1, 202, 202));
-    EXPECT_EQ(layout.xz, wxRect(1, 203, 202, 72));
-    EXPECT_EQ(layout.yz, wxRect(203, 1, 72, 202));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 202, 202));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 203, 202, 72));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(203, 1, 72, 202));
     EXPECT_EQ(layout.visibleBox, MicronBox({0, 0, 0}, {20, 20, 7}));
     EXPECT_EQ(layout.scrollStep, kep::Vector3d<float>(0.2F * 20, 0.2F * 20, 0.2F * 7));
 }
@@ -69,9 +69,9 @@ TEST(Layout, TakesFromTheLargerWhereOneNeedsLessThanHalf) {
     // w = 200 - 2 - 2 - 2 = 194: half is 97, XY wants 200, YZ 70: together too much, so YZ gets 70 and XY 124.
     // h = 400 - 6 = 394: both fit.
     const ViewLayout layout = Compute(Default({200, 400}));
-    EXPECT_EQ(layout.xy, wxRect(1, 1, 126, 202));
-    EXPECT_EQ(layout.yz, wxRect(127, 1, 72, 202));
-    EXPECT_EQ(layout.xz, wxRect(1, 203, 126, 72));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 126, 202));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(127, 1, 72, 202));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 203, 126, 72));
     EXPECT_FLOAT_EQ(layout.visibleBox.size.x, 12.4F);
 }
 
@@ -79,9 +79,9 @@ TEST(Layout, HalvesWhatBothWouldFill) {
     ViewLayoutInput input = Default({107, 107});
     // w = h = 107 - 6 = 101, half 50: XY wants 200 and YZ 70, so both get 50; the same along the height.
     const ViewLayout layout = Compute(input);
-    EXPECT_EQ(layout.xy, wxRect(1, 1, 52, 52));
-    EXPECT_EQ(layout.xz, wxRect(1, 53, 52, 52));
-    EXPECT_EQ(layout.yz, wxRect(53, 1, 52, 52));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 52, 52));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 53, 52, 52));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(53, 1, 52, 52));
 }
 
 TEST(Layout, GivesTheRestToADeepVolume) {
@@ -90,47 +90,47 @@ TEST(Layout, GivesTheRestToADeepVolume) {
     // w = 200, half 100: XY wants 50, YZ 900: XY gets 50, YZ the rest, 150. h = 994, half 497: XY wants 200, XZ 900:
     // XY gets 200, XZ 794. XZ and YZ show the same extent along Z: the smaller, 150.
     const ViewLayout layout = Compute(input);
-    EXPECT_EQ(layout.xy, wxRect(1, 1, 52, 202));
-    EXPECT_EQ(layout.yz, wxRect(53, 1, 152, 202));
-    EXPECT_EQ(layout.xz, wxRect(1, 203, 52, 152));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 52, 202));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(53, 1, 152, 202));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 203, 52, 152));
     EXPECT_FLOAT_EQ(layout.visibleBox.size.z, 15.0F);
 }
 
 TEST(Layout, SingleWindowsStandInTheCorner) {
     ViewLayoutInput input = Default({100, 90});
-    input.showXZ = input.showYZ = false;
+    input.shown[zel_PT_XZ] = input.shown[zel_PT_YZ] = false;
     // One border only: w = 96, h = 86.
-    EXPECT_EQ(Compute(input).xy, wxRect(1, 1, 98, 88));
+    EXPECT_EQ(Compute(input).windows[zel_PT_XY], Rect(1, 1, 98, 88));
     EXPECT_FLOAT_EQ(Compute(input).visibleBox.size.z, 7.0F); // min(70, 86) pixels
 
-    input.showXY = false;
-    input.showXZ = true;
-    EXPECT_EQ(Compute(input).xz, wxRect(1, 1, 98, 72));
+    input.shown[zel_PT_XY] = false;
+    input.shown[zel_PT_XZ] = true;
+    EXPECT_EQ(Compute(input).windows[zel_PT_XZ], Rect(1, 1, 98, 72));
 
-    input.showXZ = false;
-    input.showYZ = true;
-    EXPECT_EQ(Compute(input).yz, wxRect(1, 1, 72, 88));
+    input.shown[zel_PT_XZ] = false;
+    input.shown[zel_PT_YZ] = true;
+    EXPECT_EQ(Compute(input).windows[zel_PT_YZ], Rect(1, 1, 72, 88));
 }
 
 TEST(Layout, XZStandsUnderAHiddenXYOnlyIfYZIsShown) {
     ViewLayoutInput input = Default({400, 400});
-    input.showXY = false;
+    input.shown[zel_PT_XY] = false;
     const ViewLayout layout = Compute(input);
-    EXPECT_EQ(layout.xz, wxRect(1, 203, 202, 72));
-    EXPECT_EQ(layout.yz, wxRect(203, 1, 72, 202));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 203, 202, 72));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(203, 1, 72, 202));
 }
 
 TEST(Layout, LeavesEverythingAloneWithoutWindowsOrRoom) {
     ViewLayout layout;
-    layout.xy = wxRect(7, 7, 7, 7);
+    layout.windows[zel_PT_XY] = Rect(7, 7, 7, 7);
     ViewLayoutInput input = Default({0, 0});
     EXPECT_FALSE(ComputeViewLayout(input, layout));
     input = Default({400, 400});
-    input.showXY = input.showXZ = input.showYZ = false;
+    input.shown[zel_PT_XY] = input.shown[zel_PT_XZ] = input.shown[zel_PT_YZ] = false;
     EXPECT_FALSE(ComputeViewLayout(input, layout));
-    EXPECT_EQ(layout.xy, wxRect(7, 7, 7, 7));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(7, 7, 7, 7));
     EXPECT_TRUE(ComputeViewLayout(Default({0, 5}), layout)); // only both being 0 counts
-    EXPECT_EQ(layout.xy.GetSize(), wxSize(3, 3));             // one pixel and the border
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 3, 3));  // one pixel and the border
 }
 
 TEST(Layout, KeepsTheCentreUntilAnEdgeIsReached) {
@@ -163,13 +163,13 @@ TEST(Layout, ScaleOfZeroShowsTheWholeBox) {
 }
 
 TEST(OptimalSize, AddsSixPixelsForEachWindow) {
-    const wxSize xy(200, 100), xz(200, 70), yz(70, 100);
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, true, true, true), wxSize(206 + 76, 106 + 76));
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, true, false, false), wxSize(206, 106));
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, false, true, false), wxSize(206, 76));
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, false, false, true), wxSize(76, 106));
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, false, true, true), wxSize(206 + 76, 106 + 76));
-    EXPECT_EQ(ComputeOptimalSize(xy, xz, yz, false, false, false), wxSize(0, 0));
+    const PerPlane<Size> windows{{Size(200, 100), Size(200, 70), Size(70, 100)}};
+    EXPECT_EQ(ComputeOptimalSize(windows, {{true, true, true}}), Size(206 + 76, 106 + 76));
+    EXPECT_EQ(ComputeOptimalSize(windows, {{true, false, false}}), Size(206, 106));
+    EXPECT_EQ(ComputeOptimalSize(windows, {{false, true, false}}), Size(206, 76));
+    EXPECT_EQ(ComputeOptimalSize(windows, {{false, false, true}}), Size(76, 106));
+    EXPECT_EQ(ComputeOptimalSize(windows, {{false, true, true}}), Size(206 + 76, 106 + 76));
+    EXPECT_EQ(ComputeOptimalSize(windows, {{false, false, false}}), Size(0, 0));
 }
 
 TEST(Centre, IsHeldInTheBoxWithTheUpperBoundLast) {

@@ -1,5 +1,5 @@
-#include "image/kep.h"
-#include "image/zel_imageiterator.h"
+#include "core/kepcore/kep_exceptions.h"
+#include "model/zel_imageiterator.h"
 #include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>

@@ -1,5 +1,5 @@
-#include "viewer/zel_buffer2d.h"
-#include "viewer/zel_picture.h"
+#include "model/zel_buffer2d.h"
+#include "model/zel_picture.h"
 
 #include <gtest/gtest.h>
 

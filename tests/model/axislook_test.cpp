@@ -1,4 +1,4 @@
-#include "host/viewaxis.h"
+#include "model/zel_axislook.h"
 
 #include "core/kepalgo/kep_copytoimage.h"
 
@@ -6,12 +6,12 @@
 
 #include <random>
 
-namespace zelviewer {
+namespace zel {
 namespace {
 
 /// 10 voxels of 0.5 microns from 100 on; the window shows 6 pixels of 0.25 microns from 101 on.
-ViewAxis HalfMicrons(bool reversed) {
-    ViewAxis axis;
+AxisLook HalfMicrons(bool reversed) {
+    AxisLook axis;
     axis.voxels = 10;
     axis.boxOffset = 100.0F;
     axis.resolution = 2.0F;
@@ -23,14 +23,14 @@ ViewAxis HalfMicrons(bool reversed) {
     return axis;
 }
 
-TEST(ViewAxis, PixelsCountFromTheSideWhereTheAxisBegins) {
+TEST(AxisLook, PixelsCountFromTheSideWhereTheAxisBegins) {
     EXPECT_EQ(MicronsAt(HalfMicrons(false), 0), 101.0F);
     EXPECT_EQ(MicronsAt(HalfMicrons(false), 5), 102.25F); // 101 + 5 / 4
     EXPECT_EQ(MicronsAt(HalfMicrons(true), 5), 101.0F);
     EXPECT_EQ(MicronsAt(HalfMicrons(true), 0), 102.25F);
 }
 
-TEST(ViewAxis, AClickMeansTheMiddleOfItsVoxel) {
+TEST(AxisLook, AClickMeansTheMiddleOfItsVoxel) {
     // Pixels 0 and 1 show voxel 2, which reaches from 101 to 101.5; pixels 2 and 3 the next one.
     EXPECT_EQ(MiddleOfVoxelAt(HalfMicrons(false), 0), 101.25F);
     EXPECT_EQ(MiddleOfVoxelAt(HalfMicrons(false), 1), 101.25F);
@@ -39,13 +39,13 @@ TEST(ViewAxis, AClickMeansTheMiddleOfItsVoxel) {
     EXPECT_EQ(MiddleOfVoxelAt(HalfMicrons(true), 3), 101.75F);
 }
 
-TEST(ViewAxis, AClickBesideTheImageMeansItsLastVoxel) {
+TEST(AxisLook, AClickBesideTheImageMeansItsLastVoxel) {
     // Voxels end at 105; pixel 100 lies at 126, pixel -100 at 76.
     EXPECT_EQ(MiddleOfVoxelAt(HalfMicrons(false), 100), 104.75F);
     EXPECT_EQ(MiddleOfVoxelAt(HalfMicrons(false), -100), 100.25F);
 }
 
-TEST(ViewAxis, AClickMeansTheVoxelThatThePictureShows) {
+TEST(AxisLook, AClickMeansTheVoxelThatThePictureShows) {
     std::mt19937 random(7);
     const auto between = [&random](double low, double high) {
         return static_cast<float>(std::uniform_real_distribution<double>(low, high)(random));
@@ -53,7 +53,7 @@ TEST(ViewAxis, AClickMeansTheVoxelThatThePictureShows) {
     for (int round = 0; round < 300; ++round) {
         constexpr std::size_t voxels = 200;
         constexpr int pixels = 150;
-        ViewAxis axis;
+        AxisLook axis;
         axis.voxels = voxels;
         axis.boxOffset = between(-500, 500);
         axis.resolution = between(0.1, 12);
@@ -90,8 +90,8 @@ TEST(ViewAxis, AClickMeansTheVoxelThatThePictureShows) {
     }
 }
 
-TEST(ViewAxis, TheWheelGoesFromMiddleToMiddleAndStopsAtTheEnds) {
-    const ViewAxis axis = HalfMicrons(false);
+TEST(AxisLook, TheWheelGoesFromMiddleToMiddleAndStopsAtTheEnds) {
+    const AxisLook axis = HalfMicrons(false);
     EXPECT_EQ(MiddleOfVoxelBeside(axis, 101.25F, 1), 101.75F);
     EXPECT_EQ(MiddleOfVoxelBeside(axis, 101.25F, -2), 100.25F);
     EXPECT_EQ(MiddleOfVoxelBeside(axis, 101.4F, 1), 101.75F); // not in the middle before
@@ -100,8 +100,8 @@ TEST(ViewAxis, TheWheelGoesFromMiddleToMiddleAndStopsAtTheEnds) {
     EXPECT_EQ(MiddleOfVoxelBeside(axis, 105.0F, -1), 104.25F); // on the far face the last voxel is seen
 }
 
-TEST(ViewAxis, EveryVoxelIsReachedByTheWheel) {
-    ViewAxis axis;
+TEST(AxisLook, EveryVoxelIsReachedByTheWheel) {
+    AxisLook axis;
     axis.voxels = 1000;
     axis.boxOffset = 12345.678F;
     axis.resolution = 7.3F;
@@ -112,25 +112,39 @@ TEST(ViewAxis, EveryVoxelIsReachedByTheWheel) {
     EXPECT_EQ(steps, 999);
 }
 
-TEST(ViewAxis, APlaceIsBroughtUnderAPixel) {
+TEST(AxisLook, APlaceIsBroughtUnderAPixel) {
     // At pixel 2 stands 101.5. To see it at pixel 4 the window must begin at 101.5 - 4 / 4 and has its middle 0.75 on.
     EXPECT_EQ(CentreToShowAt(HalfMicrons(false), 101.5F, 4), 101.25F);
     // Mirrored, pixel 4 is the second one: 101.5 - 1 / 4 + 0.75.
     EXPECT_EQ(CentreToShowAt(HalfMicrons(true), 101.5F, 4), 102.0F);
 }
 
-TEST(WheelNotches, PartsOfANotchAddUp) {
-    WheelNotches wheel;
-    EXPECT_EQ(wheel.Turn(120, 120), 1);
-    EXPECT_EQ(wheel.Turn(-240, 120), -2);
-    EXPECT_EQ(wheel.Turn(50, 120), 0);
-    EXPECT_EQ(wheel.Turn(50, 120), 0);
-    EXPECT_EQ(wheel.Turn(50, 120), 1); // 150: one, and 30 left
-    EXPECT_EQ(wheel.Turn(-30, 120), 0);
-    EXPECT_EQ(wheel.Turn(-119, 120), 0);
-    EXPECT_EQ(wheel.Turn(-1, 120), -1);
-    EXPECT_EQ(wheel.Turn(5, 0), 0); // a device that does not say what a notch is
+TEST(AxisLook, NamesTheVoxelThatIsSeen) {
+    // Pixels 0 and 1 show voxel 2; voxels end at 105, which is pixel 16 of the window's 4 a micron.
+    EXPECT_EQ(VoxelAt(HalfMicrons(false), 0), 2U);
+    EXPECT_EQ(VoxelAt(HalfMicrons(false), 2), 3U);
+    EXPECT_EQ(VoxelAt(HalfMicrons(true), 5), 2U);
+    EXPECT_EQ(VoxelAt(HalfMicrons(false), 15), 9U);
+    EXPECT_EQ(VoxelAt(HalfMicrons(false), 16), std::nullopt);
+    EXPECT_EQ(VoxelAt(HalfMicrons(false), -5), std::nullopt);
+}
+
+TEST(AxisLook, TakesItsNumbersFromViewAndImage) {
+    View view;
+    view.visibleBox = {{1, 2, 3}, {4, 5, 6}};
+    view.scale = {10, 20, 30};
+    view.options.reversedZ = true;
+    const AxisLook look = LookAlong(view, {{7, 8, 9}, {40, 50, 60}, {2, 3, 5}}, Axis::Z, 77);
+    EXPECT_EQ(look.voxels, 60U);
+    EXPECT_EQ(look.boxOffset, 9);
+    EXPECT_EQ(look.resolution, 5);
+    EXPECT_EQ(look.visibleOffset, 3);
+    EXPECT_EQ(look.visibleSize, 6);
+    EXPECT_EQ(look.scale, 30);
+    EXPECT_EQ(look.pixels, 77);
+    EXPECT_TRUE(look.reversed);
+    EXPECT_FALSE(LookAlong(view, {{7, 8, 9}, {40, 50, 60}, {2, 3, 5}}, Axis::X, 77).reversed);
 }
 
 } // namespace
-} // namespace zelviewer
+} // namespace zel

@@ -1,4 +1,4 @@
-#include "viewer/zel_navigation.h"
+#include "model/zel_navigation.h"
 
 #include <algorithm>
 

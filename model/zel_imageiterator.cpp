@@ -1,6 +1,6 @@
-#include "image/zel_imageiterator.h"
+#include "model/zel_imageiterator.h"
 
-#include "image/kep.h"
+#include "core/kepcore/kep_exceptions.h"
 
 #include <utility>
 

@@ -1,6 +1,6 @@
-#include "viewer/zel_layout.h"
+#include "model/zel_layout.h"
 
-#include "viewer/zel_truncate.h"
+#include "model/zel_truncate.h"
 
 #include <algorithm>
 #include <cmath>
@@ -48,9 +48,9 @@ kep::Vector3d<float> ScaleAtZoom(const kep::Vector3d<float>& baseScale, int zoom
 }
 
 bool ComputeViewLayout(const ViewLayoutInput& in, ViewLayout& layout) {
-    const bool xy = in.showXY;
-    const bool xz = in.showXZ;
-    const bool yz = in.showYZ;
+    const bool xy = in.shown[zel_PT_XY];
+    const bool xz = in.shown[zel_PT_XZ];
+    const bool yz = in.shown[zel_PT_YZ];
     if (!(xy || xz || yz) || (in.client.x == 0 && in.client.y == 0))
         return false;
 
@@ -95,26 +95,29 @@ bool ComputeViewLayout(const ViewLayoutInput& in, ViewLayout& layout) {
     const int border = in.border;
     const int top = xy || yz ? heightXY + border + 1 : 1;
     const int left = xy || xz ? widthXY + border + 1 : 1;
-    layout.xy = wxRect(1, 1, widthXY + border, heightXY + border);
-    layout.xz = wxRect(1, top, widthXY + border, heightXZ + border);
-    layout.yz = wxRect(left, 1, widthYZ + border, heightXY + border);
+    layout.windows[zel_PT_XY] = Rect(1, 1, widthXY + border, heightXY + border);
+    layout.windows[zel_PT_XZ] = Rect(1, top, widthXY + border, heightXZ + border);
+    layout.windows[zel_PT_YZ] = Rect(left, 1, widthYZ + border, heightXY + border);
     layout.scrollStep = {0.2F * visible.size.x, 0.2F * visible.size.y, 0.2F * visible.size.z};
     return true;
 }
 
-wxSize ComputeOptimalSize(const wxSize& xy, const wxSize& xz, const wxSize& yz, bool showXY, bool showXZ, bool showYZ) {
+Size ComputeOptimalSize(const PerPlane<Size>& windows, const PerPlane<bool>& shown) {
     // Six pixels a window: its border, the gap before it, and some air.
     constexpr int margin = 6;
     const auto add = [](int a, int b) { return TruncToInt(static_cast<double>(a) + static_cast<double>(b)); };
-    wxSize size(0, 0);
-    if (showXY || showYZ)
-        size.y = add(size.y, add(xy.y, margin));
-    if (showXZ)
-        size.y = add(size.y, add(xz.y, margin));
-    if (showXY || showXZ)
-        size.x = add(size.x, add(xy.x, margin));
-    if (showYZ)
-        size.x = add(size.x, add(yz.x, margin));
+    const bool xy = shown[zel_PT_XY];
+    const bool xz = shown[zel_PT_XZ];
+    const bool yz = shown[zel_PT_YZ];
+    Size size;
+    if (xy || yz)
+        size.y = add(size.y, add(windows[zel_PT_XY].y, margin));
+    if (xz)
+        size.y = add(size.y, add(windows[zel_PT_XZ].y, margin));
+    if (xy || xz)
+        size.x = add(size.x, add(windows[zel_PT_XY].x, margin));
+    if (yz)
+        size.x = add(size.x, add(windows[zel_PT_YZ].x, margin));
     return size;
 }
 

@@ -1,7 +1,6 @@
-#include "viewer/zel_picture.h"
+#include "model/zel_picture.h"
 
 #include <algorithm>
-#include <cstddef>
 
 namespace zel {
 
@@ -33,6 +32,21 @@ void TransposePicture(const Colour* from, int width, int height, bool horizontal
             }
         }
     }
+}
+
+SeenPicture TurnPicture(const Plane& plane, const ViewOptions& options, Colour* pixels, const Size& rows,
+                        std::vector<Colour>& turned) {
+    const bool horizontally = options.Reversed(plane.horizontal);
+    const bool vertically = options.Reversed(plane.vertical);
+    if (!plane.isTurned && !horizontally && !vertically)
+        return {pixels, rows};
+    turned.resize(static_cast<std::size_t>(rows.x) * static_cast<std::size_t>(rows.y));
+    if (plane.isTurned) {
+        TransposePicture(pixels, rows.x, rows.y, horizontally, vertically, turned.data());
+        return {turned.data(), {rows.y, rows.x}};
+    }
+    MirrorPicture(pixels, rows.x, rows.y, horizontally, vertically, turned.data());
+    return {turned.data(), rows};
 }
 
 } // namespace zel

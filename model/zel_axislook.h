@@ -1,11 +1,15 @@
 #pragma once
 
-#include <cstddef>
+#include "model/zel_export.h"
+#include "model/zel_view.h"
 
-namespace zelviewer {
+#include <cstddef>
+#include <optional>
+
+namespace zel {
 
 /// One axis of the image, as a drawing window shows it.
-struct ViewAxis {
+struct AxisLook {
     std::size_t voxels = 1;     ///< of the image
     float boxOffset = 0.0F;     ///< microns, where the image begins
     float resolution = 1.0F;    ///< voxels per micron
@@ -16,28 +20,24 @@ struct ViewAxis {
     bool reversed = false;      ///< the window shows it mirrored
 };
 
+/// How a view shows an axis of its image.
+/// @param pixels  of the window along this axis
+ZEL_EXPORT AxisLook LookAlong(const View& view, const ImageGeometry& image, Axis axis, int pixels);
+
 /// Where the pixel that is seen at a place of the window begins, microns.
-float MicronsAt(const ViewAxis& axis, int pixel);
+ZEL_EXPORT float MicronsAt(const AxisLook& axis, int pixel);
+
+/// Number of the voxel that is seen at a place of the window, by the rule by which the picture was made; none for
+/// places beside the image.
+ZEL_EXPORT std::optional<std::size_t> VoxelAt(const AxisLook& axis, int pixel);
 
 /// Middle of the voxel that is seen at a place of the window, microns; the nearest one for places beside the image.
-float MiddleOfVoxelAt(const ViewAxis& axis, int pixel);
+ZEL_EXPORT float MiddleOfVoxelAt(const AxisLook& axis, int pixel);
 
 /// Middle of the voxel that lies `steps` voxels from the one that holds a position, or of the image's first or last.
-float MiddleOfVoxelBeside(const ViewAxis& axis, float position, int steps);
+ZEL_EXPORT float MiddleOfVoxelBeside(const AxisLook& axis, float position, int steps);
 
 /// What must be in the middle of the window so that a position, in microns as of MicronsAt, is seen at a pixel.
-float CentreToShowAt(const ViewAxis& axis, float position, int pixel);
+ZEL_EXPORT float CentreToShowAt(const AxisLook& axis, float position, int pixel);
 
-/// Makes whole notches of a wheel's turns, some of which come in parts of one.
-class WheelNotches {
-public:
-    /// @param rotation  of one event, above 0 away from the user
-    /// @param delta     of a whole notch
-    /// @return how many notches became full
-    int Turn(int rotation, int delta);
-
-private:
-    int m_rest = 0;
-};
-
-} // namespace zelviewer
+} // namespace zel

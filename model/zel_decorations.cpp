@@ -1,9 +1,10 @@
-#include "viewer/zel_decorations.h"
+#include "model/zel_decorations.h"
 
-#include "viewer/zel_truncate.h"
+#include "model/zel_truncate.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 
 namespace zel {
 
@@ -19,8 +20,8 @@ int Hold(int pixels) {
 
 } // namespace
 
-wxPoint PlaceBlock(int position, const wxPoint& offset, const wxSize& block, const wxSize& window) {
-    const wxPoint inwards(Hold(offset.x), Hold(offset.y));
+Point PlaceBlock(int position, const Point& offset, const Size& block, const Size& window) {
+    const Point inwards(Hold(offset.x), Hold(offset.y));
     const int right = window.x - inwards.x - block.x;
     const int bottom = window.y - inwards.y - block.y;
     switch (position) {
@@ -41,7 +42,7 @@ int CutPointerPlace(float cut, float visibleOffset, float scale) {
     return Hold(TruncToInt(static_cast<double>((cut - visibleOffset) * scale + 0.5F)));
 }
 
-std::vector<Stroke> CutPointerStrokes(int style, const wxPoint& at, const wxSize& window) {
+std::vector<Stroke> CutPointerStrokes(int style, const Point& at, const Size& window) {
     constexpr int mark = 10;
     switch (style) {
     case 1:
@@ -59,13 +60,12 @@ std::vector<Stroke> CutPointerStrokes(int style, const wxPoint& at, const wxSize
     }
 }
 
-TimeBarGeometry LayOutTimeBar(const zel_TimeBarStyle& style, const wxSize& text, const wxSize& window, int frame,
-                              int count) {
+TimeBarGeometry LayOutTimeBar(const TimeBarShape& style, const Size& text, const Size& window, int frame, int count) {
     constexpr int markerHeight = 20;
     const int length = Hold(style.length);
     const int gap = Hold(style.thickness) / 2;
-    const wxSize block(length + text.x + gap, std::max(text.y, markerHeight));
-    const wxPoint corner = PlaceBlock(style.position, style.offset, block, window);
+    const Size block(length + text.x + gap, std::max(text.y, markerHeight));
+    const Point corner = PlaceBlock(style.position, style.offset, block, window);
     const int baseline = corner.y + block.y;
     const int start = corner.x + text.x + gap;
     const float along = static_cast<float>(frame) * static_cast<float>(length) / static_cast<float>(count - 1);
@@ -75,7 +75,7 @@ TimeBarGeometry LayOutTimeBar(const zel_TimeBarStyle& style, const wxSize& text,
             {{marker, baseline}, {marker, baseline - markerHeight}}};
 }
 
-wxString ScaleBarText(float length) {
+std::string ScaleBarText(float length) {
     constexpr long long whole = 1000000;
     // The product is a float too: as a double it would show the seventh digit of a length like 0.7.
     const double scaled = std::clamp(static_cast<double>(length * 1e6F), -9e18, 9e18);
@@ -85,24 +85,26 @@ wxString ScaleBarText(float length) {
         --decimals;
         remainder /= 10;
     }
-    constexpr int microSign = 181;
-    return wxString::Format("%.*f %cm: ", decimals, static_cast<double>(length), microSign);
+    const double shown = static_cast<double>(length);
+    std::string text(static_cast<std::size_t>(std::snprintf(nullptr, 0, "%.*f \u00b5m: ", decimals, shown)), ' ');
+    std::snprintf(text.data(), text.size() + 1, "%.*f \u00b5m: ", decimals, shown);
+    return text;
 }
 
 int ScaleBarPixels(float length, int zoom, float resolution) {
     return Hold(TruncToInt(static_cast<double>((static_cast<float>(zoom) + 1.0F) * length * resolution)));
 }
 
-bool LayOutScaleBar(const zel_ScaleBarStyle& style, const wxSize& text, const wxSize& legs, const wxSize& window,
+bool LayOutScaleBar(const ScaleBarShape& style, const Size& text, const Size& legs, const Size& window,
                     ScaleBarGeometry& geometry) {
     if (style.thickness <= 0 || style.position < 0 || style.position > 3)
         return false;
     const int gap = Hold(style.thickness) / 2;
-    const wxSize block(text.x + gap + legs.x, std::max(text.y, legs.y));
-    const wxPoint at = PlaceBlock(style.position, style.offset, block, window);
+    const Size block(text.x + gap + legs.x, std::max(text.y, legs.y));
+    const Point at = PlaceBlock(style.position, style.offset, block, window);
     const bool right = style.position == 1 || style.position == 3;
     const bool bottom = style.position == 2 || style.position == 3;
-    const wxPoint corner(at.x + text.x + gap + (right ? legs.x : 0), at.y + (bottom ? block.y : 0));
+    const Point corner(at.x + text.x + gap + (right ? legs.x : 0), at.y + (bottom ? block.y : 0));
     geometry.text = {at.x, bottom ? at.y + block.y - text.y : at.y};
     geometry.horizontal = {corner, {corner.x + (right ? -legs.x : legs.x), corner.y}};
     geometry.vertical = {corner, {corner.x, corner.y + (bottom ? -legs.y : legs.y)}};
