@@ -1,6 +1,6 @@
 #include "dialogs/zel_minmaxctrl.h"
 
-#include "dialogs/zel_formatnumber.h"
+#include "dialogs/controls/zel_formatnumber.h"
 #include "dialogs/zel_validators.h"
 
 #include <wx/sizer.h>

@@ -4,7 +4,7 @@
 
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_qualifiedname.h"
-#include "mapping/zel_saturate.h"
+#include "model/zel_saturate.h"
 #include "mapping/zel_stretch.h"
 
 #include <wx/log.h>

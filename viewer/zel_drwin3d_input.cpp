@@ -1,6 +1,6 @@
 #include "model/zel_imageiterator.h"
 #include "viewer/zel_drwin3d.h"
-#include "viewer/zel_menushortcut.h"
+#include "viewer/menus/zel_menushortcut.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/cursor.h>

@@ -1,6 +1,6 @@
-#include "volume/zel_surfacewalk.h"
+#include "model/surface/zel_surfacewalk.h"
 
-#include "volume/zel_marchingcubes.h"
+#include "model/surface/zel_marchingcubes.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "viewer/zel_framemenus.h"
+#include "viewer/menus/zel_framemenus.h"
 
 #include "viewer/zel_commands.h"
 

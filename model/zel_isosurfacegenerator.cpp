@@ -1,6 +1,6 @@
-#include "volume/zel_isosurfacegenerator.h"
+#include "model/zel_isosurfacegenerator.h"
 
-#include "volume/zel_surfacewalk.h"
+#include "model/surface/zel_surfacewalk.h"
 
 #include <utility>
 

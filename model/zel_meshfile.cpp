@@ -1,4 +1,7 @@
-#include "volume/zel_meshfile.h"
+#include "model/zel_meshfile.h"
+
+#include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/kep_exceptions.h"
 
 #include <algorithm>
 #include <bit>

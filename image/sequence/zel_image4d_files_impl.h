@@ -2,8 +2,8 @@
 
 // Definitions of Image4d: reading, saving, inserting and removing frames. Included where it is instantiated.
 
-#include "image/zel_frameconversion.h"
-#include "image/zel_framelist.h"
+#include "image/sequence/zel_frameconversion.h"
+#include "image/sequence/zel_framelist.h"
 #include "image/zel_image4d.h"
 
 #include <wx/log.h>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/kep.h"
-#include "volume/zel_surfacearrays.h"
+#include "core/kepcore/kep_vector.h"
+#include "model/zel_surfacearrays.h"
 
 #include <cstddef>
 #include <map>

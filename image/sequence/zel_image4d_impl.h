@@ -2,7 +2,7 @@
 
 // Definitions of Image4d: its life, its geometry, its copies and its extremes. Included where it is instantiated.
 
-#include "image/zel_framelist.h"
+#include "image/sequence/zel_framelist.h"
 #include "image/zel_image4d.h"
 
 #include <algorithm>

@@ -1,4 +1,4 @@
-#include "dialogs/zel_stringfile.h"
+#include "image/zel_stringfile.h"
 
 #include <string>
 

@@ -1,4 +1,4 @@
-#include "histogram/zel_histogramcount.h"
+#include "model/zel_histogramcount.h"
 
 #include <algorithm>
 #include <bit>

@@ -1,4 +1,4 @@
-#include "viewer/zel_menushortcut.h"
+#include "viewer/menus/zel_menushortcut.h"
 
 #include <wx/accel.h>
 #include <wx/frame.h>

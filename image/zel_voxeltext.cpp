@@ -1,4 +1,4 @@
-#include "dialogs/zel_voxeltext.h"
+#include "image/zel_voxeltext.h"
 
 #include <cmath>
 #include <type_traits>

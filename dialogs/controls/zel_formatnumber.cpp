@@ -1,4 +1,4 @@
-#include "dialogs/zel_formatnumber.h"
+#include "dialogs/controls/zel_formatnumber.h"
 
 #include <cstdio>
 #include <limits>
