@@ -53,8 +53,12 @@ void ImageIterator::SetRangeLast(int i) {
     Clamp();
 }
 
+bool ImageIterator::IsStepAllowed(int n) const {
+    return 1 <= n && n <= static_cast<long long>(rangeLast) - rangeFirst + 1;
+}
+
 void ImageIterator::SetStep(int n) {
-    Require(1 <= n && n <= static_cast<long long>(rangeLast) - rangeFirst + 1, "Incorrect step size given.");
+    Require(IsStepAllowed(n), "Incorrect step size given.");
     step = n;
 }
 
@@ -64,7 +68,7 @@ void ImageIterator::SetNameTemplate(const std::string& newTemplate) {
 }
 
 void ImageIterator::SetFPS(int n) {
-    Require(n >= 1, "Incorrect FPS requested.");
+    Require(IsFPSAllowed(n), "Incorrect FPS requested.");
     fps = n;
 }
 

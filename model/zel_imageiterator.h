@@ -27,11 +27,15 @@ public:
     void SetRangeFirst(int i);
     /// rangeFirst <= i <= limitLast. @throws kep::InternalException "Incorrect index given."
     void SetRangeLast(int i);
-    /// 1 <= n <= rangeLast - rangeFirst + 1. @throws kep::InternalException "Incorrect step size given."
+    /// 1 <= n <= rangeLast - rangeFirst + 1.
+    bool IsStepAllowed(int n) const;
+    /// IsStepAllowed(n). @throws kep::InternalException "Incorrect step size given."
     void SetStep(int n);
     /// Needs an upper-case "X". @throws kep::InternalException "Missing the number-replacement character 'X'."
     void SetNameTemplate(const std::string& newTemplate);
-    /// n >= 1. @throws kep::InternalException "Incorrect FPS requested."
+    /// n >= 1.
+    static bool IsFPSAllowed(int n) { return n >= 1; }
+    /// IsFPSAllowed(n). @throws kep::InternalException "Incorrect FPS requested."
     void SetFPS(int n);
 
     /// One step of automatic browsing, by `direction`, loop and oscillation mode.

@@ -11,6 +11,8 @@
 #include <wx/panel.h>
 #include <wx/timer.h>
 
+#include <optional>
+
 class WXDLLIMPEXP_FWD_CORE wxDC;
 class WXDLLIMPEXP_FWD_CORE wxFrame;
 class WXDLLIMPEXP_FWD_CORE wxIconBundle;
@@ -176,7 +178,10 @@ private:
     void OnWindowPaint(wxPaintEvent& event);
     void RefreshUnpainted();
     void ShowWindows();
-    wxString RunSequenceCommand(int id);
+    std::optional<wxString> RunSequenceCommand(int id);
+    std::optional<wxString> AskForRange();
+    std::optional<wxString> ChangeFPS(int fps);
+    std::optional<wxString> ChangeStep(int step);
     void StartBrowsing(int direction);
     void RestartTimer();
 
