@@ -41,6 +41,16 @@ function(zel_add_library name)
     INSTALL_RPATH "$ORIGIN") # installed anywhere, the libraries find one another
 endfunction()
 
+# Makes the headers at the top of rooms public: they are installed with their folders, and lint compiles each alone.
+# Headers in sub-folders are private to their room. zel_add_public_headers(target ROOMS...)
+function(zel_add_public_headers target)
+  foreach(room ${ARGN})
+    file(GLOB headers CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${room}/*.h)
+    target_sources(${target} PUBLIC FILE_SET HEADERS BASE_DIRS ${PROJECT_SOURCE_DIR} FILES ${headers})
+  endforeach()
+  set_target_properties(${target} PROPERTIES VERIFY_INTERFACE_HEADER_SETS ON)
+endfunction()
+
 # Loops of a length known at run time are vectorised at -O3 only; the files that hold such kernels ask for it.
 # zel_optimise_kernels(target SOURCES...)
 function(zel_optimise_kernels target)

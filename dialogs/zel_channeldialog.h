@@ -1,10 +1,10 @@
 #pragma once
 
 #include "dialogs/zel_histgraph.h"
-#include "dialogs/zel_mappingparams.h"
 #include "dialogs/zel_minmaxctrl.h"
-#include "histogram/zel_histogram.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
+#include "model/zel_histogram.h"
+#include "model/zel_mappingparams.h"
 
 #include <wx/arrstr.h>
 #include <wx/dialog.h>

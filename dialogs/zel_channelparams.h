@@ -1,8 +1,8 @@
 #pragma once
 
-#include "dialogs/zel_mappingparams.h"
 #include "dialogs/zel_previewevents.h"
-#include "histogram/zel_histogram.h"
+#include "model/zel_histogram.h"
+#include "model/zel_mappingparams.h"
 
 #include <algorithm>
 #include <limits>

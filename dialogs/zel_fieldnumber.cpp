@@ -1,6 +1,6 @@
 #include "dialogs/zel_fieldnumber.h"
 
-#include "dialogs/zel_formatnumber.h"
+#include "dialogs/controls/zel_formatnumber.h"
 
 #include <algorithm>
 #include <cmath>

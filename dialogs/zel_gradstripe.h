@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/zel_stripelayout.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 
 #include <wx/panel.h>
 

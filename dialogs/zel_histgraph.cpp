@@ -1,6 +1,6 @@
 #include "dialogs/zel_histgraph.h"
 
-#include "dialogs/zel_paintbuffered.h"
+#include "dialogs/controls/zel_paintbuffered.h"
 
 namespace zel {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "dialogs/zel_histgraphlayout.h"
-#include "histogram/zel_histogram.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
+#include "model/zel_histogram.h"
 
 #include <wx/panel.h>
 

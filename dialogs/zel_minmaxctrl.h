@@ -3,8 +3,8 @@
 #include "dialogs/zel_gradstripe.h"
 #include "dialogs/zel_triangles.h"
 #include "dialogs/zel_variabletextctrl.h"
-#include "histogram/zel_histogram.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
+#include "model/zel_histogram.h"
 
 #include <wx/event.h>
 #include <wx/panel.h>

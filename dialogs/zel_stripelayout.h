@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 
 #include <wx/colour.h>
 #include <wx/gdicmn.h>

@@ -1,6 +1,6 @@
 #include "dialogs/zel_triangles.h"
 
-#include "dialogs/zel_paintbuffered.h"
+#include "dialogs/controls/zel_paintbuffered.h"
 
 namespace zel {
 
@@ -8,12 +8,15 @@ const wxEventTypeTag<zel_TriangleEvent> zel_EVT_TRIANGLE(wxNewEventType());
 
 zel_TriangleEvent::zel_TriangleEvent(int id, int position) : wxEvent(id, zel_EVT_TRIANGLE), m_position(position) {}
 
-wxBEGIN_EVENT_TABLE(Triangles, wxPanel) EVT_PAINT(Triangles::OnPaint) EVT_MOUSE_EVENTS(Triangles::OnMouse)
-    EVT_MOUSE_CAPTURE_LOST(Triangles::OnCaptureLost) wxEND_EVENT_TABLE()
+wxBEGIN_EVENT_TABLE(Triangles, wxPanel)
+    EVT_PAINT(Triangles::OnPaint)
+    EVT_MOUSE_EVENTS(Triangles::OnMouse)
+    EVT_MOUSE_CAPTURE_LOST(Triangles::OnCaptureLost)
+wxEND_EVENT_TABLE()
 
-        Triangles::Triangles(wxWindow* parent, wxWindow* owner, bool showGamma, bool allowCrossing,
-                             const wxColour& leftColour, const wxColour& rightColour, int count, double gamma,
-                             wxWindowID id, const wxPoint& pos, const wxSize& size, long style)
+Triangles::Triangles(wxWindow* parent, wxWindow* owner, bool showGamma, bool allowCrossing, const wxColour& leftColour,
+                     const wxColour& rightColour, int count, double gamma, wxWindowID id, const wxPoint& pos,
+                     const wxSize& size, long style)
     : wxPanel(parent, id, pos, size, style),
       m_row{count, 0, count - 1, gamma, 0, showGamma, allowCrossing},
       m_owner(owner),

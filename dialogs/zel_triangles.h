@@ -1,7 +1,7 @@
 #pragma once
 
 #include "dialogs/zel_trianglelayout.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 
 #include <wx/event.h>
 #include <wx/panel.h>

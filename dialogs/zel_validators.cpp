@@ -1,6 +1,6 @@
 #include "dialogs/zel_validators.h"
 
-#include "dialogs/zel_formatnumber.h"
+#include "dialogs/controls/zel_formatnumber.h"
 #include "dialogs/zel_modaldialog.h"
 #include "dialogs/zel_variabletextctrl.h"
 

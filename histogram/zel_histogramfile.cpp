@@ -1,5 +1,5 @@
-#include "histogram/zel_histogram.h"
 #include "image/kep.h"
+#include "model/zel_histogram.h"
 
 #include <array>
 #include <charconv>

@@ -1,7 +1,7 @@
 #include "histogram/zel_histogramset.h"
 
-#include "histogram/zel_histogramcount.h"
-#include "image/zel_extremes.h"
+#include "model/zel_extremes.h"
+#include "model/zel_histogramcount.h"
 
 #include <wx/busyinfo.h>
 

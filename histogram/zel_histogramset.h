@@ -1,8 +1,8 @@
 #pragma once
 
-#include "histogram/zel_histogram.h"
 #include "image/kep.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
+#include "model/zel_histogram.h"
 
 #include <array>
 #include <complex>

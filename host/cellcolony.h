@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/kepcore/kep_vector.h"
 #include "host/randomnumbers.h"
+#include "image/kep.h"
 
 #include <cstddef>
 #include <cstdint>

@@ -1,7 +1,6 @@
 #pragma once
 
-#include "core/kepcore/kep_imageinfo.h"
-#include "core/kepcore/kep_rgb.h"
+#include "image/kep.h"
 
 #include <complex>
 #include <string>

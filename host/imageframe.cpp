@@ -1,13 +1,13 @@
 #include "host/imageframe.h"
 
-#include "histogram/zel_histogramcount.h"
+#include "factory/zel_viewerfactory.h"
 #include "host/linearmapper.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
 #include "mapping/zel_mapperfactory.h"
+#include "model/zel_histogramcount.h"
 #include "viewer/zel_imagecanvas3d.h"
-#include "viewer/zel_viewerfactory.h"
 
 #include <algorithm>
 #include <cstdint>

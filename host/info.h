@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/kepcore/kep_imageinfo.h"
+#include "image/kep.h"
 
 #include <cstddef>
 #include <optional>

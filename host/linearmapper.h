@@ -1,7 +1,7 @@
 #pragma once
 
-#include "image/zel_extremes.h"
-#include "viewer/zel_mapper.h"
+#include "model/zel_extremes.h"
+#include "model/zel_mapper.h"
 
 #include <cmath>
 #include <complex>

@@ -3,8 +3,8 @@
 #include "host/message.h"
 #include "host/outputs.h"
 #include "host/proportions.h"
-#include "volume/zel_isosurfacegenerator.h"
-#include "volume/zel_meshfile.h"
+#include "model/zel_isosurfacegenerator.h"
+#include "model/zel_meshfile.h"
 
 #include <algorithm>
 #include <filesystem>

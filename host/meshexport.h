@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/kepcore/kep_vector.h"
+#include "image/kep.h"
 
 #include <cstddef>
 #include <optional>

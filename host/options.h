@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/kepcore/kep_vector.h"
 #include "host/displaytype.h"
+#include "image/kep.h"
 
 #include <optional>
 #include <string>

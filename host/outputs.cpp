@@ -1,7 +1,6 @@
 #include "host/outputs.h"
 
-#include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_imageinfo.h"
+#include "image/kep.h"
 
 #include <sys/stat.h>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/kepcore/kep_resolution.h"
+#include "image/kep.h"
 
 #include <optional>
 

@@ -1,7 +1,5 @@
 #include "host/report.h"
 
-#include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_version.h"
 #include "host/info.h"
 #include "host/message.h"
 #include "image/kep.h"

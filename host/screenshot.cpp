@@ -1,7 +1,6 @@
 #include "host/screenshot.h"
 
-#include "core/kepcore/kep_atomicfile.h"
-#include "core/kepcore/kep_exceptions.h"
+#include "image/kep.h"
 
 #include <wx/mstream.h>
 

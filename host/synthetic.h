@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/kepcore/kep_image3d.h"
+#include "image/kep.h"
 
 #include <cstdint>
 #include <memory>

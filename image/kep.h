@@ -18,4 +18,5 @@
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_rgb.h"
 #include "core/kepcore/kep_vector.h"
+#include "core/kepcore/kep_version.h"
 #include "core/kepcore/kep_voxeltypes.h"

@@ -1,7 +1,7 @@
 #include "image/zel_image4d.h"
 
-#include "image/zel_image4d_files_impl.h"
-#include "image/zel_image4d_impl.h"
+#include "image/sequence/zel_image4d_files_impl.h"
+#include "image/sequence/zel_image4d_impl.h"
 
 namespace mor {
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "image/kep.h"
-#include "image/zel_export.h"
-#include "image/zel_extremes.h"
 #include "image/zel_framegrid.h"
+#include "model/zel_export.h"
+#include "model/zel_extremes.h"
 
 #include <wx/arrstr.h>
 #include <wx/string.h>

@@ -1,6 +1,6 @@
 #include "image/zel_labeledimage4d.h"
 
-#include "image/zel_framelist.h"
+#include "image/sequence/zel_framelist.h"
 
 #include <wx/log.h>
 

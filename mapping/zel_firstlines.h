@@ -2,7 +2,7 @@
 
 // Private: the beginning of a text file of any length.
 
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 
 #include <wx/string.h>
 

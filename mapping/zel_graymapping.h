@@ -1,9 +1,9 @@
 #pragma once
 
-#include "dialogs/zel_mappingparams.h"
 #include "dialogs/zel_previewevents.h"
 #include "mapping/zel_mappingmodule.h"
 #include "mapping/zel_palette.h"
+#include "model/zel_mappingparams.h"
 
 namespace zel {
 

@@ -5,8 +5,8 @@
 #include "dialogs/zel_modaldialog.h"
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_qualifiedname.h"
-#include "mapping/zel_saturate.h"
-#include "mapping/zel_stretch.h"
+#include "model/zel_saturate.h"
+#include "model/zel_stretch.h"
 
 #include <wx/log.h>
 

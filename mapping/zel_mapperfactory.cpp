@@ -1,6 +1,6 @@
 #include "mapping/zel_mapperfactory.h"
 
-#include "histogram/zel_histogramcount.h"
+#include "model/zel_histogramcount.h"
 
 #include <wx/busyinfo.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "image/zel_export.h"
 #include "image/zel_image4d.h"
 #include "mapping/zel_graymapping.h"
+#include "model/zel_export.h"
 
 namespace zel {
 

@@ -2,9 +2,9 @@
 
 #include "histogram/zel_histogramset.h"
 #include "image/kep.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
+#include "model/zel_mapper.h"
 #include "viewer/zel_extensionmodule.h"
-#include "viewer/zel_mapper.h"
 
 #include <wx/menu.h>
 

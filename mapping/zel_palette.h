@@ -1,7 +1,7 @@
 #pragma once
 
 #include "image/kep.h"
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 
 #include <wx/string.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "image/kep.h"
-#include "viewer/zel_mapper.h"
-#include "viewer/zel_projection.h"
+#include "model/zel_mapper.h"
+#include "model/zel_projection.h"
 
 #include <complex>
 

@@ -1,14 +1,11 @@
 #pragma once
 
-#include "image/zel_export.h"
-#include "viewer/zel_layout.h"
-#include "viewer/zel_projection.h"
+#include "model/zel_export.h"
+#include "model/zel_planes.h"
 
 #include <wx/bitmap.h>
 #include <wx/image.h>
 #include <wx/window.h>
-
-#include <optional>
 
 class WXDLLIMPEXP_FWD_CORE wxDC;
 
@@ -20,34 +17,26 @@ namespace zel {
 
 class zel_Viewer3dCanvas;
 
-/// The canvas's fields that its drawing windows look at and change. All are the canvas's and live as long.
-struct zel_ViewFields {
-    mor::ImageIterator* iterator;
-    MicronBox* boundingBox;
-    MicronBox* visibleBox;
-    kep::Vector3d<float>* scale;
-    bool* reversed; ///< three: X, Y, Z
-    kep::Vector3d<float>* cut;
-    kep::Vector3d<float>* scrollStep;
-    kep::Vector3d<float>* cutStep;
-};
+struct View;
 
-/// One of the three windows that show a cut. It keeps no state of the view: it is handed pointers into the canvas's
-/// fields, permuted so that this class speaks only of a horizontal, a vertical and a third axis, and one body serves
-/// all three cuts. The canvas makes and owns them.
+/// One of the three windows that show a cut. It keeps no state of the view: it looks at the canvas's, and its plane
+/// says which axes are its horizontal, vertical and third one, so one body serves all three cuts. The canvas makes and
+/// owns them.
 class ZEL_EXPORT zel_DrWin3d : public wxWindow {
 public:
     /// Full size of the window's picture in pixels: the box along both axes at the present scale.
     virtual wxSize GetOptimalSize() const;
-    virtual zel_ProjectionType GetProjectionType() const = 0;
+    virtual zel_ProjectionType GetProjectionType() const;
     /// The two other windows, in which the cut shows as a line.
-    virtual zel_ProjectionType GetOtherWindowsMask() const = 0;
+    virtual zel_ProjectionType GetOtherWindowsMask() const;
     /// The windows in which this one's vertical axis runs.
-    virtual zel_ProjectionType GetVerticalAxisMask() const = 0;
+    virtual zel_ProjectionType GetVerticalAxisMask() const;
     /// The windows in which this one's horizontal axis runs.
-    virtual zel_ProjectionType GetHorizontalAxisMask() const = 0;
+    virtual zel_ProjectionType GetHorizontalAxisMask() const;
     /// From (horizontal, vertical, third) to (x, y, z).
-    virtual kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const = 0;
+    virtual kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const;
+
+    const Plane& GetPlane() const { return m_plane; }
 
     /// Position in microns of a window coordinate in pixels. The mirrored forms follow X's flag horizontally and Y's
     /// flag vertically in every window, and mirror by the window's size with its border; hosts rely on both.
@@ -67,25 +56,10 @@ public:
     wxImage GetPointerImage() const;
 
 protected:
-    /// What the canvas keeps for one axis of a window.
-    struct Axis {
-        float* boxOffset;
-        float* boxSize;
-        float* visibleOffset;
-        float* visibleSize;
-        float* scale;
-        float* cut;
-        float* scrollStep;
-        float* cutStep;
-    };
-    using Component = float kep::Vector3d<float>::*;
-
-    zel_DrWin3d(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields, Component horizontal, Component vertical,
-                Component third);
+    /// @param view, iterator  the canvas's
+    zel_DrWin3d(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator, zel_ProjectionType type);
 
 private:
-    static Axis MakeAxis(const zel_ViewFields& fields, Component component);
-
     void DrawCutPointer(wxDC& dc);
     void DrawTimeBar(wxDC& dc);
     void DrawProjectionAnnotation(wxDC& dc);
@@ -98,51 +72,35 @@ private:
     void OnSetFocus(wxFocusEvent& event);
     void OnKillFocus(wxFocusEvent& event);
 
-    void ScrollTo(const Axis& axis, std::optional<float> visibleOffset, zel_ProjectionType mask);
-    void MoveCutTo(std::optional<float> cut);
     void SetCutAtPointer();
     void Centre(bool onCut);
     void Browse(int (mor::ImageIterator::*move)());
 
     wxBitmap m_backing;
     zel_Viewer3dCanvas* m_canvas;
-    mor::ImageIterator* m_iterator;
-    Axis m_horizontal;
-    Axis m_vertical;
-    Axis m_third;
-    const bool* m_reversed; // of X, Y and Z in every window
+    View& m_view;
+    mor::ImageIterator& m_iterator;
+    const Plane& m_plane;
 
     wxDECLARE_EVENT_TABLE();
 };
 
 class ZEL_EXPORT zel_DrWinXY : public zel_DrWin3d {
 public:
-    zel_DrWinXY(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields);
-    zel_ProjectionType GetProjectionType() const override { return zel_PT_XY; }
-    zel_ProjectionType GetOtherWindowsMask() const override;
-    zel_ProjectionType GetVerticalAxisMask() const override;
-    zel_ProjectionType GetHorizontalAxisMask() const override;
-    kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const override;
+    zel_DrWinXY(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
+        : zel_DrWin3d(canvas, view, iterator, zel_PT_XY) {}
 };
 
 class ZEL_EXPORT zel_DrWinXZ : public zel_DrWin3d {
 public:
-    zel_DrWinXZ(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields);
-    zel_ProjectionType GetProjectionType() const override { return zel_PT_XZ; }
-    zel_ProjectionType GetOtherWindowsMask() const override;
-    zel_ProjectionType GetVerticalAxisMask() const override;
-    zel_ProjectionType GetHorizontalAxisMask() const override;
-    kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const override;
+    zel_DrWinXZ(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
+        : zel_DrWin3d(canvas, view, iterator, zel_PT_XZ) {}
 };
 
 class ZEL_EXPORT zel_DrWinYZ : public zel_DrWin3d {
 public:
-    zel_DrWinYZ(zel_Viewer3dCanvas* canvas, const zel_ViewFields& fields);
-    zel_ProjectionType GetProjectionType() const override { return zel_PT_YZ; }
-    zel_ProjectionType GetOtherWindowsMask() const override;
-    zel_ProjectionType GetVerticalAxisMask() const override;
-    zel_ProjectionType GetHorizontalAxisMask() const override;
-    kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const override;
+    zel_DrWinYZ(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
+        : zel_DrWin3d(canvas, view, iterator, zel_PT_YZ) {}
 };
 
 } // namespace zel

@@ -1,8 +1,11 @@
-#include "viewer/zel_decorations.h"
+#include "model/zel_decorations.h"
+#include "model/zel_view.h"
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/dc.h>
+
+#include <array>
 
 namespace zel {
 
@@ -25,8 +28,11 @@ void UseAnnotationText(wxDC& dc, const zel_ProjectionAnnotationStyle& style) {
 
 void zel_DrWin3d::DrawCutPointer(wxDC& dc) {
     const zel_CutPointerStyle& style = m_canvas->GetPointerStyle();
-    const wxPoint at(CutPointerPlace(*m_horizontal.cut, *m_horizontal.visibleOffset, *m_horizontal.scale),
-                     CutPointerPlace(*m_vertical.cut, *m_vertical.visibleOffset, *m_vertical.scale));
+    const auto place = [this](Axis axis) {
+        return CutPointerPlace(At(m_view.options.cut, axis), At(m_view.visibleBox.offset, axis),
+                               At(m_view.scale, axis));
+    };
+    const Point at(place(m_plane.horizontal), place(m_plane.vertical));
     dc.SetPen(wxPen(style.colour, 1, PenStyleOf(style.style)));
     if (style.style == 2) {
         constexpr int radius = 10;
@@ -54,14 +60,12 @@ void zel_DrWin3d::DrawTimeBar(wxDC& dc) {
 
 void zel_DrWin3d::DrawProjectionAnnotation(wxDC& dc) {
     const zel_ProjectionAnnotationStyle& style = m_canvas->GetProjectionAnnotationStyle();
-    const zel_ProjectionType type = GetProjectionType();
-    const bool xy = type == zel_PT_XY;
-    const bool xz = type == zel_PT_XZ;
-    const wxString& text = xy ? style.textXY : xz ? style.textXZ : style.textYZ;
+    const std::size_t i = IndexOf(m_plane.type);
+    const wxString& text = *std::array{&style.textXY, &style.textXZ, &style.textYZ}[i];
     if (text.empty())
         return;
-    const int position = xy ? style.positionXY : xz ? style.positionXZ : style.positionYZ;
-    const wxPoint& offset = xy ? style.offsetXY : xz ? style.offsetXZ : style.offsetYZ;
+    const int position = std::array{style.positionXY, style.positionXZ, style.positionYZ}[i];
+    const wxPoint offset = std::array{style.offsetXY, style.offsetXZ, style.offsetYZ}[i];
     UseAnnotationText(dc, style);
     dc.DrawText(text, PlaceBlock(position, offset, dc.GetTextExtent(text), GetClientSize()));
 }
@@ -69,17 +73,13 @@ void zel_DrWin3d::DrawProjectionAnnotation(wxDC& dc) {
 void zel_DrWin3d::DrawScaleBar(wxDC& dc) {
     const zel_ScaleBarStyle& style = m_canvas->GetScaleBarStyle();
     const kep::Vector3d<float> resolution = m_canvas->GetResolution().GetRes();
-    const auto pixels = [&](float along) { return ScaleBarPixels(style.length, m_canvas->GetZoom(), along); };
-    // The window's axes by their place in space, which WindowToImage tells.
-    const kep::Vector3d<float> horizontal = WindowToImage({1, 0, 0});
-    const kep::Vector3d<float> vertical = WindowToImage({0, 1, 0});
-    const auto along = [&](const kep::Vector3d<float>& axis) {
-        return axis.x != 0.0F ? resolution.x : axis.y != 0.0F ? resolution.y : resolution.z;
+    const auto pixels = [&](Axis axis) {
+        return ScaleBarPixels(style.length, m_view.options.zoom, At(resolution, axis));
     };
-    const wxString text = ScaleBarText(style.length);
+    const wxString text = wxString::FromUTF8(ScaleBarText(style.length));
     ScaleBarGeometry bar;
     dc.SetTextForeground(m_canvas->GetProjectionAnnotationStyle().colour);
-    if (!LayOutScaleBar(style, dc.GetTextExtent(text), {pixels(along(horizontal)), pixels(along(vertical))},
+    if (!LayOutScaleBar(style, dc.GetTextExtent(text), {pixels(m_plane.horizontal), pixels(m_plane.vertical)},
                         GetClientSize(), bar))
         return;
     dc.SetPen(wxPen(style.colour, style.thickness));

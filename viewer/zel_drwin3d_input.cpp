@@ -1,7 +1,6 @@
-#include "image/zel_imageiterator.h"
+#include "model/zel_imageiterator.h"
+#include "viewer/menus/zel_menushortcut.h"
 #include "viewer/zel_drwin3d.h"
-#include "viewer/zel_menushortcut.h"
-#include "viewer/zel_navigation.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/cursor.h>
@@ -55,55 +54,31 @@ bool zel_DrWin3d::IsPointerInside(wxPoint& at) {
     return wxRect(GetClientSize()).Contains(at);
 }
 
-void zel_DrWin3d::SetCutFromPoint(float horizontal, float vertical) {
-    *m_horizontal.cut = HoldInBox(horizontal, *m_horizontal.boxOffset, *m_horizontal.boxSize);
-    *m_vertical.cut = HoldInBox(vertical, *m_vertical.boxOffset, *m_vertical.boxSize);
-}
-
-void zel_DrWin3d::ScrollTo(const Axis& axis, std::optional<float> visibleOffset, zel_ProjectionType mask) {
-    if (!visibleOffset)
-        return;
-    *axis.visibleOffset = *visibleOffset;
-    m_canvas->OnVis3dChange(mask);
-}
-
-void zel_DrWin3d::MoveCutTo(std::optional<float> cut) {
-    if (!cut)
-        return;
-    *m_third.cut = *cut;
-    m_canvas->OnCutChange(GetProjectionType());
-}
-
 void zel_DrWin3d::Browse(int (mor::ImageIterator::*move)()) {
-    (m_iterator->*move)();
-    if (m_iterator->moved)
+    (m_iterator.*move)();
+    if (m_iterator.moved)
         m_canvas->OnTimeChange();
 }
 
 void zel_DrWin3d::OnKeyDown(wxKeyEvent& event) {
-    const Axis& h = m_horizontal;
-    const Axis& v = m_vertical;
-    const Axis& t = m_third;
     switch (event.GetKeyCode()) {
     case WXK_LEFT:
-        ScrollTo(h, ScrollBack(*h.visibleOffset, *h.boxOffset, *h.scrollStep), GetHorizontalAxisMask());
+        m_canvas->Apply(m_view.ScrollBack(m_plane.horizontal));
         return;
     case WXK_RIGHT:
-        ScrollTo(h, ScrollForward(*h.visibleOffset, *h.visibleSize, *h.boxOffset, *h.boxSize, *h.scrollStep),
-                 GetHorizontalAxisMask());
+        m_canvas->Apply(m_view.ScrollForward(m_plane.horizontal));
         return;
     case WXK_UP:
-        ScrollTo(v, ScrollBack(*v.visibleOffset, *v.boxOffset, *v.scrollStep), GetVerticalAxisMask());
+        m_canvas->Apply(m_view.ScrollBack(m_plane.vertical));
         return;
     case WXK_DOWN:
-        ScrollTo(v, ScrollForward(*v.visibleOffset, *v.visibleSize, *v.boxOffset, *v.boxSize, *v.scrollStep),
-                 GetVerticalAxisMask());
+        m_canvas->Apply(m_view.ScrollForward(m_plane.vertical));
         return;
     case WXK_PAGEUP:
-        MoveCutTo(StepCutBack(*t.cut, *t.boxOffset, *t.cutStep));
+        m_canvas->Apply(m_view.StepCutBack(m_plane));
         return;
     case WXK_PAGEDOWN:
-        MoveCutTo(StepCutForward(*t.cut, *t.boxOffset, *t.boxSize, *t.cutStep));
+        m_canvas->Apply(m_view.StepCutForward(m_plane));
         return;
     case WXK_SPACE:
         SetCutAtPointer();
@@ -137,21 +112,16 @@ void zel_DrWin3d::OnKeyDown(wxKeyEvent& event) {
 
 void zel_DrWin3d::SetCutAtPointer() {
     wxPoint at;
-    if (!IsPointerInside(at))
-        return;
-    SetCutFromPoint(WindowXToMicrons(at.x), WindowYToMicrons(at.y));
-    m_canvas->OnCutChange(GetOtherWindowsMask());
+    if (IsPointerInside(at))
+        m_canvas->Apply(m_view.MoveCutIn(m_plane, WindowXToMicrons(at.x), WindowYToMicrons(at.y)));
 }
 
 void zel_DrWin3d::Centre(bool onCut) {
     wxPoint at;
     if (onCut)
-        m_canvas->CenterView();
+        m_canvas->Apply(m_view.CentreOnCut());
     else if (IsPointerInside(at))
-        CenterAt(WindowXToMicrons(at.x), WindowYToMicrons(at.y));
-    else
-        return;
-    m_canvas->OnVis3dChange(zel_PT_ALL);
+        m_canvas->Apply(m_view.CentreOn(m_plane, WindowXToMicrons(at.x), WindowYToMicrons(at.y)));
 }
 
 } // namespace zel

@@ -1,7 +1,7 @@
 #include "viewer/zel_frame.h"
 
 #include "image/zel_assert.h"
-#include "viewer/zel_framemenus.h"
+#include "viewer/menus/zel_framemenus.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/iconbndl.h>

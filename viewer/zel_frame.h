@@ -1,6 +1,6 @@
 #pragma once
 
-#include "image/zel_export.h"
+#include "model/zel_export.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_events.h"
 #include "viewer/zel_extensionmodule.h"

@@ -35,21 +35,13 @@ zel_ImageViewer3dCanvas<T>::zel_ImageViewer3dCanvas(wxWindow* parent, const zel_
     const auto frames = static_cast<int>(image->GetNumFrames());
     m_iterator.SetLimits(0, frames - 1);
     m_iterator.SetRangeLast(frames - 1);
-    TakeGeometry();
-    m_baseScale = image->GetResolution().GetUsable().GetRes();
-    const kep::Vector3d<std::size_t> voxels = image->GetSize();
-    const auto middle = [](float offset, std::size_t count, float step) {
-        return offset + (static_cast<float>(count / 2) + 0.5F) * step;
-    };
-    m_cut = {middle(m_boundingBox.offset.x, voxels.x, m_cutStep.x),
-             middle(m_boundingBox.offset.y, voxels.y, m_cutStep.y),
-             middle(m_boundingBox.offset.z, voxels.z, m_cutStep.z)};
-    for (WindowPicture* picture : {&m_xy, &m_xz, &m_yz}) {
-        picture->autofocus.resize(image->GetNumFrames());
-        picture->autofocusStale.assign(image->GetNumFrames(), true);
+    m_view.Open(GetGeometry());
+    for (WindowPicture& picture : m_pictures) {
+        picture.autofocus.resize(image->GetNumFrames());
+        picture.autofocusStale.assign(image->GetNumFrames(), true);
     }
     RecomputeVisible();
-    CenterViewIfOut();
+    m_view.CentreOnCutIfOut();
     if (ownsImage)
         m_ownedImage.reset(image); // last, so that the caller still owns it when something throws
 }
@@ -60,13 +52,8 @@ zel_ImageViewer3dCanvas<T>::~zel_ImageViewer3dCanvas() {
 }
 
 template <typename T>
-void zel_ImageViewer3dCanvas<T>::TakeGeometry() {
-    const kep::Vector3d<std::size_t> voxels = m_image->GetSize();
-    m_boundingBox.offset = m_image->GetOffset();
-    m_boundingBox.size = kep::PixelsToMicrons(voxels, m_image->GetResolution());
-    m_cutStep = {m_boundingBox.size.x / static_cast<float>(voxels.x),
-                 m_boundingBox.size.y / static_cast<float>(voxels.y),
-                 m_boundingBox.size.z / static_cast<float>(voxels.z)};
+ImageGeometry zel_ImageViewer3dCanvas<T>::GetGeometry() const {
+    return {m_image->GetOffset(), m_image->GetSize(), m_image->GetResolution()};
 }
 
 template <typename T>
@@ -121,7 +108,8 @@ void zel_ImageViewer3dCanvas<T>::OnContentChange(zel_ProjectionType mask) {
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::MappingChanged(zel_MappingEvent& event) {
-    m_xy.colourDirty = m_xz.colourDirty = m_yz.colourDirty = true;
+    for (WindowPicture& picture : m_pictures)
+        picture.colourDirty = true;
     Refresh(false);
     if (event.IsCommitted())
         UpdateVolVis();
@@ -133,12 +121,9 @@ template <typename T>
 void zel_ImageViewer3dCanvas<T>::OnDataChange() {
     if (m_image == nullptr)
         return;
-    TakeGeometry();
-    // X's resolution on all axes, unlike at the start: the view is isotropic after a change of data.
-    const float scale = m_image->GetResolution().GetUsable().GetRes().x;
-    m_baseScale = {scale, scale, scale};
+    m_view.TakeChangedImage(GetGeometry());
     RecomputeVisible();
-    CenterViewIfOut();
+    m_view.CentreOnCutIfOut();
     MakeDirtyAndRefresh(zel_PT_ALL);
     UpdateVolVis();
     InfoFrame_Move();
@@ -173,9 +158,9 @@ void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateCutAndVisBoxInfo() {}
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::MakeDirtyAndRefresh(zel_ProjectionType mask) {
-    for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ})
-        if ((mask & type) != 0)
-            Window(type).dataDirty = true;
+    for (const Plane& plane : planes)
+        if ((mask & plane.type) != 0)
+            Window(plane.type).dataDirty = true;
     Refresh(false);
 }
 

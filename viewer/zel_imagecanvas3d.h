@@ -1,8 +1,8 @@
 #pragma once
 
 #include "image/zel_image4d.h"
-#include "viewer/zel_mapper.h"
-#include "viewer/zel_picture.h"
+#include "model/zel_mapper.h"
+#include "model/zel_picture.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/bitmap.h>
@@ -84,6 +84,7 @@ protected:
 
 private:
     struct WindowPicture {
+        WindowPicture() = default;
         kep::Image3d<T> slice;
         std::vector<kep::Image3d<T>> autofocus; // one for each frame
         ColourBuffer buffer{0, 0};
@@ -94,20 +95,14 @@ private:
         std::vector<bool> autofocusStale; // one for each frame
     };
 
-    WindowPicture& Window(zel_ProjectionType type) {
-        return type == zel_PT_XY ? m_xy : type == zel_PT_XZ ? m_xz : m_yz;
-    }
-    const WindowPicture& Window(zel_ProjectionType type) const {
-        return type == zel_PT_XY ? m_xy : type == zel_PT_XZ ? m_xz : m_yz;
-    }
-    void TakeGeometry();
+    WindowPicture& Window(zel_ProjectionType type) { return m_pictures[type]; }
+    const WindowPicture& Window(zel_ProjectionType type) const { return m_pictures[type]; }
+    ImageGeometry GetGeometry() const;
     bool IsFrameThere() const;
-    void Resample(zel_ProjectionType type);
-    void Colourise(zel_ProjectionType type);
+    void Resample(const Plane& plane);
+    void Colourise(const Plane& plane);
 
-    WindowPicture m_xy;
-    WindowPicture m_xz;
-    WindowPicture m_yz;
+    PerPlane<WindowPicture> m_pictures;
     const zel_Mapper<T>* m_mapper;
     mor::Image4d<T>* m_image;
     std::unique_ptr<mor::Image4d<T>> m_ownedImage;

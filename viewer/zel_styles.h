@@ -1,8 +1,8 @@
 #pragma once
 
-#include "image/kep.h"
-#include "image/zel_export.h"
-#include "viewer/zel_projection.h"
+#include "model/zel_decorations.h"
+#include "model/zel_export.h"
+#include "model/zel_viewoptions.h"
 
 #include <wx/colour.h>
 #include <wx/font.h>
@@ -43,6 +43,8 @@ struct zel_ScaleBarStyle {
     wxColour colour{255, 255, 255};
     int position = 2;
     wxPoint offset{10, 10};
+
+    operator ScaleBarShape() const { return {length, thickness, position, offset}; }
 };
 
 /// A bar in the XY window that shows where in the sequence the current frame stands.
@@ -52,28 +54,21 @@ struct zel_TimeBarStyle {
     wxColour colour{255, 255, 255};
     int position = 3;
     wxPoint offset{10, 10};
+
+    operator TimeBarShape() const { return {length, thickness, position, offset}; }
 };
 
-/// All options of a canvas's view.
-struct zel_CanvasSettings {
-    bool showAnnotation = false;
-    bool showXY = true;
-    bool showXZ = true;
-    bool showYZ = true;
-    zel_ProjectionContent contentXY = zel_PC_CUT;
-    zel_ProjectionContent contentXZ = zel_PC_CUT;
-    zel_ProjectionContent contentYZ = zel_PC_CUT;
-    int zoom = 0;
-    kep::Vector3d<float> cut;       ///< microns
-    kep::Vector3d<float> baseScale; ///< pixels per micron at zoom 0
+/// What is drawn over the pictures.
+struct DecorationOptions {
+    bool showAnnotation = false; ///< annotation and scale bar are drawn
     zel_CutPointerStyle cutPointer;
-    bool reversedX = false;
-    bool reversedY = false;
-    bool reversedZ = false;
     zel_ProjectionAnnotationStyle annotation;
     zel_ScaleBarStyle scaleBar;
     zel_TimeBarStyle timeBar;
 };
+
+/// All options of a canvas's view.
+struct zel_CanvasSettings : ViewOptions, DecorationOptions {};
 
 /// The typed canvas's name for the same contents.
 struct zel_ImageCanvasSettings : zel_CanvasSettings {};

@@ -1,7 +1,3 @@
 #pragma once
 
-/// All that a host needs to show an image.
-#include "image/zel_image4d.h"
-#include "viewer/zel_frame.h"
-#include "viewer/zel_imagecanvas3d.h"
-#include "viewer/zel_viewerfactory.h"
+#include "factory/zel_viewer.h" // where it stands now; hosts include it by this name too

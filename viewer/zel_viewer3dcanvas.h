@@ -1,16 +1,17 @@
 #pragma once
 
 #include "image/kep.h"
-#include "image/zel_export.h"
-#include "image/zel_imageiterator.h"
+#include "model/zel_export.h"
+#include "model/zel_imageiterator.h"
+#include "model/zel_view.h"
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
-#include "viewer/zel_layout.h"
-#include "viewer/zel_projection.h"
 #include "viewer/zel_styles.h"
 
 #include <wx/panel.h>
 #include <wx/timer.h>
+
+#include <optional>
 
 class WXDLLIMPEXP_FWD_CORE wxDC;
 class WXDLLIMPEXP_FWD_CORE wxFrame;
@@ -18,9 +19,12 @@ class WXDLLIMPEXP_FWD_CORE wxIconBundle;
 
 namespace zel {
 
-/// The heart of the viewer that knows no voxels: a panel with three drawing windows, the view's geometry, the cut,
-/// the decorations' styles and the state of browsing. Everything that touches voxels is a virtual operation of
+/// The heart of the viewer that knows no voxels: a panel with three drawing windows over a View, the decorations'
+/// styles and the state of browsing. Everything that touches voxels is a virtual operation of
 /// zel_ImageViewer3dCanvas<T>.
+///
+/// Most operations are the View's own, followed by what they say must be done again. A host does the same with Apply:
+/// canvas.Apply(canvas.GetView().MoveCutIn(plane, horizontal, vertical)).
 ///
 /// A change does not paint: it marks what must be computed anew and refreshes, and the work is done in the next paint
 /// of each window. Positions and sizes are in microns, scales in pixels per micron. Wrong view input is ignored.
@@ -64,41 +68,51 @@ public:
     virtual void MakeDirtyAndRefresh(zel_ProjectionType mask) = 0;
     virtual wxString CreateTitle() = 0;
 
+    /// The state of the view. Who changes it applies what the operation returns.
+    View& GetView() { return m_view; }
+    const View& GetView() const { return m_view; }
+    /// Does again what an operation on the view asks for: layout, notifications, refreshes.
+    void Apply(const ViewChange& change);
+    /// Where the image lies.
+    ImageGeometry GetImageGeometry();
+
     /// Zoom has no bounds: level n > 0 magnifies n + 1 times, n < 0 reduces 1 - n times.
-    void ZoomIn();
-    void ZoomOut();
-    void NormalZoom();
-    int GetZoom() const { return m_zoom; }
-    /// Brings the cut to the middle of the windows.
-    void CenterView();
+    void ZoomIn() { Apply(m_view.ZoomIn()); }
+    void ZoomOut() { Apply(m_view.ZoomOut()); }
+    void NormalZoom() { Apply(m_view.NormalZoom()); }
+    int GetZoom() const { return m_view.options.zoom; }
+    /// Brings the cut to the middle of the windows. Tells nobody.
+    void CenterView() { m_view.CentreOnCut(); }
     /// Moves the cut, if the point lies strictly inside the bounding box; ignores it otherwise.
-    void ChangeCut(const kep::Vector3d<float>& point);
+    void ChangeCut(const kep::Vector3d<float>& point) { Apply(m_view.MoveCut(point)); }
     /// Mirrors the display of an axis. @return its new state; false for an axis above 2
     bool ToggleAxisReverse(int axis);
     /// @param axis  0 X, 1 Y, 2 Z
-    bool IsAxisReversed(std::size_t axis) const { return m_reversed[axis]; }
-    void ShowDrWin(zel_ProjectionType mask, bool show);
+    bool IsAxisReversed(std::size_t axis) const { return m_view.options.Reversed(axes[axis]); }
+    void ShowDrWin(zel_ProjectionType mask, bool show) { Apply(m_view.Show(mask, show)); }
     /// All windows of the mask are shown; so true for an empty mask.
-    bool IsDrWinShown(zel_ProjectionType mask) const;
-    void ChangeContent(zel_ProjectionContent content, zel_ProjectionType mask);
+    bool IsDrWinShown(zel_ProjectionType mask) const { return m_view.IsShown(mask); }
+    void ChangeContent(zel_ProjectionContent content, zel_ProjectionType mask) {
+        Apply(m_view.SetContent(content, mask));
+    }
     /// What a window shows; for any other mask autofocus if all three windows show it, else the cut.
-    zel_ProjectionContent GetContent(zel_ProjectionType type) const;
+    zel_ProjectionContent GetContent(zel_ProjectionType type) const { return m_view.GetContent(type); }
 
     /// Annotation and scale bar are drawn.
-    bool GetInfoFlag() const { return m_showAnnotation; }
-    void ToggleInfoFlag() { m_showAnnotation = !m_showAnnotation; }
+    bool GetInfoFlag() const { return m_decorations.showAnnotation; }
+    void ToggleInfoFlag() { m_decorations.showAnnotation = !m_decorations.showAnnotation; }
 
     /// Copies the view's options out.
     void GetSettings(zel_CanvasSettings& settings) const;
     /// Takes the view's options. A cut that is not strictly inside the box becomes the box's centre.
     void SetSettings(const zel_CanvasSettings& settings);
 
-    const zel_CutPointerStyle& GetPointerStyle() const { return m_cutPointer; }
+    const zel_CutPointerStyle& GetPointerStyle() const { return m_decorations.cutPointer; }
     /// Refreshes nothing by itself.
-    void SetPointerStyle(const zel_CutPointerStyle& style) { m_cutPointer = style; }
-    const zel_ProjectionAnnotationStyle& GetProjectionAnnotationStyle() const { return m_annotation; }
-    const zel_ScaleBarStyle& GetScaleBarStyle() const { return m_scaleBar; }
-    const zel_TimeBarStyle& GetTimeBarStyle() const { return m_timeBar; }
+    void SetPointerStyle(const zel_CutPointerStyle& style) { m_decorations.cutPointer = style; }
+    const zel_ProjectionAnnotationStyle& GetProjectionAnnotationStyle() const { return m_decorations.annotation; }
+    const zel_ScaleBarStyle& GetScaleBarStyle() const { return m_decorations.scaleBar; }
+    const zel_TimeBarStyle& GetTimeBarStyle() const { return m_decorations.timeBar; }
 
     /// A copy of the state of browsing.
     mor::ImageIterator GetImageIterator() const { return m_iterator; }
@@ -131,13 +145,13 @@ public:
     bool InfoFrame_IsShown() const;
     void InfoFrame_Move();
 
-    const MicronBox& GetBoundingBox() const { return m_boundingBox; }
-    const MicronBox& GetVisibleBox() const { return m_visibleBox; }
-    const kep::Vector3d<float>& GetScale() const { return m_scale; }
-    const kep::Vector3d<float>& GetBaseScale() const { return m_baseScale; }
-    const kep::Vector3d<float>& GetCut() const { return m_cut; }
-    const kep::Vector3d<float>& GetCutStep() const { return m_cutStep; }
-    const kep::Vector3d<float>& GetScrollStep() const { return m_scrollStep; }
+    const MicronBox& GetBoundingBox() const { return m_view.boundingBox; }
+    const MicronBox& GetVisibleBox() const { return m_view.visibleBox; }
+    const kep::Vector3d<float>& GetScale() const { return m_view.scale; }
+    const kep::Vector3d<float>& GetBaseScale() const { return m_view.options.baseScale; }
+    const kep::Vector3d<float>& GetCut() const { return m_view.options.cut; }
+    const kep::Vector3d<float>& GetCutStep() const { return m_view.cutStep; }
+    const kep::Vector3d<float>& GetScrollStep() const { return m_view.scrollStep; }
     /// Both frame lines of a drawing window together, as measured.
     int GetBorder() const { return m_border; }
     /// The window of zel_PT_XY, zel_PT_XZ or zel_PT_YZ; null for any other value.
@@ -146,24 +160,14 @@ public:
 protected:
     /// Arranges the windows and computes scale and visible box.
     void RecomputeVisible();
-    void CenterViewIfOut();
+    void CenterViewIfOut() { m_view.CentreOnCutIfOut(); }
     /// What follows every change of the view's size: new layout, notification, info window.
-    void OnViewChange();
+    void OnViewChange() { Apply({ViewChange::Kind::Layout, zel_PT_ALL}); }
     /// Paints at once what a Refresh has left open. A hidden canvas renders its shown windows into their backing
     /// bitmaps, so that saving finds the present picture there too.
     void RepaintNow();
 
-    bool IsReversed(int axis) const { return m_reversed[axis]; }
-
-    MicronBox m_boundingBox{{0, 0, 0}, {20, 20, 7}};
-    MicronBox m_visibleBox;
-    kep::Vector3d<float> m_scale{10, 10, 10};     // pixels per micron now
-    kep::Vector3d<float> m_baseScale{10, 10, 10}; // pixels per micron at zoom 0
-    int m_zoom = 0;
-    kep::Vector3d<float> m_cut;
-    kep::Vector3d<float> m_scrollStep{1, 1, 1};
-    kep::Vector3d<float> m_cutStep{0.1F, 0.1F, 0.2F};
-    bool m_reversed[3] = {false, false, false};
+    View m_view;
     long long m_time = 0; // equals the iterator's current index after every change of time
     mor::ImageIterator m_iterator{0, 0};
     wxTimer m_sequenceTimer;
@@ -174,27 +178,17 @@ private:
     void OnWindowPaint(wxPaintEvent& event);
     void RefreshUnpainted();
     void ShowWindows();
-    wxString RunSequenceCommand(int id);
+    std::optional<wxString> RunSequenceCommand(int id);
+    std::optional<wxString> AskForRange();
+    std::optional<wxString> ChangeFPS(int fps);
+    std::optional<wxString> ChangeStep(int step);
     void StartBrowsing(int direction);
     void RestartTimer();
-    bool IsStrictlyInside(const kep::Vector3d<float>& point) const;
 
-    zel_DrWin3d* m_windowXY = nullptr;
-    zel_DrWin3d* m_windowXZ = nullptr;
-    zel_DrWin3d* m_windowYZ = nullptr;
-    bool m_showAnnotation = false;
-    bool m_showXY = true;
-    bool m_showXZ = true;
-    bool m_showYZ = true;
-    zel_ProjectionContent m_contentXY = zel_PC_CUT;
-    zel_ProjectionContent m_contentXZ = zel_PC_CUT;
-    zel_ProjectionContent m_contentYZ = zel_PC_CUT;
+    PerPlane<zel_DrWin3d*> m_windows;
+    DecorationOptions m_decorations;
     int m_border = 0;
     bool m_keyboardWaits = false; // the keyboard was in a window when the last one was hidden
-    zel_CutPointerStyle m_cutPointer;
-    zel_ProjectionAnnotationStyle m_annotation;
-    zel_ScaleBarStyle m_scaleBar;
-    zel_TimeBarStyle m_timeBar;
     wxFrame* m_infoFrame = nullptr;
     bool m_mapperDetached = false;
     int m_unpainted = 0; // windows that were shown when the canvas was painted, and were not painted since

@@ -4,23 +4,9 @@
 
 #include <wx/event.h>
 
+#include <new>
+
 namespace zel {
-
-namespace {
-
-/// Lets the user choose the browsed range. @return whether that has moved the current frame
-bool AskForRange(wxWindow* parent, mor::ImageIterator& iterator) {
-    if (iterator.limitFirst >= iterator.limitLast)
-        throw kep::InternalException("A single frame has no range to choose.");
-    long first = iterator.rangeFirst;
-    long last = iterator.rangeLast;
-    if (!GetLongRangeFromUser(parent, iterator.limitFirst, iterator.limitLast, first, last))
-        return false;
-    iterator.SetRange(static_cast<int>(first), static_cast<int>(last));
-    return iterator.moved;
-}
-
-} // namespace
 
 bool zel_Viewer3dCanvas::OnSequenceMenuUpdateUI_PlayingForward() const {
     return m_sequenceTimer.IsRunning() && m_iterator.direction == 1;
@@ -33,38 +19,32 @@ bool zel_Viewer3dCanvas::OnSequenceMenuUpdateUI_PlayingBackward() const {
 void zel_Viewer3dCanvas::OnSequenceMenuHandler(wxCommandEvent& event, wxString& message) {
     if (event.GetId() < zel_CMD_STOP_BROWSING || event.GetId() > zel_CMD_OSCILLATION_MODE)
         return;
+    const wxString unchanged = "No change.";
     try {
-        message = RunSequenceCommand(event.GetId());
+        message = RunSequenceCommand(event.GetId()).value_or(unchanged);
+    } catch (const std::bad_alloc&) {
+        throw; // the host can do something about it
     } catch (...) {
-        message = "No change."; // the normal end of going slower at one frame a second
+        message = unchanged; // whatever a derived canvas throws: browsing goes on
     }
 }
 
-wxString zel_Viewer3dCanvas::RunSequenceCommand(int id) {
-    const auto speed = [this] { return wxString::Format("FPS set to %d.", m_iterator.fps); };
-    const auto step = [this] { return wxString::Format("Browsing by %d frames.", m_iterator.step); };
+/// @return what to say, possibly nothing; none if the command would change nothing
+std::optional<wxString> zel_Viewer3dCanvas::RunSequenceCommand(int id) {
     switch (id) {
     case zel_CMD_STOP_BROWSING:
         m_sequenceTimer.Stop();
         return "Stopped auto browsing.";
     case zel_CMD_BROWSING_RANGE:
-        if (AskForRange(this, m_iterator))
-            OnTimeChange();
-        return {};
+        return AskForRange();
     case zel_CMD_FASTER:
-        m_iterator.SetFPS(m_iterator.fps + 1);
-        RestartTimer();
-        return speed();
+        return ChangeFPS(m_iterator.fps + 1);
     case zel_CMD_SLOWER:
-        m_iterator.SetFPS(m_iterator.fps - 1);
-        RestartTimer();
-        return speed();
+        return ChangeFPS(m_iterator.fps - 1);
     case zel_CMD_LARGER_STEP:
-        m_iterator.SetStep(m_iterator.step + 1);
-        return step();
+        return ChangeStep(m_iterator.step + 1);
     case zel_CMD_SMALLER_STEP:
-        m_iterator.SetStep(m_iterator.step - 1);
-        return step();
+        return ChangeStep(m_iterator.step - 1);
     case zel_CMD_BROWSE_FORWARD:
         StartBrowsing(1);
         return "Forward auto browsing.";
@@ -73,13 +53,41 @@ wxString zel_Viewer3dCanvas::RunSequenceCommand(int id) {
         return "Backward auto browsing.";
     case zel_CMD_LOOP_MODE:
         m_iterator.loopMode = !m_iterator.loopMode;
-        return {};
+        return "";
     case zel_CMD_OSCILLATION_MODE:
         m_iterator.oscillationMode = !m_iterator.oscillationMode;
-        return {};
+        return "";
     default:
-        return {};
+        return "";
     }
+}
+
+std::optional<wxString> zel_Viewer3dCanvas::AskForRange() {
+    if (m_iterator.limitFirst >= m_iterator.limitLast)
+        return std::nullopt; // a single frame has no range to choose
+    long first = m_iterator.rangeFirst;
+    long last = m_iterator.rangeLast;
+    if (GetLongRangeFromUser(this, m_iterator.limitFirst, m_iterator.limitLast, first, last)) {
+        m_iterator.SetRange(static_cast<int>(first), static_cast<int>(last));
+        if (m_iterator.moved)
+            OnTimeChange();
+    }
+    return "";
+}
+
+std::optional<wxString> zel_Viewer3dCanvas::ChangeFPS(int fps) {
+    if (!mor::ImageIterator::IsFPSAllowed(fps))
+        return std::nullopt;
+    m_iterator.SetFPS(fps);
+    RestartTimer();
+    return wxString::Format("FPS set to %d.", fps);
+}
+
+std::optional<wxString> zel_Viewer3dCanvas::ChangeStep(int step) {
+    if (!m_iterator.IsStepAllowed(step))
+        return std::nullopt;
+    m_iterator.SetStep(step);
+    return wxString::Format("Browsing by %d frames.", step);
 }
 
 void zel_Viewer3dCanvas::RestartTimer() {

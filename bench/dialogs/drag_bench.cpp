@@ -7,7 +7,7 @@
 #include "bench/viewer/bare_windows.h"
 #include "dialogs/dlg_levels.h"
 #include "dialogs/dlg_thres.h"
-#include "viewer/zel_viewerfactory.h"
+#include "factory/zel_viewerfactory.h"
 
 #include <wx/menu.h>
 

@@ -4,8 +4,8 @@
 #include "bench/support/comparison.h"
 #include "dialogs/zel_histgraph.h"
 
-#include <wx/evtloop.h>
 #include <wx/app.h>
+#include <wx/evtloop.h>
 #include <wx/frame.h>
 #include <wx/stopwatch.h>
 

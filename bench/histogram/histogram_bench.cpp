@@ -1,6 +1,6 @@
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
-#include "histogram/zel_histogramcount.h"
+#include "model/zel_histogramcount.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,6 @@
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
-#include "image/zel_extremes.h"
+#include "model/zel_extremes.h"
 
 #include <benchmark/benchmark.h>
 

@@ -3,9 +3,9 @@
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
 #include "bench/viewer/bare_windows.h"
+#include "factory/zel_viewerfactory.h"
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_mapperfactory.h"
-#include "viewer/zel_viewerfactory.h"
 
 #include <wx/evtloop.h>
 #include <wx/menu.h>

@@ -5,7 +5,7 @@
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
 #include "bench/viewer/bare_windows.h"
-#include "viewer/zel_viewerfactory.h"
+#include "factory/zel_viewerfactory.h"
 
 #include <wx/evtloop.h>
 #include <wx/menu.h>

@@ -1,6 +1,6 @@
 #include "bench/support/comparison.h"
+#include "model/zel_isosurfacegenerator.h"
 #include "tests/volume/literal_generator.h"
-#include "volume/zel_isosurfacegenerator.h"
 
 #include <benchmark/benchmark.h>
 

@@ -110,7 +110,9 @@ public:
     /// The voxel lies on a face of the frame. An axis of size 1 has no faces, so a 2D picture has its four sides only.
     bool OnBorder(std::size_t i) const {
         const Vector3d<std::size_t> p = GetPos(i);
-        const auto outer = [](std::size_t at, std::size_t extent) { return extent != 1 && (at == 0 || at == extent - 1); };
+        const auto outer = [](std::size_t at, std::size_t extent) {
+            return extent != 1 && (at == 0 || at == extent - 1);
+        };
         return outer(p.x, size.x) || outer(p.y, size.y) || outer(p.z, size.z);
     }
 

@@ -82,8 +82,7 @@ inline Vector3d<int> MicronsToVoxel(const Vector3d<float>& position, const Vecto
         const double place = (static_cast<double>(at) - static_cast<double>(from)) * static_cast<double>(r);
         return VoxelIndexAt(place, VoxelTolerance(at, from, r));
     };
-    return {along(position.x, offset.x, res.x), along(position.y, offset.y, res.y),
-            along(position.z, offset.z, res.z)};
+    return {along(position.x, offset.x, res.x), along(position.y, offset.y, res.y), along(position.z, offset.z, res.z)};
 }
 
 } // namespace kep

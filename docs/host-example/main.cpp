@@ -1,4 +1,4 @@
-#include "viewer/zel_viewer.h"
+#include "factory/zel_viewer.h"
 #include <iostream>
 #include <wx/app.h>
 #include <wx/log.h>

@@ -1,4 +1,4 @@
-#include "dialogs/zel_formatnumber.h"
+#include "dialogs/controls/zel_formatnumber.h"
 
 #include "tests/support/comma_locale.h"
 

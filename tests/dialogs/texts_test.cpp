@@ -1,5 +1,5 @@
-#include "dialogs/zel_stringfile.h"
-#include "dialogs/zel_voxeltext.h"
+#include "image/zel_stringfile.h"
+#include "image/zel_voxeltext.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "histogram/zel_histogram.h"
+#include "model/zel_histogram.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "histogram/zel_histogramcount.h"
+#include "model/zel_histogramcount.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

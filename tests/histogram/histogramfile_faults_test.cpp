@@ -1,6 +1,6 @@
 // Histogram files while the system fails, and files that promise what they do not hold.
 
-#include "histogram/zel_histogram.h"
+#include "model/zel_histogram.h"
 #include "tests/support/failing_memory.h"
 #include "tests/support/file_size_limit.h"
 #include "tests/support/peak_memory.h"
@@ -8,6 +8,7 @@
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>
+#include <wx/string.h>
 
 #include <csignal>
 #include <cstddef>

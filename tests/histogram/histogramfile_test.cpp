@@ -1,8 +1,9 @@
-#include "histogram/zel_histogram.h"
+#include "model/zel_histogram.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <wx/string.h>
 
 #include <cstddef>
 #include <limits>

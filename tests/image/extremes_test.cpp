@@ -1,4 +1,4 @@
-#include "image/zel_extremes.h"
+#include "model/zel_extremes.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "image/zel_frameconversion.h"
+#include "image/sequence/zel_frameconversion.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "image/zel_framelist.h"
+#include "image/sequence/zel_framelist.h"
 #include "image/zel_image4d.h"
 #include "tests/support/text_of.h"
 

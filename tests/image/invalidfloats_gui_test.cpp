@@ -1,4 +1,4 @@
-#include "image/zel_frameconversion.h"
+#include "image/sequence/zel_frameconversion.h"
 #include "image/zel_image4d.h"
 #include "tests/support/gui_test.h"
 #include "tests/support/scratch_folder.h"

@@ -1,6 +1,6 @@
-#include "dialogs/zel_mappingparams.h"
 #include "dialogs/zel_previewevents.h"
 #include "mapping/zel_mappingevents.h"
+#include "model/zel_mappingparams.h"
 #include "viewer/zel_events.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "mapping/zel_saturate.h"
+#include "model/zel_saturate.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,4 @@
-#include "mapping/zel_stretch.h"
+#include "model/zel_stretch.h"
 #include "tests/mapping/counted.h"
 
 #include <gtest/gtest.h>

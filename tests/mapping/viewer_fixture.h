@@ -2,10 +2,10 @@
 
 // For tests of the mapping in a whole viewer.
 
+#include "factory/zel_viewer.h"
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_mappingevents.h"
 #include "tests/support/gui_test.h"
-#include "viewer/zel_viewer.h"
 
 #include <wx/menu.h>
 

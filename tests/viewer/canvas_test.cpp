@@ -48,9 +48,6 @@ public:
     }
 
     using zel_Viewer3dCanvas::CenterViewIfOut;
-    using zel_Viewer3dCanvas::m_boundingBox;
-    using zel_Viewer3dCanvas::m_cut;
-    using zel_Viewer3dCanvas::m_visibleBox;
     using zel_Viewer3dCanvas::RecomputeVisible;
     using zel_Viewer3dCanvas::RepaintNow;
 
@@ -201,7 +198,8 @@ TEST_F(CanvasTest, CutMovesOnlyStrictlyInsideTheBox) {
 
 TEST_F(CanvasTest, ReversingAnAxisTurnsItsFlag) {
     const auto asked = std::make_shared<int>(0); // pending events may come after the test
-    canvas->Bind(wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
+    canvas->Bind(
+        wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
     EXPECT_TRUE(canvas->ToggleAxisReverse(1));
     EXPECT_TRUE(canvas->IsAxisReversed(1));
     EXPECT_FALSE(canvas->IsAxisReversed(0));
@@ -227,14 +225,14 @@ TEST_F(CanvasTest, CentresTheViewOnTheCut) {
 TEST_F(CanvasTest, CentresOnlyIfTheCutIsOut) {
     canvas->ZoomIn();
     canvas->ZoomIn();
-    canvas->m_cut = {10, 10, 3};
+    canvas->GetView().options.cut = {10, 10, 3};
     const MicronBox before = canvas->GetVisibleBox();
     canvas->CenterViewIfOut();
     EXPECT_EQ(canvas->GetVisibleBox(), before);
-    canvas->m_cut.x = before.offset.x + before.size.x; // on the edge is inside
+    canvas->GetView().options.cut.x = before.offset.x + before.size.x; // on the edge is inside
     canvas->CenterViewIfOut();
     EXPECT_EQ(canvas->GetVisibleBox(), before);
-    canvas->m_cut = {19.9F, 10, 3};
+    canvas->GetView().options.cut = {19.9F, 10, 3};
     canvas->CenterViewIfOut();
     EXPECT_FLOAT_EQ(canvas->GetVisibleBox().offset.x, 20.0F - before.size.x);
 }

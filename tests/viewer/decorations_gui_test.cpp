@@ -171,7 +171,7 @@ TEST_F(DecorationsTest, PointersCrossesRunThroughTheWindow) {
 TEST_F(DecorationsTest, PointerIsClippedWhereTheCutIsOut) {
     settings.cutPointer.style = 1;
     canvas->SetSettings(settings);
-    canvas->m_cut.x = -3; // 30 pixels left of the window
+    canvas->GetView().options.cut.x = -3; // 30 pixels left of the window
     const auto lit = [&] {
         Window(zel_PT_XY).Render();
         return Window(zel_PT_XY).GetPointerImage();
@@ -179,15 +179,15 @@ TEST_F(DecorationsTest, PointerIsClippedWhereTheCutIsOut) {
     for (const wxPoint& at : Pixels(lit(), Is::Lit))
         EXPECT_EQ(at.y, 80) << "the marks of Y are left";
     EXPECT_EQ(Bounds(lit(), Is::Green), wxRect(0, 80, 200, 1));
-    canvas->m_cut.y = 1e9F;
+    canvas->GetView().options.cut.y = 1e9F;
     EXPECT_TRUE(Pixels(lit(), Is::Lit).empty());
     canvas->SetPointerStyle({2, pointerColour});
-    canvas->m_cut = {-0.5F, 8, 3}; // at -4.5, cut to -4: the circle around (-3, 81) ends at 7
+    canvas->GetView().options.cut = {-0.5F, 8, 3}; // at -4.5, cut to -4: the circle around (-3, 81) ends at 7
     const wxImage circle = lit();
     EXPECT_TRUE(Has(circle, 7, 81, Is::Green));
     EXPECT_FALSE(Has(circle, 9, 81, Is::Lit));
     canvas->SetPointerStyle({5, pointerColour});
-    canvas->m_cut = {1e9F, 8, 3};
+    canvas->GetView().options.cut = {1e9F, 8, 3};
     EXPECT_EQ(Pixels(lit(), Is::Lit).size(), 200U);
     EXPECT_EQ(Bounds(lit(), Is::Green), wxRect(0, 80, 200, 1));
 }
@@ -203,7 +203,7 @@ TEST_F(DecorationsTest, PointerFollowsTheView) {
     settings.cutPointer.style = 5;
     settings.zoom = 1;
     canvas->SetSettings(settings);
-    canvas->m_visibleBox.offset.x = 4.75F;
+    canvas->GetView().visibleBox.offset.x = 4.75F;
     Window(zel_PT_XY).Render();
     // (5 - 4.75) * 20 + 0.5 = 5.5.
     EXPECT_TRUE(Has(Window(zel_PT_XY).GetPointerImage(), 5, 30, Is::Green));

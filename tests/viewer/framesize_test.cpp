@@ -77,7 +77,7 @@ TEST_F(FrameSizeTest, ZoomsWithoutAdjustingIfTheEntryIsNotMarked) {
 }
 
 TEST_F(FrameSizeTest, ASmallImageGetsTheSmallestFrame) {
-    canvas->m_boundingBox.size = {1, 1, 1}; // 10 + 6 + 10 + 6 = 32 pixels
+    canvas->GetView().boundingBox.size = {1, 1, 1}; // 10 + 6 + 10 + 6 = 32 pixels
     canvas->RecomputeVisible();
     EXPECT_EQ(canvas->GetOptimalSize(), wxSize(32, 32));
     frame->ResizeFrameIfRequired();
@@ -89,7 +89,7 @@ TEST_F(FrameSizeTest, ASmallImageGetsTheSmallestFrame) {
 
 TEST_F(FrameSizeTest, TheAdjustmentItselfAsksForAHundredPixels) {
     frame->SetSizeHints(10, 10);
-    canvas->m_boundingBox.size = {1, 1, 1};
+    canvas->GetView().boundingBox.size = {1, 1, 1};
     canvas->RecomputeVisible();
     frame->ResizeFrameIfRequired();
     EXPECT_EQ(frame->GetSize().x, 100);

@@ -363,7 +363,8 @@ TEST_F(ImageCanvasTest, RemovedFramesPaintNothing) {
 TEST_F(ImageCanvasTest, XYAsksForNewIconsWhenItIsRecoloured) {
     Open(NamedImage({9, 8, 5}));
     const auto asked = std::make_shared<int>(0); // pending events may come after the test
-    frame->Bind(wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
+    frame->Bind(
+        wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
     canvas->MakeDirtyAndRefresh(zel_PT_YZ);
     Pump(50);
     EXPECT_EQ(*asked, 0);

@@ -14,10 +14,10 @@ class InputTest : public NotingCanvasTest {
 protected:
     void SetUp() override {
         NotingCanvasTest::SetUp();
-        canvas->m_visibleBox = view;
-        canvas->m_scrollStep = {0.75F, 1.0F, 0.5F};
-        canvas->m_cut = cut;
-        canvas->m_cutStep = {1.0F, 0.5F, 0.25F};
+        canvas->GetView().visibleBox = view;
+        canvas->GetView().scrollStep = {0.75F, 1.0F, 0.5F};
+        canvas->GetView().options.cut = cut;
+        canvas->GetView().cutStep = {1.0F, 0.5F, 0.25F};
     }
     /// The key, and what it told the canvas.
     Calls After(zel_ProjectionType type, int key, int modifiers = wxMOD_NONE) {
@@ -62,7 +62,7 @@ TEST_F(InputTest, ArrowsScrollAlongTheWindowsAxes) {
                           Case{zel_PT_YZ, WXK_RIGHT, {5, 6, 2.5F}, "OnVis3dChange 6"},
                           Case{zel_PT_YZ, WXK_UP, {5, 5, 2}, "OnVis3dChange 5"},
                           Case{zel_PT_YZ, WXK_DOWN, {5, 7, 2}, "OnVis3dChange 5"}}) {
-        canvas->m_visibleBox = view;
+        canvas->GetView().visibleBox = view;
         EXPECT_EQ(After(c.type, c.key), (Calls{c.call})) << c.type << " " << c.key;
         EXPECT_EQ(canvas->GetVisibleBox().offset, c.offset) << c.type << " " << c.key;
         EXPECT_EQ(canvas->GetVisibleBox().size, view.size);
@@ -72,7 +72,7 @@ TEST_F(InputTest, ArrowsScrollAlongTheWindowsAxes) {
 }
 
 TEST_F(InputTest, ArrowsStopAtTheEdgesOfTheBox) {
-    canvas->m_visibleBox.offset = {0.5F, 14.5F, 2};
+    canvas->GetView().visibleBox.offset = {0.5F, 14.5F, 2};
     EXPECT_EQ(After(zel_PT_XY, WXK_LEFT), (Calls{"OnVis3dChange 3"}));
     EXPECT_EQ(canvas->GetVisibleBox().offset.x, 0.0F);
     EXPECT_EQ(After(zel_PT_XY, WXK_LEFT), Calls{}) << "at the edge";
@@ -80,7 +80,7 @@ TEST_F(InputTest, ArrowsStopAtTheEdgesOfTheBox) {
     EXPECT_EQ(canvas->GetVisibleBox().offset.y, 15.0F); // 20 - 5
     EXPECT_EQ(After(zel_PT_XY, WXK_DOWN), Calls{});
     EXPECT_EQ(After(zel_PT_YZ, WXK_DOWN), Calls{}) << "the same axis";
-    canvas->m_visibleBox.offset = {15.5F, 0.25F, 3.75F};
+    canvas->GetView().visibleBox.offset = {15.5F, 0.25F, 3.75F};
     EXPECT_EQ(After(zel_PT_XZ, WXK_RIGHT), (Calls{"OnVis3dChange 3"}));
     EXPECT_EQ(canvas->GetVisibleBox().offset.x, 16.0F); // 20 - 4
     EXPECT_EQ(After(zel_PT_XZ, WXK_RIGHT), Calls{});
@@ -105,7 +105,7 @@ TEST_F(InputTest, PageKeysMoveTheCutAlongTheThirdAxis) {
                           Case{zel_PT_XZ, WXK_PAGEDOWN, {10, 9.5F, 3}, "OnCutChange 2"},
                           Case{zel_PT_YZ, WXK_PAGEUP, {9, 9, 3}, "OnCutChange 4"},
                           Case{zel_PT_YZ, WXK_PAGEDOWN, {11, 9, 3}, "OnCutChange 4"}}) {
-        canvas->m_cut = cut;
+        canvas->GetView().options.cut = cut;
         EXPECT_EQ(After(c.type, c.key), (Calls{c.call})) << c.type << " " << c.key;
         EXPECT_EQ(canvas->GetCut(), c.cut);
         EXPECT_EQ(canvas->GetVisibleBox(), view);
@@ -113,12 +113,12 @@ TEST_F(InputTest, PageKeysMoveTheCutAlongTheThirdAxis) {
 }
 
 TEST_F(InputTest, PageKeysKeepTheCutInsideTheOuterLayers) {
-    canvas->m_cut.z = 6.75F; // the last layer is 0.25 thick: its middle is 7 - 0.125
+    canvas->GetView().options.cut.z = 6.75F; // the last layer is 0.25 thick: its middle is 7 - 0.125
     EXPECT_EQ(After(zel_PT_XY, WXK_PAGEDOWN), (Calls{"OnCutChange 1"}));
     EXPECT_EQ(canvas->GetCut().z, 6.875F);
     EXPECT_EQ(After(zel_PT_XY, WXK_PAGEDOWN), Calls{});
     EXPECT_EQ(canvas->GetCut().z, 6.875F);
-    canvas->m_cut.z = 0.25F;
+    canvas->GetView().options.cut.z = 0.25F;
     EXPECT_EQ(After(zel_PT_XY, WXK_PAGEUP), (Calls{"OnCutChange 1"}));
     EXPECT_EQ(canvas->GetCut().z, 0.125F);
     EXPECT_EQ(After(zel_PT_XY, WXK_PAGEUP), Calls{});
@@ -133,7 +133,7 @@ TEST_F(InputTest, SpaceSetsTheCutUnderThePointer) {
     };
     for (const Case& c : {Case{zel_PT_XY, {7, 9, 3}, "OnCutChange 6"}, Case{zel_PT_XZ, {7, 9, 5}, "OnCutChange 5"},
                           Case{zel_PT_YZ, {10, 9, 4}, "OnCutChange 3"}}) {
-        canvas->m_cut = cut;
+        canvas->GetView().options.cut = cut;
         PointAt(c.type, {20, 30});
         EXPECT_EQ(After(c.type, WXK_SPACE), (Calls{c.call})) << c.type;
         EXPECT_EQ(canvas->GetCut(), c.cut) << c.type;
@@ -155,7 +155,7 @@ TEST_F(InputTest, SpaceFollowsTheMirroredWindow) {
 }
 
 TEST_F(InputTest, SpaceHoldsTheCutInTheBox) {
-    canvas->m_visibleBox.offset = {-3, 15, 2};
+    canvas->GetView().visibleBox.offset = {-3, 15, 2};
     PointAt(zel_PT_XY, {10, 190}); // (-3 + 1, 15 + 19)
     EXPECT_EQ(After(zel_PT_XY, WXK_SPACE), (Calls{"OnCutChange 6"}));
     EXPECT_EQ(canvas->GetCut(), Vector(0, 20, 3));
@@ -185,13 +185,13 @@ TEST_F(InputTest, SpaceAndCActOnlyInTheWindowUnderThePointer) {
 TEST_F(InputTest, CCentresOnThePointer) {
     for (const int key : {'C', 'c'})
         for (const int modifiers : {wxMOD_NONE, wxMOD_SHIFT}) {
-            canvas->m_visibleBox = view;
+            canvas->GetView().visibleBox = view;
             PointAt(zel_PT_XY, {20, 30}); // (5 + 2, 6 + 3) = (7, 9)
             EXPECT_EQ(After(zel_PT_XY, key, modifiers), (Calls{"OnVis3dChange 7"}));
             EXPECT_EQ(canvas->GetVisibleBox().offset, Vector(5, 6.5F, 2)); // less half of 4 and 5
             EXPECT_EQ(canvas->GetCut(), cut);
         }
-    canvas->m_visibleBox = view;
+    canvas->GetView().visibleBox = view;
     PointAt(zel_PT_YZ, {10, 10}); // Z 2 + 1, Y 6 + 1
     EXPECT_EQ(After(zel_PT_YZ, 'C'), (Calls{"OnVis3dChange 7"}));
     EXPECT_EQ(canvas->GetVisibleBox().offset, Vector(5, 4.5F, 1.5F));
@@ -199,9 +199,9 @@ TEST_F(InputTest, CCentresOnThePointer) {
 
 TEST_F(InputTest, AltCCentresOnTheCutWhereverThePointerIs) {
     PointNowhere();
-    canvas->m_cut = {12, 9, 4};
+    canvas->GetView().options.cut = {12, 9, 4};
     for (const int key : {'C', 'c'}) {
-        canvas->m_visibleBox = view;
+        canvas->GetView().visibleBox = view;
         EXPECT_EQ(After(zel_PT_XZ, key, wxMOD_ALT), (Calls{"OnVis3dChange 7"}));
         EXPECT_EQ(canvas->GetVisibleBox().offset, Vector(10, 6.5F, 2.5F)); // less half of 4, 5 and 3
     }
@@ -417,7 +417,7 @@ TEST_F(InputTest, APictureThatIsSlowFollowsTheHand) {
 }
 
 TEST_F(InputTest, AScaleOfNothingIsHarmless) {
-    canvas->m_baseScale = {0, 0, 0};
+    canvas->GetView().options.baseScale = {0, 0, 0};
     canvas->RecomputeVisible();
     Pump(50);
     ASSERT_EQ(Window(zel_PT_XY).GetClientSize(), wxSize(1, 1));
@@ -425,7 +425,7 @@ TEST_F(InputTest, AScaleOfNothingIsHarmless) {
     Keeps(Window(zel_PT_XY), 'C');
     Keeps(Window(zel_PT_XY), WXK_SPACE);
     EXPECT_EQ(canvas->GetCut(), Vector(0, 0, 3));
-    canvas->m_baseScale = {10, 10, 10};
+    canvas->GetView().options.baseScale = {10, 10, 10};
     canvas->RecomputeVisible();
     EXPECT_EQ(canvas->GetVisibleBox(), MicronBox({0, 0, 0}, {20, 20, 7}));
 }

@@ -26,8 +26,8 @@ public:
             wxMilliSleep(static_cast<unsigned long>(drawMilliseconds));
             ++paintsXY;
             paintedTime = static_cast<int>(m_time);
-            paintedCut = m_cut;
-            paintedVisible = m_visibleBox;
+            paintedCut = m_view.options.cut;
+            paintedVisible = m_view.visibleBox;
         }
     }
     kep::Vector3d<std::size_t> GetImageSize() override { return {}; }
@@ -69,15 +69,9 @@ public:
         shown.clear();
     }
 
-    using zel_Viewer3dCanvas::m_baseScale;
-    using zel_Viewer3dCanvas::m_boundingBox;
-    using zel_Viewer3dCanvas::m_cut;
-    using zel_Viewer3dCanvas::m_cutStep;
     using zel_Viewer3dCanvas::m_iterator;
-    using zel_Viewer3dCanvas::m_scrollStep;
     using zel_Viewer3dCanvas::m_sequenceTimer;
     using zel_Viewer3dCanvas::m_time;
-    using zel_Viewer3dCanvas::m_visibleBox;
     using zel_Viewer3dCanvas::RecomputeVisible;
 
     Calls calls;            // notifications of the view

@@ -150,7 +150,7 @@ TEST_F(SettingsTest, OneNotificationForTheWholeView) {
 }
 
 TEST_F(SettingsTest, ACutThatIsNotInsideBecomesTheCentre) {
-    canvas->m_boundingBox = {{2, 4, 6}, {20, 10, 8}};
+    canvas->GetView().boundingBox = {{2, 4, 6}, {20, 10, 8}};
     zel_CanvasSettings s = AllDifferent();
     const float nan = std::numeric_limits<float>::quiet_NaN();
     for (const Vector& outside : {Vector(2, 5, 7), Vector(22, 5, 7), Vector(3, 4, 7), Vector(3, 14, 7), Vector(3, 5, 6),

@@ -1,6 +1,6 @@
+#include "model/zel_isosurfacegenerator.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/twin_comparison.h"
-#include "volume/zel_isosurfacegenerator.h"
 
 #include <algorithm>
 #include <cmath>

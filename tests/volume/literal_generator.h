@@ -1,6 +1,6 @@
 #pragma once
 
-#include "volume/zel_marchingcubes.h"
+#include "model/surface/zel_marchingcubes.h"
 
 #include <array>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "volume/zel_marchingcubes.h"
+#include "model/surface/zel_marchingcubes.h"
 
 #include <algorithm>
 #include <map>

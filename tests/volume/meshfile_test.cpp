@@ -1,8 +1,10 @@
+#include "model/zel_meshfile.h"
+
+#include "core/kepcore/kep_exceptions.h"
 #include "tests/support/save_faults.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/ply_reader.h"
-#include "volume/zel_meshfile.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

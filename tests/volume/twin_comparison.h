@@ -1,8 +1,8 @@
 #pragma once
 
+#include "model/zel_isosurfacegenerator.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/literal_generator.h"
-#include "volume/zel_isosurfacegenerator.h"
 
 #include <array>
 #include <cstring>

@@ -1,7 +1,7 @@
 // Linked with the example, it makes the file that the example is called with, looks at the window that opens, and
 // closes it.
 
-#include "viewer/zel_viewer.h"
+#include "factory/zel_viewer.h"
 
 #include <wx/log.h>
 #include <wx/menu.h>

@@ -1,5 +1,5 @@
 // A host against the installed library: it needs no display, catches the library's exceptions and binds its events.
-#include "viewer/zel_viewer.h"
+#include "factory/zel_viewer.h"
 
 #include <wx/init.h>
 #include <wx/log.h>

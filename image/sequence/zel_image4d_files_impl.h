@@ -1,0 +1,116 @@
+#pragma once
+
+// Definitions of Image4d: reading, saving, inserting and removing frames. Included where it is instantiated.
+
+#include "image/sequence/zel_frameconversion.h"
+#include "image/sequence/zel_framelist.h"
+#include "image/zel_image4d.h"
+
+#include <wx/log.h>
+
+#include <cstddef>
+
+namespace mor {
+
+template <typename T>
+std::unique_ptr<kep::Image3d<T>> Image4d<T>::ReadFrame(const wxString& name, bool binary) {
+    auto frame = std::make_unique<Frame>();
+    if (binary) {
+        const kep::Image3d<bool> twoValued(name.fn_str(), nullptr, false, -1, nullptr, nullptr);
+        BinaryFrameToVoxels(twoValued, *frame);
+        return frame;
+    }
+    frame->ReadImage(name.fn_str(), nullptr, false, -1, nullptr, nullptr);
+    if constexpr (requires { ReplaceInvalidFloats(*frame); })
+        ReplaceInvalidFloats(*frame);
+    return frame;
+}
+
+template <typename T>
+void Image4d<T>::TakeGeometry(const Frame& frame) {
+    offset = frame.GetOffset();
+    resolution = frame.GetResolution();
+    size = frame.GetSize();
+}
+
+template <typename T>
+void Image4d<T>::ReadSequence(const wxArrayString& Names, bool binary) {
+    const wxArrayString list = Names; // it may be this container's own, which the first step empties
+    ReadSequence_First(list, binary);
+    while (sizeT < list.size())
+        ReadSequence_Next(list, binary);
+}
+
+template <typename T>
+void Image4d<T>::ReadSequence_First(const wxArrayString& Names, bool binary) {
+    detail::CheckNames(Names);
+    const wxString name = Names[0];
+    DestroyData();
+    wxLogMessage("%s", "I_Reading: " + name);
+    auto frame = ReadFrame(name, binary);
+    TakeGeometry(*frame);
+    AppendFrame(std::move(frame), name);
+}
+
+template <typename T>
+void Image4d<T>::ReadSequence_Next(const wxArrayString& Names, bool binary) {
+    detail::CheckNames(Names);
+    const wxString name = Names[sizeT];
+    wxLogMessage("%s", "I_Reading: " + name);
+    auto frame = ReadFrame(name, binary);
+    detail::CheckGeometry(detail::GeometryOf(*frame), GetGeometry());
+    AppendFrame(std::move(frame), name);
+}
+
+template <typename T>
+void Image4d<T>::SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex, int StopIndex) const {
+    const auto save = [](const Frame& frame, const char* name) {
+        return frame.SaveImage(name, kep::FF_BY_NAME, true, nullptr);
+    };
+    detail::SaveFrames(frames, prefix, digits, suffix, StartIndex, StopIndex, TestConsistency(), save);
+}
+
+template <typename T>
+void Image4d<T>::InsertFrame(Frame* const frame, const wxString& name, int t) {
+    if (sizeT != frames.size() || sizeT != names.size())
+        throw kep::InternalException("InsertFrame(): Image4d metadata is not consistent.");
+    if (frame == nullptr)
+        throw kep::InternalException("InsertFrame(): NULL image pointer given.");
+    if (t < -1 || static_cast<long long>(t) >= static_cast<long long>(sizeT))
+        throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
+    if (detail::GeometryOf(*frame) != GetGeometry())
+        throw kep::InternalException("InsertFrame(): Inserted image is not consistent with the sequence!");
+    const std::size_t at = t == -1 ? sizeT : static_cast<std::size_t>(t);
+    // Everything that can fail comes before the first change.
+    if (frames.size() == frames.capacity())
+        frames.reserve(2 * frames.capacity() + 1);
+    names.Insert(wxString(name), at); // a copy, as the name may be one of the list's own
+    frames.insert(frames.begin() + static_cast<std::ptrdiff_t>(at), frame);
+    ++sizeT;
+    TakeExtremes(*frame);
+}
+
+template <typename T>
+void Image4d<T>::InsertFrame(const Frame& frame, const wxString& name, int t) {
+    auto copy = std::make_unique<Frame>(frame);
+    InsertFrame(copy.get(), name, t);
+    copy.release(); // it is in the sequence now
+}
+
+template <typename T>
+void Image4d<T>::InsertFrame(const wxString& fileName, int t) {
+    if (fileName.empty())
+        throw kep::InternalException("InsertFrame(): Empty image name given!");
+    auto frame = std::make_unique<Frame>(fileName.fn_str(), nullptr, false, -1, nullptr, nullptr);
+    InsertFrame(frame.get(), fileName, t);
+    frame.release(); // it is in the sequence now
+}
+
+template <typename T>
+void Image4d<T>::RemoveFrame(int t) {
+    detail::RemoveFrameAt(t, sizeT, frames, names);
+    --sizeT;
+    UpdateMinMaxValues();
+}
+
+} // namespace mor

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "core/kepcore/kep_vector.h"
+#include "model/zel_surfacearrays.h"
+
+#include <cstddef>
+#include <map>
+#include <vector>
+
+namespace zel::detail {
+
+/// A frame of labels and the world length of its cells along each axis.
+struct LabelVolume {
+    const unsigned short* labels = nullptr; ///< x fastest, then y, then z
+    kep::Vector3d<std::size_t> size;        ///< voxels
+    kep::Vector3d<float> cell;
+};
+
+/// Makes the vertices and triangles of all labels. The memory it needs beside them is that of the crossed edges of two
+/// slices, and of a few rows.
+std::vector<SurfaceArrays> WalkSurfaces(const LabelVolume& volume,
+                                        const std::map<unsigned short, std::size_t>& labelToSurface);
+
+/// The unit normals of a mesh from those of its triangles, bigger ones counting more.
+void ComputeNormals(SurfaceArrays& surface);
+
+} // namespace zel::detail

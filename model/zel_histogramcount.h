@@ -1,0 +1,51 @@
+#pragma once
+
+// Counting the voxels of frames into histograms, without a word to the user.
+
+#include "core/kepcore/kep_image3d.h"
+#include "core/kepcore/kep_rgb.h"
+#include "model/zel_export.h"
+#include "model/zel_histogram.h"
+
+#include <array>
+#include <complex>
+#include <cstddef>
+
+namespace zel {
+
+/// Adds values to the counters of their bins: what ++histogram.GetBin(value) would do with each, in a fraction of the
+/// time. The histogram must have bins. For as long as it works it takes up to 2 MiB of memory, and with half a million
+/// values or more a second thread.
+/// @param first   the first value; each next one lies `stride` elements further on
+/// @param number  of values
+/// @throws std::bad_alloc nothing has been counted then
+template <typename T>
+void CountValues(const T* first, std::size_t number, std::size_t stride, Histogram<T>& histogram);
+
+/// Adds all voxels of a gray frame.
+template <typename T>
+void CountFrame(const kep::Image3d<T>& frame, Histogram<T>& histogram) {
+    CountValues(frame.begin(), frame.GetNumVoxels(), 1, histogram);
+}
+
+/// Adds one component of all voxels of a colour frame.
+/// @param channel  0 red, 1 green, 2 blue
+template <typename C>
+void CountFrame(const kep::Image3d<kep::RGB_generic<C>>& frame, int channel, Histogram<C>& histogram) {
+    if (!frame.IsEmpty())
+        CountValues(&frame.begin()->red + channel, frame.GetNumVoxels(), 3, histogram);
+}
+
+/// Real part, imaginary part, phase and amplitude, in that order.
+using ComplexHistograms = std::array<Histogram<float>, 4>;
+
+/// Adds all voxels of a complex frame: the two parts, the phase atan2(im, re) and the amplitude sqrt(re * re + im *
+/// im), computed in float. One pass, for the most part spent on the phases.
+ZEL_EXPORT void CountFrame(const kep::Image3d<std::complex<float>>& frame, ComplexHistograms& histograms);
+
+#define ZEL_DECLARE(T)                                                                                                 \
+    extern template ZEL_EXPORT void CountValues<T>(const T*, std::size_t, std::size_t, Histogram<T>&);
+ZEL_HISTOGRAM_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel

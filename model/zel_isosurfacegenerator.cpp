@@ -1,0 +1,39 @@
+#include "model/zel_isosurfacegenerator.h"
+
+#include "model/surface/zel_surfacewalk.h"
+
+#include <utility>
+
+namespace zel {
+
+LabelSurface::LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays)
+    : m_label(label), m_arrays(std::move(arrays)) {}
+
+void IsosurfaceGenerator::GenerateSurfaces(const unsigned short* labels,
+                                           const std::map<unsigned short, std::size_t>& labelToSurface,
+                                           std::size_t sizeX, std::size_t sizeY, std::size_t sizeZ, float cellX,
+                                           float cellY, float cellZ) {
+    Release();
+    std::vector<detail::SurfaceArrays> arrays =
+        detail::WalkSurfaces({labels, {sizeX, sizeY, sizeZ}, {cellX, cellY, cellZ}}, labelToSurface);
+    std::vector<unsigned short> labelOf(arrays.size());
+    for (const auto& [label, surface] : labelToSurface)
+        labelOf[surface] = label;
+    std::vector<LabelSurface> surfaces;
+    surfaces.reserve(arrays.size());
+    for (std::size_t surface = 0; surface < arrays.size(); ++surface) {
+        detail::ComputeNormals(arrays[surface]);
+        arrays[surface].vertices.ShrinkToFit();
+        arrays[surface].indices.ShrinkToFit();
+        surfaces.emplace_back(labelOf[surface], std::move(arrays[surface]));
+    }
+    m_surfaces = std::move(surfaces);
+    m_valid = true;
+}
+
+void IsosurfaceGenerator::Release() {
+    std::vector<LabelSurface>().swap(m_surfaces);
+    m_valid = false;
+}
+
+} // namespace zel
