@@ -9,7 +9,10 @@ if(ZEL_CCACHE)
       ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${ZEL_CCACHE})
 endif()
 
+option(ZEL_PLAIN_KERNELS "Build without the paths that need a certain processor, as on machines that lack it" OFF)
+
 add_library(zel_options INTERFACE)
+target_compile_definitions(zel_options INTERFACE $<$<BOOL:${ZEL_PLAIN_KERNELS}>:ZEL_PLAIN_KERNELS>)
 target_compile_options(zel_options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror
   # Exact comparisons of geometry and bin positions depend on float operations staying apart.

@@ -1,6 +1,6 @@
 // The gray module's menu and what its entries do.
 
-#include "mapping/zel_graymapping_impl.h"
+#include "mapping/gray/zel_graymapping_impl.h"
 
 #include <wx/filedlg.h>
 #include <wx/frame.h>

@@ -4,7 +4,7 @@
 #include "dialogs/dlg_set_range.h"
 #include "dialogs/dlg_thres.h"
 #include "dialogs/zel_channelparams.h"
-#include "mapping/zel_graymapping_impl.h"
+#include "mapping/gray/zel_graymapping_impl.h"
 
 #include <wx/frame.h>
 

@@ -1,8 +1,8 @@
 #include "mapping/zel_mappingmodule.h"
 
 #include "image/zel_assert.h"
+#include "mapping/text/zel_qualifiedname.h"
 #include "mapping/zel_mappingevents.h"
-#include "mapping/zel_qualifiedname.h"
 #include "viewer/zel_events.h"
 
 #include <wx/frame.h>

@@ -1,6 +1,6 @@
 #include "mapping/zel_palette.h"
 
-#include "mapping/zel_firstlines.h"
+#include "mapping/text/zel_firstlines.h"
 
 #include <wx/tokenzr.h>
 

@@ -101,7 +101,7 @@ template <std::size_t Channels, std::size_t Bytes, typename N>
     return range;
 }
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
 template <std::size_t Channels, typename N>
 [[gnu::target("avx2")]] Range<N, Channels> RangeByAvx2(const N* first, std::size_t voxels) {
     return RangeInLanes<Channels, 32>(first, voxels);

@@ -1,4 +1,4 @@
-#include "viewer/zel_autofocus.h"
+#include "viewer/draw/zel_autofocus.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_imagecanvas3d.h"
 

@@ -1,6 +1,6 @@
 #include "core/kepalgo/kep_labeledimage3d.h"
 
-#include "core/kepalgo/kep_runs.h"
+#include "core/kepalgo/runs/kep_runs.h"
 #include "core/kepcore/kep_exceptions.h"
 
 #include <algorithm>

@@ -9,7 +9,7 @@
 #include <limits>
 #include <memory>
 #include <type_traits>
-#if defined(__x86_64__)
+#if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
 #include <immintrin.h>
 #endif
 
@@ -71,7 +71,7 @@ void WriteColours(const T* voxels, std::size_t count, const std::uint32_t* colou
         voxels, count, [colours](T voxel) { return colours[voxel]; }, pixels);
 }
 
-#if defined(__x86_64__)
+#if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
 /// Four pixels a store: a store each is what the plain form waits for.
 template <typename T>
 [[gnu::target("sse4.1")]] void WriteColoursBySse41(const T* voxels, std::size_t count, const std::uint32_t* colours,

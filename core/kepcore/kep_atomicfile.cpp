@@ -1,9 +1,9 @@
 #include "core/kepcore/kep_atomicfile.h"
 
-#include "core/kepcore/kep_file.h"
-#include "core/kepcore/kep_systemcalls.h"
-#include "core/kepcore/kep_systemerror.h"
-#include "core/kepcore/kep_temporaryname.h"
+#include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_systemcalls.h"
+#include "core/kepcore/file/kep_systemerror.h"
+#include "core/kepcore/file/kep_temporaryname.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "core/kepcore/kep_image3d.h"
 
-#include "core/kepcore/kep_block.h"
+#include "core/kepcore/convert/kep_block.h"
 #include "core/kepcore/kep_exceptions.h"
 
 #include <algorithm>

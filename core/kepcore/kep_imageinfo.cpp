@@ -1,6 +1,6 @@
 #include "core/kepcore/kep_imageinfo.h"
 
-#include "core/kepcore/kep_file.h"
+#include "core/kepcore/file/kep_file.h"
 
 #include <memory>
 

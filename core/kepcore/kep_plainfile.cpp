@@ -1,6 +1,6 @@
 #include "core/kepcore/kep_plainfile.h"
 
-#include "core/kepcore/kep_systemcalls.h"
+#include "core/kepcore/file/kep_systemcalls.h"
 
 #include <fcntl.h>
 #include <sys/stat.h>

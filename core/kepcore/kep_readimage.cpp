@@ -1,9 +1,9 @@
 #include "core/kepcore/kep_image3d.h"
 
-#include "core/kepcore/kep_block.h"
-#include "core/kepcore/kep_convert.h"
+#include "core/kepcore/convert/kep_block.h"
+#include "core/kepcore/convert/kep_convert.h"
+#include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_file.h"
 
 #include <algorithm>
 #include <cstdint>

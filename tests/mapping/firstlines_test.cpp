@@ -1,4 +1,4 @@
-#include "mapping/zel_firstlines.h"
+#include "mapping/text/zel_firstlines.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

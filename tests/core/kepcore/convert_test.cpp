@@ -1,4 +1,4 @@
-#include "core/kepcore/kep_convert.h"
+#include "core/kepcore/convert/kep_convert.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "tests/core/kepcore/conversion_rule.h"
 

@@ -1,4 +1,4 @@
-#include "core/kepcore/kep_description.h"
+#include "core/kepcore/convert/kep_description.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 // What is written comes back bit for bit.
 
-#include "core/kepcore/kep_icsgeometry.h"
+#include "core/kepcore/ics/kep_icsgeometry.h"
 #include "tests/core/kepcore/ics_support.h"
 #include "tests/support/comma_locale.h"
 #include "tests/support/file_size_limit.h"

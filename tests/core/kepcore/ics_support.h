@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_file.h"
 #include "tests/support/scratch_folder.h"
 
 #include <cstddef>

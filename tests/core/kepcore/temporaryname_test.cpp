@@ -1,4 +1,4 @@
-#include "core/kepcore/kep_temporaryname.h"
+#include "core/kepcore/file/kep_temporaryname.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The decoders of packed blocks by themselves: streams made by hand, by slow twins and by libtiff.
 
-#include "core/kepcore/kep_tiffcodec.h"
-#include "core/kepcore/kep_tiffdecode.h"
-#include "core/kepcore/kep_tifffax.h"
+#include "core/kepcore/tiff/kep_tiffcodec.h"
+#include "core/kepcore/tiff/kep_tiffdecode.h"
+#include "core/kepcore/tiff/kep_tifffax.h"
 #include "tests/core/kepcore/tiff_streams.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "core/kepcore/kep_tiffmeta.h"
+#include "core/kepcore/tiff/kep_tiffmeta.h"
 #include "tests/support/comma_locale.h"
 
 #include <gmock/gmock.h>

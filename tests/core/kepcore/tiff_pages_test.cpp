@@ -1,6 +1,6 @@
 // Directories and descriptions, sound and hostile, made byte by byte.
 
-#include "core/kepcore/kep_tiffwalk.h"
+#include "core/kepcore/tiff/kep_tiffwalk.h"
 #include "tests/core/kepcore/tiff_support.h"
 
 #include <gmock/gmock.h>

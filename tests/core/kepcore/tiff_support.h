@@ -2,8 +2,8 @@
 
 // What the tests of the TIFF reader share: frames read whole, and TIFF files made byte by byte, sound or not.
 
+#include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_file.h"
 #include "tests/support/scratch_folder.h"
 
 #include <cstddef>

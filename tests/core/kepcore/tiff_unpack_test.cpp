@@ -1,7 +1,7 @@
 #include "core/kepcore/kep_exceptions.h"
-#include "core/kepcore/kep_tiffplain.h"
-#include "core/kepcore/kep_tiffqueue.h"
-#include "core/kepcore/kep_tiffunpack.h"
+#include "core/kepcore/tiff/kep_tiffplain.h"
+#include "core/kepcore/tiff/kep_tiffqueue.h"
+#include "core/kepcore/tiff/kep_tiffunpack.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gtest/gtest.h>

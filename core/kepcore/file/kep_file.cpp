@@ -1,0 +1,105 @@
+#include "core/kepcore/file/kep_file.h"
+
+#include "core/kepcore/file/kep_systemerror.h"
+#include "core/kepcore/kep_exceptions.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <future>
+#include <system_error>
+#include <utility>
+
+namespace kep::detail {
+
+namespace {
+
+/// Enough for the magic number of a TIFF and the first two lines of an ICS header.
+constexpr std::size_t headBytes = 512;
+
+} // namespace
+
+InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()) {
+    if (!file.IsOpen())
+        throw IOException("ReadImage(): Cannot open the file '" + name + "'.");
+}
+
+std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
+    const std::ptrdiff_t got = file.ReadAt(at, to, bytes);
+    if (got < 0)
+        ThrowDamaged(name, "reading failed: " + SystemReason(errno));
+    return static_cast<std::size_t>(got);
+}
+
+void InputFile::ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const {
+    const std::size_t got = ReadAt(at, to, bytes);
+    if (got < bytes)
+        ThrowDamaged(name, "it ends at byte " + std::to_string(at + got) + ", where " + std::to_string(bytes - got) +
+                               " more bytes are needed");
+}
+
+void InputFile::ReadVoxels(std::uint64_t at, std::byte* to, std::size_t bytes) const {
+    // The system copies from whole pages, and the processor takes a store for one that a coming load from the same
+    // place of another page must wait for. Where the target stands a few bytes further in its page than the data do in
+    // theirs, as every large block of malloc does for data that begin with a page, reading takes twice as long.
+    // Reading further on in the target, and moving the bytes while they are in the cache, does not.
+    constexpr std::size_t page = 4096;
+    constexpr std::size_t tooNear = 64;
+    constexpr std::size_t shift = 496;
+    constexpr std::size_t chunk = std::size_t{128} << 10;
+    const std::size_t distance = (reinterpret_cast<std::uintptr_t>(to) - static_cast<std::size_t>(at)) % page;
+    if (distance > 0 && distance < tooNear) {
+        while (bytes > 2 * shift) {
+            const std::size_t part = std::min(chunk, bytes - shift);
+            ReadExactly(at, to + shift, part);
+            std::memmove(to, to + shift, part);
+            at += part;
+            to += part;
+            bytes -= part;
+        }
+    }
+    ReadExactly(at, to, bytes);
+}
+
+void ReadInShares(std::size_t bytes, const std::function<void(std::size_t from, std::size_t until)>& read) {
+    constexpr std::size_t smallestShare = std::size_t{2} << 20; // whole pages, and worth a thread
+    const std::size_t half = bytes / 2 / smallestShare * smallestShare;
+    if (half == 0)
+        return read(0, bytes);
+    std::future<void> other;
+    try {
+        other = std::async(std::launch::async, read, half, bytes);
+    } catch (const std::system_error&) { // no thread can be had
+        return read(0, bytes);
+    }
+    read(0, half);
+    other.get();
+}
+
+std::unique_ptr<FrameSource> OpenFrame(const char* fileName) {
+    auto file = std::make_unique<InputFile>(fileName != nullptr ? fileName : "");
+    std::array<unsigned char, headBytes> head{};
+    const std::size_t bytes = file->ReadAt(0, head.data(), head.size());
+    if (LooksLikeTiff(head.data(), bytes))
+        return OpenTiffFrame(std::move(file));
+    if (LooksLikeIcs(head.data(), bytes))
+        return OpenIcsFrame(std::move(file));
+    throw IOException("ReadImage(): '" + std::string(fileName) + "' is not an ICS or TIFF image.");
+}
+
+void ThrowDamaged(const std::string& fileName, const std::string& what) {
+    throw IOException("ReadImage(): The file '" + fileName + "' is damaged: " + what);
+}
+
+void ThrowCannotWrite(const std::string& fileName, const std::string& reason) {
+    throw IOException("SaveImage(): Cannot write the file '" + fileName + "': " + reason);
+}
+
+void ThrowOutOfMemory(std::string&& text) {
+    if (text.empty())
+        throw IOException("Out of memory."); // short enough to need no memory of its own
+    throw IOException(std::move(text));
+}
+
+} // namespace kep::detail

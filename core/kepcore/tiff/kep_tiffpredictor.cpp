@@ -1,0 +1,77 @@
+#include "core/kepcore/tiff/kep_tiffpredictor.h"
+
+#include "core/kepcore/tiff/kep_tiffunpack.h"
+
+#include <bit>
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+namespace kep::detail {
+
+namespace {
+
+template <typename T>
+T Load(const std::byte* from) {
+    T value;
+    std::memcpy(&value, from, sizeof value);
+    return value;
+}
+
+/// With the step known to the compiler, the last pixel stays in registers.
+template <typename T, std::size_t step>
+void AddUp(std::span<std::byte> row) {
+    T last[step] = {};
+    std::byte* const end = row.data() + row.size() / (sizeof(T) * step) * (sizeof(T) * step);
+    for (std::byte* at = row.data(); at < end; at += sizeof(T) * step) {
+        for (std::size_t i = 0; i < step; ++i) {
+            last[i] = static_cast<T>(last[i] + Load<T>(at + i * sizeof(T)));
+            std::memcpy(at + i * sizeof(T), &last[i], sizeof(T));
+        }
+    }
+}
+
+template <typename T>
+void AddUp(std::span<std::byte> row, std::size_t step) {
+    switch (step) {
+    case 1:
+        return AddUp<T, 1>(row);
+    case 2:
+        return AddUp<T, 2>(row);
+    case 3:
+        return AddUp<T, 3>(row);
+    default: // as many as a page may have
+        return AddUp<T, 4>(row);
+    }
+}
+
+} // namespace
+
+void AddUpDifferences(std::span<std::byte> row, unsigned bits, std::size_t step, bool swap) {
+    if (swap)
+        SwapBytes(row.data(), row.size(), bits / 8);
+    switch (bits) {
+    case 8:
+        return AddUp<std::uint8_t>(row, step);
+    case 16:
+        return AddUp<std::uint16_t>(row, step);
+    case 32:
+        return AddUp<std::uint32_t>(row, step);
+    default:
+        return AddUp<std::uint64_t>(row, step);
+    }
+}
+
+void AddUpFloats(std::span<std::byte> row, unsigned bits, std::size_t step) {
+    AddUp<std::uint8_t>(row, step);
+    const std::vector<std::byte> apart(row.begin(), row.end());
+    const std::size_t bytes = bits / 8;
+    const std::size_t count = row.size() / bytes;
+    for (std::size_t k = 0; k < bytes; ++k) { // of the highest bytes, then of the next
+        const std::size_t place = std::endian::native == std::endian::little ? bytes - 1 - k : k;
+        for (std::size_t i = 0; i < count; ++i)
+            row[i * bytes + place] = apart[k * count + i];
+    }
+}
+
+} // namespace kep::detail
