@@ -220,6 +220,7 @@ void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to
         return decode(reader, BlockQueue::End::Front);
 
     // A second thread with a handle of its own comes from the other end. It ends with this call, whatever happens.
+    // Where it fails, this one goes on: a file with damage in several places is always refused for the first of them.
     TiffBlockReader& other = GetReader(1);
     std::exception_ptr failure;
     {
@@ -230,7 +231,6 @@ void TiffSource::DecodePages(std::size_t first, std::size_t count, std::byte* to
                     decode(other, BlockQueue::End::Back);
                 } catch (...) {
                     failure = std::current_exception();
-                    queue.Close();
                 }
             });
         } catch (const std::system_error&) { // no more threads to be had: this one does it all

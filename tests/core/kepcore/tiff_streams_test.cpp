@@ -164,6 +164,17 @@ TEST_F(TiffStreams, ALastStripThatIsPackedAsHighAsTheOthersIsCutToThePage) {
     }
 }
 
+TEST_F(TiffStreams, TheFirstOfSeveralDamagedStripsIsNamedWhicheverThreadMeetsItsOwnFirst) {
+    // 2000 strips of 16 rows of 32 bytes: twice the size from which a second thread comes from the back.
+    const Packing lzw{"LZW", COMPRESSION_LZW};
+    const std::string sound = PackRows(lzw, width, MakeRows(lzw, width, height));
+    std::vector<std::string> streams(2000, sound);
+    streams[1200] = streams[1990] = streams[1999] = "no LZW data";
+    WriteBytes(name, MakeStrips(lzw, 2000 * height, streams));
+    for (int i = 0; i < 20; ++i)
+        EXPECT_THAT(tifftest::GetFailure(name), HasSubstr("' is damaged: page 1, row 19200: "));
+}
+
 TEST_F(TiffStreams, SamplesThatAPackingCannotHoldAreRefused) {
     const auto fail = [this](std::uint16_t packing, unsigned bits, const Tags& more) {
         return FailureOf([&] {
