@@ -204,13 +204,8 @@ void zel_GrayMappingModule<T>::OnHistogramChange(const HistogramSet<T>& histogra
 
 template <typename T>
 void zel_GrayMappingModule<T>::SetPal(const Palette& palette) {
-    if (palette.empty())
-        return;
     try {
-        m_paletteTable.Set(0, {});
-        for (int level = 1; level <= m_paletteTable.GetLast(); ++level)
-            m_paletteTable.Set(static_cast<unsigned char>(level),
-                               palette[static_cast<std::size_t>(level) % palette.size()]);
+        SpreadPalette(palette, m_paletteTable);
     } catch (const kep::LibException& failure) {
         ShowMessage(failure.GetText());
     }

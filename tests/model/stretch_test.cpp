@@ -1,5 +1,5 @@
 #include "model/zel_stretch.h"
-#include "tests/mapping/counted.h"
+#include "tests/model/counted.h"
 
 #include <gtest/gtest.h>
 
