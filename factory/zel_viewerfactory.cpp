@@ -27,6 +27,9 @@ zel_Viewer3dFrame* zel_CreateImage3dFrame(mor::Image4d<T>* image, bool ownsImage
 ZEL_INSTANTIATE(unsigned char)
 ZEL_INSTANTIATE(unsigned short)
 ZEL_INSTANTIATE(float)
+ZEL_INSTANTIATE(kep::RGB_generic<unsigned char>)
+ZEL_INSTANTIATE(kep::RGB_generic<unsigned short>)
+ZEL_INSTANTIATE(std::complex<float>)
 #undef ZEL_INSTANTIATE
 
 } // namespace zel

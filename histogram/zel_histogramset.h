@@ -40,7 +40,8 @@ template <typename T>
 class ZEL_EXPORT HistogramSet {
 public:
     static constexpr int channelCount = detail::HistogramChannels<T>::count;
-    using Channel = Histogram<typename detail::HistogramChannels<T>::Element>;
+    using Element = typename detail::HistogramChannels<T>::Element;
+    using Channel = Histogram<Element>;
 
     /// All channels without bins.
     HistogramSet() = default;

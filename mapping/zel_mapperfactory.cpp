@@ -1,13 +1,19 @@
 #include "mapping/zel_mapperfactory.h"
 
+#include "mapping/zel_complexmapping.h"
+#include "mapping/zel_rgbmapping.h"
 #include "model/zel_histogramcount.h"
 
 #include <wx/busyinfo.h>
+#include <wx/log.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
 #include <limits>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace zel {
 
@@ -88,18 +94,133 @@ Histogram<T> MakeHistogram(const mor::Image4d<T>& image) {
     return histogram;
 }
 
+/// The counts of all frames, from the last to the first.
+template <typename T>
+HistogramSet<T> CountImage(const mor::Image4d<T>& image) {
+    HistogramSet<T> histograms;
+    histograms.Get() = MakeHistogram(image);
+    for (std::size_t t = image.GetNumFrames(); t-- > 0;)
+        CountFrame(*image[t], histograms.Get());
+    return histograms;
+}
+
+template <typename C>
+HistogramSet<kep::RGB_generic<C>> CountImage(const mor::Image4d<kep::RGB_generic<C>>& image) {
+    HistogramSet<kep::RGB_generic<C>> histograms;
+    for (int channel = 0; channel < 3; ++channel) {
+        histograms[channel].Init(0, std::numeric_limits<C>::max(), std::size_t{std::numeric_limits<C>::max()} + 1);
+        for (std::size_t t = image.GetNumFrames(); t-- > 0;)
+            CountFrame(*image[t], channel, histograms[channel]);
+    }
+    return histograms;
+}
+
+/// The ranges of the parts of a complex image.
+using PartBounds = std::array<Bounds<float>, complexModeCount>;
+
+PartBounds CachedBounds(const mor::Image4d<std::complex<float>>& image) {
+    const auto extremes = image.GetExtremes();
+    return {{{extremes.min.real(), extremes.max.real()},
+             {extremes.min.imag(), extremes.max.imag()},
+             {extremes.phaseMin, extremes.phaseMax},
+             {extremes.amplitudeMin, extremes.amplitudeMax}}};
+}
+
+/// The range of a part over the voxels whose value of it is finite; 0 to 0 without any.
+Bounds<float> ScanPart(const mor::Image4d<std::complex<float>>& image, ComplexMode mode) {
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    const ComplexPart part = PartOf(mode);
+    std::vector<float> values(image.GetSize().x);
+    Bounds<float> bounds{infinite, -infinite};
+    for (std::size_t t = 0; t < image.GetNumFrames(); ++t) {
+        for (const std::complex<float>* row = image[t]->begin(); row != image[t]->end(); row += values.size()) {
+            part(row, values.size(), values.data());
+            for (const float value : values) {
+                if (!std::isfinite(value))
+                    continue;
+                bounds.min = std::min(bounds.min, value);
+                bounds.max = std::max(bounds.max, value);
+            }
+        }
+    }
+    return bounds.min <= bounds.max ? bounds : Bounds<float>{0.0F, 0.0F};
+}
+
+PartBounds FindPartBounds(const mor::Image4d<std::complex<float>>& image) {
+    PartBounds bounds = CachedBounds(image);
+    const bool isSound = std::all_of(bounds.begin(), bounds.end(), [](const Bounds<float>& part) {
+        return part.min <= part.max && std::isfinite(part.min) && std::isfinite(part.max);
+    });
+    if (!isSound)
+        for (int mode = 0; mode < complexModeCount; ++mode)
+            bounds[static_cast<std::size_t>(mode)] = ScanPart(image, static_cast<ComplexMode>(mode));
+    return bounds;
+}
+
+/// Says which parts are constant.
+/// @throws kep::InternalException if all are
+void CheckParts(const PartBounds& bounds) {
+    const char* const names[] = {"real part", "imaginary part", "phase", "amplitude"};
+    const auto valueOf = [&bounds](std::size_t part) { return static_cast<double>(bounds[part].min); };
+    int constant = 0;
+    for (std::size_t part = 0; part < bounds.size(); ++part) {
+        if (bounds[part].min != bounds[part].max)
+            continue;
+        ++constant;
+        wxLogMessage("Disabling constant %s. (value=%f)", names[part], valueOf(part));
+    }
+    if (constant == complexModeCount)
+        throw kep::InternalException(
+            wxString::Format("Consistency check failed. Complex images with both parts, phase and amplitude constant "
+                             "are not supported! (real value=%f, imaginary value=%f, phase value=%f, amplitude "
+                             "value=%f)",
+                             valueOf(Real), valueOf(Imaginary), valueOf(Phase), valueOf(Amplitude))
+                .utf8_string());
+}
+
+HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<float>>& image, const PartBounds& bounds) {
+    ComplexHistograms counts;
+    for (std::size_t part = 0; part < counts.size(); ++part)
+        counts[part].Init(bounds[part].min, bounds[part].max, floatBins);
+    for (std::size_t t = image.GetNumFrames(); t-- > 0;)
+        CountFrame(*image[t], counts);
+    HistogramSet<std::complex<float>> histograms;
+    for (std::size_t part = 0; part < counts.size(); ++part)
+        histograms.Set(static_cast<int>(part), counts[part]);
+    return histograms;
+}
+
+template <typename T>
+zel_MappingModule<T>* MakeModule(wxFrame* frame, const mor::Image4d<T>& image) {
+    return new zel_GrayMappingModule<T>(frame, CountImage(image));
+}
+
+template <typename C>
+zel_MappingModule<kep::RGB_generic<C>>* MakeModule(wxFrame* frame, const mor::Image4d<kep::RGB_generic<C>>& image) {
+    return new zel_RGBMappingModule<C>(frame, CountImage(image));
+}
+
+zel_MappingModule<std::complex<float>>* MakeModule(wxFrame* frame, const mor::Image4d<std::complex<float>>& image) {
+    const PartBounds bounds = FindPartBounds(image);
+    CheckParts(bounds);
+    const auto varies = [&bounds](std::size_t part) { return bounds[part].max > bounds[part].min; };
+    return new zel_ComplexMappingModule<float>(frame, CountImage(image, bounds), varies(Real), varies(Imaginary),
+                                               varies(Phase), varies(Amplitude));
+}
+
 } // namespace
 
 template <typename T>
 zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image) {
     const wxBusyInfo notice("Creating histogram...");
     CheckNotEmpty(image.GetNumFrames() == 0 || image.GetFrameSize() == 0);
-    Histogram<T> histogram = MakeHistogram(image);
-    for (std::size_t t = image.GetNumFrames(); t-- > 0;)
-        CountFrame(*image[t], histogram);
-    HistogramSet<T> histograms;
-    histograms.Get().Swap(histogram);
-    return new zel_GrayMappingModule<T>(frame, histograms);
+    return MakeModule(frame, image);
+}
+
+template <typename T, typename>
+zel_MappingModule<std::complex<T>>* zel_CreateMapperForType(wxFrame* frame,
+                                                            const mor::Image4d<std::complex<T>>& image) {
+    return zel_CreateMapperForType<std::complex<T>>(frame, image);
 }
 
 template <typename T>
@@ -109,8 +230,10 @@ zel_GrayMappingModule<T>* zel_CreateGrayMapperForType(wxFrame* frame, const Hist
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template ZEL_EXPORT zel_MappingModule<T>* zel_CreateMapperForType<T>(wxFrame*, const mor::Image4d<T>&);
-ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
+KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
+template ZEL_EXPORT zel_MappingModule<std::complex<float>>* zel_CreateMapperForType<float>(
+    wxFrame*, const mor::Image4d<std::complex<float>>&);
 template ZEL_EXPORT zel_GrayMappingModule<int>* zel_CreateGrayMapperForType<int>(wxFrame*, const HistogramSet<int>&);
 template ZEL_EXPORT zel_GrayMappingModule<float>* zel_CreateGrayMapperForType<float>(wxFrame*,
                                                                                      const HistogramSet<float>&);

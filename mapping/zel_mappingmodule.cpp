@@ -8,7 +8,6 @@
 #include <wx/frame.h>
 #include <wx/log.h>
 #include <wx/menu.h>
-#include <wx/weakref.h>
 
 namespace zel {
 
@@ -16,12 +15,21 @@ template <typename T>
 zel_MappingModule<T>::zel_MappingModule(wxFrame* frame, const HistogramSet<T>& histograms, double percentilValue)
     : m_histograms(histograms), m_percentilValue(percentilValue) {
     SetFrame(frame);
+    for (int channel = 0; channel < channelCount; ++channel)
+        GetChannel(channel) = ChannelMapping<Element>::Of(GetHistogram(channel));
+}
+
+template <typename T>
+void zel_MappingModule<T>::TakeHistograms(const HistogramSet<T>& histograms) {
+    m_histograms = histograms;
+    for (int channel = 0; channel < channelCount; ++channel)
+        GetChannel(channel).NarrowRange(GetHistogram(channel));
 }
 
 template <typename T>
 wxMenu* zel_MappingModule<T>::CreateMenu(int& id) {
     zel_ASSERT(this->GetMenuId(0) == 0, "mapping", QualifiedName<T>("zel_MappingModule", "CreateMenu").c_str());
-    if (GetMenuId(0) != 0)
+    if (HasMenu())
         return m_menu;
     ++id;
     SetFirstMenuId(id);
@@ -53,8 +61,13 @@ wxMenu* zel_MappingModule<T>::CreateMenu(int& id) {
 }
 
 template <typename T>
+void zel_MappingModule<T>::InsertBitdepth(wxMenu& menu) const {
+    menu.Insert(1, GetMenuId(zel_ME_BITDEPTH), "Set bitdepth...", "Set \"real\" image bitdepth");
+}
+
+template <typename T>
 void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
-    const wxWeakRef<wxEvtHandler> self(this); // a dialog may outlive the module
+    const wxWeakRef<wxEvtHandler> self(this);
     const int offset = OffsetOf(event);
     bool isChosen = true;
     switch (offset) {
@@ -89,11 +102,20 @@ void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
         return;
     if (isChosen) {
         m_stretchMode = offset; // afterwards, as the operation may ask for the old one
-    } else if (m_menu) {
+    } else {
         // The click has moved the mark already. In this order, as the two may be the same entry.
-        m_menu->Check(GetMenuId(offset), false);
-        m_menu->Check(GetMenuId(m_stretchMode), true);
+        CheckEntry(offset, false);
+        CheckEntry(m_stretchMode, true);
     }
+}
+
+template <typename T>
+void zel_MappingModule<T>::CheckEntry(int offset, bool isChecked) {
+    if (!m_menu || offset < zel_ME_BITDEPTH || offset > zel_ME_LAST)
+        return;
+    wxMenuItem* const item = m_menu->FindItem(GetMenuId(offset));
+    if (item != nullptr && item->IsCheckable())
+        item->Check(isChecked);
 }
 
 template <typename T>

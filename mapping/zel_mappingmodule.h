@@ -2,11 +2,15 @@
 
 #include "histogram/zel_histogramset.h"
 #include "image/kep.h"
+#include "model/zel_channelmapping.h"
 #include "model/zel_export.h"
 #include "model/zel_mapper.h"
 #include "viewer/zel_extensionmodule.h"
 
 #include <wx/menu.h>
+#include <wx/weakref.h>
+
+#include <array>
 
 class WXDLLIMPEXP_FWD_BASE wxFileConfig;
 
@@ -46,9 +50,11 @@ public:
     /// Takes 22 ids, of which the first is one above the value given, and leaves `id` on the last. To be called once.
     wxMenu* CreateMenu(int& id) override;
 
-    // The commands of the menu. Those with a dialog return whether the user has agreed.
+    // The commands of the menu. The two first ask for what counts as the image's range and make the tables anew if the
+    // user agrees.
     virtual void SetRange() = 0;
     virtual void SetBitdepth() = 0;
+    // The stretches. The two with a dialog return whether the user has agreed.
     virtual void SetIdentity() = 0;
     virtual void SetLinearStretch() = 0;
     virtual void SetPercentilStretch() = 0;
@@ -80,18 +86,55 @@ public:
     void OnUpdateUI(wxUpdateUIEvent& event);
 
 protected:
+    using Element = typename HistogramSet<T>::Element;
+    static constexpr int channelCount = HistogramSet<T>::channelCount;
+
+    /// Whether CreateMenu has been called.
+    bool HasMenu() const { return GetMenuId(0) != 0; }
     /// Offset of a command's menu entry.
     int OffsetOf(const wxEvent& event) const { return event.GetId() - GetMenuId(0); }
-    /// The offset of the active stretch: no stretch to threshold.
+    /// The offset of the active stretch: no stretch to threshold, or whatever a configuration held.
     int GetStretchEntry() const { return m_stretchMode; }
+    void SetStretchEntry(int entry) { m_stretchMode = entry; }
+    /// The entry "Set bitdepth...", for voxels of 8 and 16 bits. @param menu  as CreateMenu has made it
+    void InsertBitdepth(wxMenu& menu) const;
+    /// Sets the mark of a menu entry. An offset without an entry, or of one that has no mark, is left alone: whatever
+    /// number a configuration held as the stretch may come here.
+    void CheckEntry(int offset, bool isChecked);
     /// Tells the canvas, by way of the frame, that the tables have changed.
     void TellMappingChanged(bool committed);
-    /// What each command ends with: the canvas is told, and the host.
+    /// Runs a command to its end: what all modules do with it, then `own(offset)`, then the canvas is told, and the
+    /// host. Whatever of it shows a dialog may outlive the module; the rest is then left out.
+    template <typename Own>
+    void RunCommand(wxCommandEvent& event, const Own& own) {
+        const wxWeakRef<wxEvtHandler> self(this);
+        OnMapping(event);
+        if (self)
+            own(OffsetOf(event));
+        if (self)
+            FinishCommand(event);
+    }
+
+    const Histogram<Element>& GetHistogram(int channel) const {
+        if constexpr (channelCount == 1)
+            return m_histograms.Get();
+        else
+            return m_histograms.Get(channel);
+    }
+    /// Whether any channel has.
+    bool HasBins() const { return !m_histograms.IsEmpty(); }
+    ChannelMapping<Element>& GetChannel(int channel) { return m_channels[static_cast<std::size_t>(channel)]; }
+    const ChannelMapping<Element>& GetChannel(int channel) const {
+        return m_channels[static_cast<std::size_t>(channel)];
+    }
+    /// Copies new histograms and narrows the ranges to them. The tables stay.
+    void TakeHistograms(const HistogramSet<T>& histograms);
+
+private:
     void FinishCommand(const wxCommandEvent& event);
 
     HistogramSet<T> m_histograms;
-
-private:
+    std::array<ChannelMapping<Element>, channelCount> m_channels;
     int m_stretchMode = zel_ME_NO_STRETCH;
     wxWeakRef<wxMenu> m_menu; // the menu bar's
     double m_percentilValue;

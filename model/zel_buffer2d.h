@@ -16,6 +16,8 @@ struct Buffer2d {
     Buffer2d(const Buffer2d&) = delete;
     Buffer2d& operator=(const Buffer2d&) = delete;
 
+    std::size_t GetCount() const { return static_cast<std::size_t>(width) * static_cast<std::size_t>(height); }
+
     /// A new block of pixels, whatever the old size was: what was in it is gone.
     void Resize(int newWidth, int newHeight) {
         delete[] data;

@@ -23,6 +23,27 @@ GrayLevels<T> LinearLevels(const Histogram<T>& histogram);
 template <typename T>
 GrayLevels<T> PercentilLevels(const Histogram<T>& histogram, double fraction);
 
+/// As LinearLevels, but where fewer than two values occur they go from one end of the histogram to the other.
+template <typename T>
+GrayLevels<T> LinearLevelsOrWhole(const Histogram<T>& histogram) {
+    const GrayLevels<T> levels = LinearLevels(histogram);
+    return levels.inMin < levels.inMax ? levels
+                                       : GrayLevels<T>{histogram.GetLeftCenter(), histogram.GetRightCenter()};
+}
+
+/// Fills a table with the curve of levels. The gamma is rounded to a float.
+/// @throws kep::LibException for a gamma that is not a positive number
+template <typename T>
+void FillTable(const GrayLevels<T>& levels, GrayTable<T>& table) {
+    table.CreateGamma(levels.inMin, levels.inMax, static_cast<float>(levels.gamma), levels.outMin, levels.outMax);
+}
+
+/// Fills a table with white between the thresholds, and black.
+template <typename T>
+void FillTable(const ThresParams<T>& thresholds, GrayTable<T>& table) {
+    table.CreateThresholding(thresholds.lower, thresholds.upper, 0, 255);
+}
+
 /// Fills a table so that every level gets about the same number of voxels. Values outside the range are black.
 /// @param histogram  of the range
 /// @param low, high  ends of the range

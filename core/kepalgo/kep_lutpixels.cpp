@@ -136,9 +136,30 @@ void MapToPixels(const LUT<T, unsigned char>& levels, const Palette* palette, co
         voxels, count, [&levels, &colours](T voxel) { return colours[levels.Get(voxel)]; }, pixels);
 }
 
+template <typename T>
+void MapToPixels(const LUT<T, unsigned char>& red, const LUT<T, unsigned char>& green,
+                 const LUT<T, unsigned char>& blue, const RGB_generic<T>* voxels, std::size_t count, Pixel* pixels) {
+    const unsigned char* const r = red.GetWholeType();
+    const unsigned char* const g = green.GetWholeType();
+    const unsigned char* const b = blue.GetWholeType();
+    if (r != nullptr && g != nullptr && b != nullptr)
+        std::transform(voxels, voxels + count, pixels,
+                       [=](const RGB_generic<T>& v) { return Pixel(r[v.red], g[v.green], b[v.blue]); });
+    else
+        std::transform(voxels, voxels + count, pixels, [&](const RGB_generic<T>& v) {
+            return Pixel(red.Get(v.red), green.Get(v.green), blue.Get(v.blue));
+        });
+}
+
 #define KEP_INSTANTIATE(T)                                                                                             \
     template void MapToPixels<T>(const LUT<T, unsigned char>&, const Palette*, const T*, std::size_t, Pixel*);
 KEP_GRAY_TYPES(KEP_INSTANTIATE)
+#undef KEP_INSTANTIATE
+#define KEP_INSTANTIATE(T)                                                                                             \
+    template void MapToPixels<T>(const LUT<T, unsigned char>&, const LUT<T, unsigned char>&,                           \
+                                 const LUT<T, unsigned char>&, const RGB_generic<T>*, std::size_t, Pixel*);
+KEP_INSTANTIATE(unsigned char)
+KEP_INSTANTIATE(unsigned short)
 #undef KEP_INSTANTIATE
 
 } // namespace kep

@@ -1,0 +1,24 @@
+#pragma once
+
+// Private: what a preview event asks for, in the type of the voxels.
+
+#include "dialogs/zel_previewevents.h"
+#include "model/zel_saturate.h"
+#include "model/zel_stretch.h"
+
+namespace zel::detail {
+
+template <typename T>
+GrayLevels<T> LevelsOf(const zel_LevelsEvent& event) {
+    const auto value = [](float number) { return SaturateTo<T>(static_cast<double>(number)); };
+    const auto level = [](float number) { return SaturateTo<unsigned char>(static_cast<double>(number)); };
+    return {value(event.GetInMin()), value(event.GetInMax()), event.GetGamma(), level(event.GetOutMin()),
+            level(event.GetOutMax())};
+}
+
+template <typename T>
+ThresParams<T> ThresholdsOf(const zel_ThresholdingEvent& event) {
+    return {SaturateTo<T>(static_cast<double>(event.GetLower())), SaturateTo<T>(static_cast<double>(event.GetUpper()))};
+}
+
+} // namespace zel::detail

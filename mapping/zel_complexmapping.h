@@ -1,0 +1,54 @@
+#pragma once
+
+#include "mapping/zel_palettemapping.h"
+#include "model/zel_complexparts.h"
+
+#include <array>
+#include <complex>
+
+namespace zel {
+
+/// Menu entry of the real part, as an offset from the module's first id; those of the other parts follow in their
+/// order.
+inline constexpr int zel_firstPartEntry = 17;
+
+/// The mapping of complex images: one of the four parts is shown at a time, as a gray image of its values is. Each part
+/// keeps its own range, levels and thresholds; the stretch and the palette are common to all. T is float.
+template <typename T>
+class ZEL_EXPORT zel_ComplexMappingModule : public zel_PaletteMappingModule<std::complex<T>>,
+                                            public zel_ComplexPartShown {
+public:
+    /// Shows the first part that is enabled.
+    /// @param real, imaginary, phase, amplitude  whether the part can be shown; not if it is constant over the image
+    /// @throws const char* "Complex: Shouldn't get here" if none can be shown
+    zel_ComplexMappingModule(wxFrame* frame, const HistogramSet<std::complex<T>>& histograms, bool real, bool imaginary,
+                             bool phase, bool amplitude);
+
+    wxMenu* CreateMenu(int& id) override;
+    /// Computes the part shown for these voxels alone.
+    void Map(const std::complex<T>* data, Buffer2d<kep::RGB_generic<unsigned char>>& buffer) const override;
+
+    ComplexMode GetShowMode() const override { return static_cast<ComplexMode>(this->GetShownChannel()); }
+    bool IsPartEnabled(ComplexMode part) const { return m_enabled[static_cast<std::size_t>(part)]; }
+
+    const TLevelsParams<T, unsigned char>& GetLevels(ComplexMode part) const { return this->GetChannel(part).levels; }
+    const ThresParams<T>& GetThresholds(ComplexMode part) const { return this->GetChannel(part).thresholds; }
+    /// The values that count as the part's range.
+    T GetRangeMin(ComplexMode part) const { return this->GetChannel(part).rangeMin; }
+    T GetRangeMax(ComplexMode part) const { return this->GetChannel(part).rangeMax; }
+
+    void OnMapping(wxCommandEvent& event);
+    void OnShowPartChange(wxUpdateUIEvent& event);
+
+private:
+    using Enabled = std::array<bool, complexModeCount>;
+
+    static int FirstOf(const Enabled& enabled);
+    void ChoosePart(ComplexMode part, bool isChecked);
+
+    Enabled m_enabled;
+};
+
+extern template class zel_ComplexMappingModule<float>;
+
+} // namespace zel

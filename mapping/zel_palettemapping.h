@@ -1,0 +1,102 @@
+#pragma once
+
+#include "dialogs/zel_previewevents.h"
+#include "mapping/zel_mappingmodule.h"
+#include "model/zel_palette.h"
+
+namespace zel {
+
+/// Menu entries of the palettes, as offsets from the module's first id; also the palette modes.
+enum zel_PaletteEntry : int {
+    zel_PE_GRAY = 8,
+    zel_PE_SATURATION = 9,
+    zel_PE_LABELS = 10,
+    zel_PE_PERIODIC = 11,
+    zel_PE_FILE = 12
+};
+
+/// A mapping that shows one channel: a table holds its stretch and gives an 8-bit level, which is shown as gray or
+/// takes its colour from a palette. The base of the gray module, whose one channel is always shown, and of the complex
+/// one, which shows one of four.
+///
+/// 8 and 16 bits have a table entry for each possible value, int one for each number between the image's extremes, and
+/// float 256 steps between them. What goes wrong in a table is shown in a message box, and the viewer goes on. A
+/// channel whose histogram has no bins has no dialogs and no stretch but the identity.
+template <typename Voxel>
+class ZEL_EXPORT zel_PaletteMappingModule : public zel_MappingModule<Voxel> {
+public:
+    using Element = typename HistogramSet<Voxel>::Element;
+
+    wxMenu* CreateMenu(int& id) override;
+
+    void SetRange() override;
+    void SetBitdepth() override;
+    void SetIdentity() override;
+    void SetLinearStretch() override;
+    void SetPercentilStretch() override;
+    /// Needs a range no longer than the table; says so in the log otherwise. Values outside the range become black.
+    void SetHistEqualStretch() override;
+    bool SetLevelsStretch() override;
+    bool SetThreshold() override;
+
+    /// These modules keep nothing in a configuration; each of the four logs that as an error.
+    void ReadFromConfig(wxFileConfig& config) override;
+    void WriteToConfig(wxFileConfig& config) override;
+    void ReadLevelsFromConfig(wxFileConfig& config) override;
+    void WriteLevelsToConfig(wxFileConfig& config) override;
+
+    /// The ranges can only shrink by this.
+    void OnHistogramChange(const HistogramSet<Voxel>& histograms) override;
+    void ResetMapping() override;
+    /// Whether any channel's histogram has bins.
+    bool HasData() override;
+
+    /// Spreads a palette over the levels from 1 on, again and again if it is short; level 0 is always black. An empty
+    /// palette changes nothing.
+    void SetPal(const Palette& palette);
+
+    /// Offset of the active palette's entry.
+    int GetPaletteMode() const { return m_paletteMode; }
+    /// Value of the channel shown to level.
+    const kep::LUT<Element, unsigned char>& GetMappingTable() const { return m_mappingTable; }
+
+    void OnUpdateUI(wxUpdateUIEvent& event);
+    void OnPreviewLevels(zel_LevelsEvent& event);
+    void OnPreviewThresholding(zel_ThresholdingEvent& event);
+
+protected:
+    /// @param shown  the channel that the tables are made for
+    zel_PaletteMappingModule(wxFrame* frame, const HistogramSet<Voxel>& histograms, int shown);
+
+    int GetShownChannel() const { return m_shown; }
+    /// The tables stay as they are.
+    void SetShownChannel(int channel) { m_shown = channel; }
+    /// Makes the mapping table of the levels.
+    void UpdateLUT();
+    /// What a palette entry does; any other offset is left alone.
+    void ChoosePalette(int offset);
+    /// Colour of each level; null while gray is shown.
+    const PaletteTable* GetPaletteTable() const { return m_paletteMode == zel_PE_GRAY ? nullptr : &m_paletteTable; }
+
+private:
+    ChannelMapping<Element>& Shown() { return this->GetChannel(m_shown); }
+    const Histogram<Element>& GetShownHistogram() const { return this->GetHistogram(m_shown); }
+    void InitMappingTable();
+    /// Makes the mapping table of the thresholds.
+    void DoThresholding();
+    void LogNotKept(const char* function) const;
+
+    int m_shown;
+    int m_paletteMode = zel_PE_GRAY;
+    kep::LUT<Element, unsigned char> m_mappingTable;
+    PaletteTable m_paletteTable;
+};
+
+/// The types of voxels that one channel at a time is shown of.
+#define ZEL_PALETTE_TYPES(X) X(unsigned char) X(unsigned short) X(int) X(float) X(std::complex<float>)
+
+#define ZEL_DECLARE(T) extern template class zel_PaletteMappingModule<T>;
+ZEL_PALETTE_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel

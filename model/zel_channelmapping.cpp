@@ -1,0 +1,103 @@
+#include "model/zel_channelmapping.h"
+
+#include <algorithm>
+
+namespace zel {
+
+template <typename T>
+ChannelMapping<T> ChannelMapping<T>::Of(const Histogram<T>& histogram) {
+    ChannelMapping mapping;
+    const TLevelsParams<T, unsigned char> whole;
+    mapping.rangeMin = histogram.empty() ? whole.inMin : histogram.GetLeftCenter();
+    mapping.rangeMax = histogram.empty() ? whole.inMax : histogram.GetRightCenter();
+    mapping.levels = {mapping.rangeMin, mapping.rangeMax};
+    mapping.thresholds = {mapping.rangeMin, mapping.rangeMax};
+    return mapping;
+}
+
+template <typename T>
+void ChannelMapping<T>::NarrowRange(const Histogram<T>& histogram) {
+    if (histogram.empty())
+        return;
+    rangeMin = std::max(rangeMin, histogram.GetLeftCenter());
+    rangeMax = std::min(rangeMax, histogram.GetRightCenter());
+    if (rangeMin > rangeMax) {
+        rangeMin = histogram.GetLeftCenter();
+        rangeMax = histogram.GetRightCenter();
+    }
+}
+
+template <typename T>
+Histogram<T> ChannelMapping<T>::GetPart(const Histogram<T>& histogram) const {
+    const auto [low, high] = std::minmax(rangeMin, rangeMax);
+    Histogram<T> part;
+    part.CreateSubHist(histogram, low, high);
+    return part;
+}
+
+template <typename T>
+void ChannelMapping<T>::StretchLinear(const Histogram<T>& histogram) {
+    if (!histogram.empty())
+        levels = LinearLevels(GetPart(histogram));
+}
+
+template <typename T>
+void ChannelMapping<T>::StretchLinearOrWhole(const Histogram<T>& histogram) {
+    if (!histogram.empty())
+        levels = LinearLevelsOrWhole(GetPart(histogram));
+}
+
+template <typename T>
+void ChannelMapping<T>::StretchPercentil(const Histogram<T>& histogram, double fraction) {
+    if (!histogram.empty())
+        levels = PercentilLevels(GetPart(histogram), fraction);
+}
+
+template <typename T>
+bool ChannelMapping<T>::Equalize(const Histogram<T>& histogram, GrayTable<T>& table) {
+    if (histogram.empty())
+        return true;
+    const auto [low, high] = std::minmax(rangeMin, rangeMax);
+    if (!EqualizeTable(GetPart(histogram), low, high, table))
+        return false;
+    levels = {rangeMin, rangeMax};
+    return true;
+}
+
+template <typename T>
+std::pair<T, T> ChannelMapping<T>::GetRangeInBins(const Histogram<T>& histogram) const {
+    return {static_cast<T>(histogram.GetBinPos(rangeMin)), static_cast<T>(histogram.GetBinPos(rangeMax))};
+}
+
+template <typename T>
+void ChannelMapping<T>::HoldLevels(const Histogram<T>& histogram) {
+    if (histogram.empty())
+        return;
+    const auto [low, high] = GetRangeInBins(histogram);
+    levels.inMin = std::max(levels.inMin, low);
+    levels.inMax = std::min(levels.inMax, high);
+}
+
+template <typename T>
+void ChannelMapping<T>::HoldThresholds(const Histogram<T>& histogram) {
+    if (histogram.empty())
+        return;
+    const auto [low, high] = GetRangeInBins(histogram);
+    for (T* const value : {&thresholds.lower, &thresholds.upper})
+        *value = std::min(std::max(*value, low), high);
+}
+
+template <typename T>
+void ChannelMapping<T>::HoldAll(const Histogram<T>& histogram) {
+    if (histogram.empty())
+        return;
+    const auto [low, high] = GetRangeInBins(histogram);
+    for (T* const value : {&levels.inMin, &levels.inMax, &thresholds.lower, &thresholds.upper})
+        *value = std::min(std::max(*value, low), high);
+}
+
+#define ZEL_INSTANTIATE(T) template struct ChannelMapping<T>;
+ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
+#undef ZEL_INSTANTIATE
+
+} // namespace zel
