@@ -7,6 +7,7 @@
 #include <array>
 #include <complex>
 #include <cstddef>
+#include <utility>
 
 namespace zel {
 
@@ -75,6 +76,7 @@ public:
     Channel& Get() requires(channelCount == 1) { return channels[0]; }
     const Channel& Get() const requires(channelCount == 1) { return channels[0]; }
     void Set(const Channel& histogram) requires(channelCount == 1) { channels[0] = histogram; }
+    void Set(Channel&& histogram) noexcept requires(channelCount == 1) { channels[0] = std::move(histogram); }
 
     Channel& Get(int channel) requires(channelCount > 1) { return channels[static_cast<std::size_t>(channel)]; }
     const Channel& Get(int channel) const requires(channelCount > 1) {
@@ -86,6 +88,9 @@ public:
     }
     void Set(int channel, const Channel& histogram) requires(channelCount > 1) {
         channels[static_cast<std::size_t>(channel)] = histogram;
+    }
+    void Set(int channel, Channel&& histogram) noexcept requires(channelCount > 1) {
+        channels[static_cast<std::size_t>(channel)] = std::move(histogram);
     }
 
 private:

@@ -19,6 +19,18 @@ Histogram<T>& Histogram<T>::operator=(const Histogram& src) {
 }
 
 template <typename T>
+Histogram<T>::Histogram(Histogram&& src) noexcept {
+    Swap(src);
+}
+
+template <typename T>
+Histogram<T>& Histogram<T>::operator=(Histogram&& src) noexcept {
+    Histogram taken(std::move(src)); // by way of a third, so that what was here goes, and moving to itself is safe
+    Swap(taken);
+    return *this;
+}
+
+template <typename T>
 void Histogram<T>::Dispose() {
     count = 0;
     bins.reset();
@@ -74,56 +86,87 @@ void Histogram<T>::Swap(Histogram& other) noexcept {
 }
 
 template <typename T>
-std::size_t Histogram<T>::GetSum() const {
+std::size_t HistogramPart<T>::GetSum() const {
     return std::accumulate(begin(), end(), std::size_t{0});
 }
 
 template <typename T>
-std::size_t Histogram<T>::FindFirstNonZero() const {
+std::size_t HistogramPart<T>::FindFirstNonZero() const {
     for (std::size_t i = 0; i < count; ++i) {
-        if (bins[i] != 0)
+        if (counters[i] != 0)
             return i;
     }
     return count - 1;
 }
 
 template <typename T>
-std::size_t Histogram<T>::FindLastNonZero() const {
+std::size_t HistogramPart<T>::FindLastNonZero() const {
     for (std::size_t i = count; i-- > 0;) {
-        if (bins[i] != 0)
+        if (counters[i] != 0)
             return i;
     }
     return 0;
 }
 
 template <typename T>
-std::size_t Histogram<T>::FindLeftPercentil(double p) const {
+std::size_t HistogramPart<T>::FindLeftPercentil(double p) const {
     const double sum = static_cast<double>(GetSum());
     std::size_t i = 0;
-    double reached = static_cast<double>(bins[0]) / sum; // NaN if all are zero: nothing is above it
+    double reached = static_cast<double>(counters[0]) / sum; // NaN if all are zero: nothing is above it
     while (p > reached && i < count - 1)
-        reached += static_cast<double>(bins[++i]) / sum;
+        reached += static_cast<double>(counters[++i]) / sum;
     return i;
+}
+
+template <typename T>
+std::size_t HistogramPart<T>::FindRightPercentil(double p) const {
+    const double sum = static_cast<double>(GetSum());
+    std::size_t i = count - 1;
+    double reached = static_cast<double>(counters[i]) / sum;
+    while (p > reached && i > 0)
+        reached += static_cast<double>(counters[--i]) / sum;
+    return i;
+}
+
+template <typename T>
+std::size_t Histogram<T>::GetSum() const {
+    return HistogramPart<T>(*this).GetSum();
+}
+
+template <typename T>
+std::size_t Histogram<T>::FindFirstNonZero() const {
+    return HistogramPart<T>(*this).FindFirstNonZero();
+}
+
+template <typename T>
+std::size_t Histogram<T>::FindLastNonZero() const {
+    return HistogramPart<T>(*this).FindLastNonZero();
+}
+
+template <typename T>
+std::size_t Histogram<T>::FindLeftPercentil(double p) const {
+    return HistogramPart<T>(*this).FindLeftPercentil(p);
 }
 
 template <typename T>
 std::size_t Histogram<T>::FindRightPercentil(double p) const {
-    const double sum = static_cast<double>(GetSum());
-    std::size_t i = count - 1;
-    double reached = static_cast<double>(bins[i]) / sum;
-    while (p > reached && i > 0)
-        reached += static_cast<double>(bins[--i]) / sum;
-    return i;
+    return HistogramPart<T>(*this).FindRightPercentil(p);
+}
+
+template <typename T>
+HistogramPart<T> Histogram<T>::GetPart(T from, T to) const& {
+    const std::size_t low = GetBinPos(from);
+    return {*this, low, GetBinPos(to) - low + 1};
 }
 
 template <typename T>
 void Histogram<T>::CreateSubHist(const Histogram& src, T from, T to) {
-    const std::size_t low = src.GetBinPos(from);
-    Histogram part;
-    part.Allocate(src.GetBinPos(to) - low + 1);
-    std::copy_n(src.bins.get() + low, part.count, part.bins.get());
-    std::copy_n(src.centers.get() + low, part.count, part.centers.get());
-    Swap(part);
+    const HistogramPart<T> part = src.GetPart(from, to);
+    Histogram copy;
+    copy.Allocate(part.size());
+    std::copy(part.begin(), part.end(), copy.begin());
+    std::copy_n(part.centers, part.size(), copy.centers.get());
+    Swap(copy);
 }
 
 template <typename T>
@@ -146,7 +189,9 @@ std::size_t Histogram<std::complex<float>>::GetBinPos(std::complex<float>) const
     throw "Not Implemented"; // a C string, which hosts catch as such
 }
 
-#define ZEL_INSTANTIATE(T) template class Histogram<T>;
+#define ZEL_INSTANTIATE(T)                                                                                             \
+    template class Histogram<T>;                                                                                       \
+    template class HistogramPart<T>;
 ZEL_HISTOGRAM_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

@@ -10,6 +10,29 @@ class wxString;
 
 namespace zel {
 
+namespace detail {
+
+/// The bin of a value among `size` bins, by the first and the last center. There must be bins.
+template <typename T>
+inline std::size_t FindBin(T value, T first, T last, std::size_t size) {
+    if (!(value > first)) // and not "<=", so that NaN has a bin
+        return 0;
+    if (value >= last)
+        return size - 1;
+    // Multiplied before it is divided: integers with a bin of their own each would else fall one bin low now and then.
+    const double left = static_cast<double>(first);
+    const double top = static_cast<double>(size - 1);
+    const double position = (static_cast<double>(value) - left) * top / (static_cast<double>(last) - left);
+    if (!(position > 0)) // infinite centers give NaN
+        return 0;
+    return position < top ? static_cast<std::size_t>(position) : size - 1;
+}
+
+} // namespace detail
+
+template <typename T>
+class HistogramPart;
+
 /// Counts of values in equally spaced bins. A bin has a center and no edges of its own: the bin of a value follows from
 /// the first and the last center alone, and is the one whose center is the value or lies next below it.
 ///
@@ -23,6 +46,9 @@ public:
     Histogram() = default;
     Histogram(const Histogram& src);
     Histogram& operator=(const Histogram& src);
+    /// The histogram that is moved from has no bins then.
+    Histogram(Histogram&& src) noexcept;
+    Histogram& operator=(Histogram&& src) noexcept;
     virtual ~Histogram() = default;
 
     /// Drops what there was and makes n bins with counters of 0. The centers run from min to max, both included, and
@@ -71,8 +97,13 @@ public:
     /// The same from the right; p = 0, or counters of zero alone, give the last bin.
     std::size_t FindRightPercentil(double p) const;
 
-    /// Makes this histogram the part of src from the bin of `from` to that of `to`, both included, with counters and
-    /// centers. from <= to must hold, and src have bins; src may be this histogram.
+    /// The bins from that of `from` to that of `to`, both included, to be read where they are. from <= to must hold,
+    /// and there must be bins.
+    HistogramPart<T> GetPart(T from, T to) const&;
+    HistogramPart<T> GetPart(T from, T to) const&& = delete; // the bins would be gone
+
+    /// Makes this histogram a copy of src.GetPart(from, to), with counters and centers. src may be this histogram.
+    /// @throws std::bad_alloc the histogram is then as it was
     void CreateSubHist(const Histogram& src, T from, T to);
     /// Adds the counters bin by bin, up to the smaller of the two sizes; the centers are not looked at.
     Histogram& operator+=(const Histogram& other);
@@ -95,6 +126,8 @@ public:
     bool Save(const wxString& fileName) const;
 
 private:
+    friend class HistogramPart<T>;
+
     /// Makes room for n counters and centers, which hold no sense yet. What was there goes once there is room.
     void Allocate(std::size_t n);
     void Dispose();
@@ -107,27 +140,60 @@ private:
 
 template <typename T>
 inline std::size_t Histogram<T>::GetBinPos(T value) const {
-    const T first = GetLeftCenter();
-    const T last = GetRightCenter();
-    if (!(value > first)) // and not "<=", so that NaN has a bin
-        return 0;
-    if (value >= last)
-        return count - 1;
-    // Multiplied before it is divided: integers with a bin of their own each would else fall one bin low now and then.
-    const double left = static_cast<double>(first);
-    const double top = static_cast<double>(count - 1);
-    const double position = (static_cast<double>(value) - left) * top / (static_cast<double>(last) - left);
-    if (!(position > 0)) // infinite centers give NaN
-        return 0;
-    return position < top ? static_cast<std::size_t>(position) : count - 1;
+    return detail::FindBin(value, GetLeftCenter(), GetRightCenter(), count);
 }
 template <>
 ZEL_EXPORT std::size_t Histogram<std::complex<float>>::GetBinPos(std::complex<float> value) const;
 
+/// Some neighbouring bins of a histogram, read where they are: what CreateSubHist would copy, and the same numbers. It
+/// owns nothing: the histogram must stay, and not be given other bins, for as long as it is read. Counters that change
+/// there change here.
+///
+/// For the element types with all operations. Indexes are those of the part, from 0, and are not tested.
+template <typename T>
+class ZEL_EXPORT HistogramPart {
+public:
+    /// All bins of a histogram; none if it has none.
+    HistogramPart(const Histogram<T>& whole)
+        : counters(whole.begin()), centers(whole.centers.get()), count(whole.size()) {}
+
+    std::size_t size() const { return count; }
+    bool empty() const { return count == 0; }
+
+    /// Counters.
+    const std::size_t& operator[](std::size_t i) const { return counters[i]; }
+    const std::size_t* begin() const { return counters; }
+    const std::size_t* end() const { return counters + count; }
+    /// Counter of the bin of a value. There must be bins.
+    const std::size_t& GetBin(const T& value) const { return counters[GetBinPos(value)]; }
+
+    /// The rest is as in Histogram, counted and searched in these bins alone.
+    std::size_t GetBinPos(T value) const { return detail::FindBin(value, GetLeftCenter(), GetRightCenter(), count); }
+    T GetBinCenter(std::size_t i) const { return centers[i]; }
+    T GetLeftCenter() const { return centers[0]; }
+    T GetRightCenter() const { return centers[count - 1]; }
+    std::size_t GetSum() const;
+    std::size_t FindFirstNonZero() const;
+    std::size_t FindLastNonZero() const;
+    std::size_t FindLeftPercentil(double p) const;
+    std::size_t FindRightPercentil(double p) const;
+
+private:
+    friend class Histogram<T>;
+    HistogramPart(const Histogram<T>& whole, std::size_t first, std::size_t number)
+        : counters(whole.begin() + first), centers(whole.centers.get() + first), count(number) {}
+
+    const std::size_t* counters;
+    const T* centers;
+    std::size_t count;
+};
+
 /// Element types with all operations.
 #define ZEL_HISTOGRAM_TYPES(X) X(unsigned char) X(unsigned short) X(int) X(float)
 
-#define ZEL_DECLARE(T) extern template class Histogram<T>;
+#define ZEL_DECLARE(T)                                                                                                 \
+    extern template class Histogram<T>;                                                                                \
+    extern template class HistogramPart<T>;
 ZEL_HISTOGRAM_TYPES(ZEL_DECLARE)
 #undef ZEL_DECLARE
 

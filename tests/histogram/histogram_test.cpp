@@ -7,7 +7,9 @@
 #include <complex>
 #include <cstddef>
 #include <limits>
+#include <random>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -273,6 +275,92 @@ TEST(Histogram, CutsAPartOutOfAnother) {
     EXPECT_THAT(Counters(histogram), ElementsAre(3, 4));
 }
 
+/// A part between two values must read as the histogram that is copied out of the same range does.
+template <typename T>
+void ExpectPartLikeCopy(const Histogram<T>& histogram, T from, T to) {
+    Histogram<T> copy;
+    copy.CreateSubHist(histogram, from, to);
+    const zel::HistogramPart<T> part = histogram.GetPart(from, to);
+    ASSERT_EQ(part.size(), copy.size());
+    EXPECT_FALSE(part.empty());
+    EXPECT_EQ(std::vector<std::size_t>(part.begin(), part.end()), Counters(copy));
+    EXPECT_EQ(part.GetLeftCenter(), copy.GetLeftCenter());
+    EXPECT_EQ(part.GetRightCenter(), copy.GetRightCenter());
+    EXPECT_EQ(part.GetSum(), copy.GetSum());
+    EXPECT_EQ(part.FindFirstNonZero(), copy.FindFirstNonZero());
+    EXPECT_EQ(part.FindLastNonZero(), copy.FindLastNonZero());
+    for (const double share : {0.0, 0.001, 0.1, 0.5, 0.999, 1.0}) {
+        EXPECT_EQ(part.FindLeftPercentil(share), copy.FindLeftPercentil(share)) << share;
+        EXPECT_EQ(part.FindRightPercentil(share), copy.FindRightPercentil(share)) << share;
+    }
+    for (std::size_t i = 0; i < part.size(); ++i) {
+        EXPECT_EQ(part[i], copy[i]) << i;
+        EXPECT_EQ(part.GetBinCenter(i), copy.GetBinCenter(i)) << i;
+    }
+    for (std::size_t i = 0; i < histogram.size(); ++i) {
+        const T value = histogram.GetBinCenter(i);
+        EXPECT_EQ(part.GetBinPos(value), copy.GetBinPos(value)) << i;
+        EXPECT_EQ(part.GetBin(value), copy.GetBin(value)) << i;
+    }
+}
+
+template <typename T>
+Histogram<T> RandomlyFilled(T min, T max, std::size_t n) {
+    auto histogram = Make(min, max, n);
+    std::mt19937 random(7);
+    for (std::size_t& counter : histogram)
+        counter = random() % 3 == 0 ? 0 : random() % 1000;
+    return histogram;
+}
+
+TEST(HistogramPart, ReadsTheBinsOfARangeWhereTheyAre) {
+    auto histogram = WithCounters({1, 2, 0, 4, 0, 6});
+    const auto part = histogram.GetPart(2, 4);
+    EXPECT_EQ(part.begin(), histogram.begin() + 2);
+    EXPECT_THAT(std::vector<std::size_t>(part.begin(), part.end()), ElementsAre(0, 4, 0));
+    EXPECT_EQ(part.GetSum(), 4U);
+    EXPECT_EQ(part.FindFirstNonZero(), 1U);
+    EXPECT_EQ(part.FindLastNonZero(), 1U);
+    EXPECT_EQ(part.GetBinCenter(1), 3);
+    EXPECT_EQ(part.GetBinPos(-9), 0U);
+    EXPECT_EQ(part.GetBinPos(3), 1U);
+    EXPECT_EQ(part.GetBinPos(9), 2U);
+    histogram[2] = 5;
+    EXPECT_EQ(part[0], 5U);
+}
+
+TEST(HistogramPart, IsWhatCreateSubHistCopies) {
+    const auto bytes = RandomlyFilled<unsigned char>(0, 255, 256);
+    const auto words = RandomlyFilled<unsigned short>(100, 1000, 77); // centers truncated, several values a bin
+    const auto integers = RandomlyFilled(-1000, 1000, 301);
+    const auto floats = RandomlyFilled(-0.7F, 12.3F, 301);
+    for (int i = 0; i < 40; ++i) {
+        ExpectPartLikeCopy<unsigned char>(bytes, static_cast<unsigned char>(3 * i),
+                                          static_cast<unsigned char>(255 - i));
+        ExpectPartLikeCopy<unsigned short>(words, static_cast<unsigned short>(17 * i),
+                                           static_cast<unsigned short>(1100 - 8 * i));
+        ExpectPartLikeCopy(integers, -1100 + 31 * i, 1100 - 23 * i);
+        const float low = -1.0F + 0.17F * static_cast<float>(i);
+        ExpectPartLikeCopy(floats, low, low + 0.09F * static_cast<float>(i));
+    }
+    ExpectPartLikeCopy(floats, std::numeric_limits<float>::quiet_NaN(), 3.0F); // counts as the lowest
+    ExpectPartLikeCopy(floats, -std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity());
+}
+
+TEST(HistogramPart, OfAWholeHistogramHasItsBins) {
+    const auto histogram = WithCounters({3, 0, 5});
+    const zel::HistogramPart<int> whole = histogram;
+    EXPECT_EQ(whole.begin(), histogram.begin());
+    EXPECT_EQ(whole.end(), histogram.end());
+    EXPECT_EQ(whole.GetRightCenter(), 2);
+    const Histogram<int> none;
+    const zel::HistogramPart<int> nothing = none;
+    EXPECT_TRUE(nothing.empty());
+    EXPECT_EQ(nothing.GetSum(), 0U);
+    EXPECT_EQ(nothing.FindFirstNonZero(), largest);
+    EXPECT_EQ(nothing.FindLastNonZero(), 0U);
+}
+
 TEST(Histogram, AddsAnotherUpToTheSmallerSize) {
     auto histogram = WithCounters({1, 2, 3});
     EXPECT_EQ(&(histogram += WithCounters({10, 20})), &histogram);
@@ -314,6 +402,38 @@ TEST(Histogram, IsCopiedDeeply) {
     EXPECT_TRUE(copy.empty());
     copy.Swap(histogram);
     EXPECT_THAT(Counters(copy), ElementsAre(1, 2, 3));
+    EXPECT_TRUE(histogram.empty());
+}
+
+TEST(Histogram, IsEmptyAndOfUseAfterItWasMovedFrom) {
+    static_assert(std::is_nothrow_move_constructible_v<Histogram<float>>);
+    static_assert(std::is_nothrow_move_assignable_v<Histogram<float>>);
+    auto histogram = WithCounters({1, 2, 3});
+    const std::size_t* const block = histogram.begin();
+    Histogram<int> moved = std::move(histogram);
+    EXPECT_EQ(moved.begin(), block) << "nothing was copied";
+    EXPECT_THAT(Centers(moved), ElementsAre(0, 1, 2));
+    // What is left can do all that an empty one can.
+    EXPECT_TRUE(histogram.empty());
+    EXPECT_EQ(histogram.begin(), histogram.end());
+    EXPECT_EQ(histogram.GetSum(), 0U);
+    EXPECT_EQ(histogram.FindFirstNonZero(), largest);
+    EXPECT_TRUE(histogram == Histogram<int>());
+    histogram.Clear();
+    histogram += moved;
+    EXPECT_TRUE(histogram.empty());
+    const Histogram<int> copy = histogram;
+    EXPECT_TRUE(copy.empty());
+    histogram.Init(5, 6, 2);
+    EXPECT_THAT(Centers(histogram), ElementsAre(5, 6));
+
+    histogram = std::move(moved);
+    EXPECT_EQ(histogram.begin(), block);
+    EXPECT_TRUE(moved.empty());
+    auto& self = histogram;
+    histogram = std::move(self);
+    EXPECT_THAT(Counters(histogram), ElementsAre(1, 2, 3));
+    histogram = Histogram<int>();
     EXPECT_TRUE(histogram.empty());
 }
 

@@ -58,6 +58,20 @@ TEST(HistogramSet, OfAComplexImageReplacesOneChannel) {
     EXPECT_EQ(std::as_const(set).Get(1).size(), 7U);
 }
 
+TEST(HistogramSet, TakesTheBinsOfAHistogramThatIsMovedIn) {
+    auto red = Make<unsigned char>(0, 255, 256);
+    const std::size_t* const block = red.begin();
+    HistogramSet<RGB<unsigned char>> colours;
+    colours.Set(0, std::move(red));
+    EXPECT_EQ(colours[0].begin(), block);
+    EXPECT_TRUE(red.empty());
+
+    HistogramSet<unsigned char> gray;
+    gray.Set(std::move(colours[0]));
+    EXPECT_EQ(gray.Get().begin(), block);
+    EXPECT_TRUE(colours.IsEmpty());
+}
+
 TEST(HistogramSet, IsCopiedDeeplyAlsoWhenMoved) {
     HistogramSet<RGB<unsigned char>> set;
     set.Set(2, Make<unsigned char>(0, 255, 256));
