@@ -13,6 +13,7 @@
 #include <limits>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace zel {
@@ -98,7 +99,7 @@ Histogram<T> MakeHistogram(const mor::Image4d<T>& image) {
 template <typename T>
 HistogramSet<T> CountImage(const mor::Image4d<T>& image) {
     HistogramSet<T> histograms;
-    histograms.Get() = MakeHistogram(image);
+    histograms.Set(MakeHistogram(image));
     for (std::size_t t = image.GetNumFrames(); t-- > 0;)
         CountFrame(*image[t], histograms.Get());
     return histograms;
@@ -186,7 +187,7 @@ HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<flo
         CountFrame(*image[t], counts);
     HistogramSet<std::complex<float>> histograms;
     for (std::size_t part = 0; part < counts.size(); ++part)
-        histograms.Set(static_cast<int>(part), counts[part]);
+        histograms.Set(static_cast<int>(part), std::move(counts[part]));
     return histograms;
 }
 

@@ -140,7 +140,7 @@ bool zel_PaletteMappingModule<Voxel>::SetLevelsStretch() {
     if (GetShownHistogram().empty())
         return false;
     const wxWeakRef<wxEvtHandler> self(this);
-    const auto chosen = detail::AskForLevels<Element>(this->GetFrame(), {Shown().GetPart(GetShownHistogram())},
+    const auto chosen = detail::AskForLevels<Element>(this->GetFrame(), {Shown().CopyPart(GetShownHistogram())},
                                                       {Shown().levels}, ChannelName());
     if (!self)
         return false;
@@ -158,7 +158,7 @@ bool zel_PaletteMappingModule<Voxel>::SetThreshold() {
     if (GetShownHistogram().empty())
         return false;
     const wxWeakRef<wxEvtHandler> self(this);
-    const auto chosen = detail::AskForThresholds<Element>(this->GetFrame(), {Shown().GetPart(GetShownHistogram())},
+    const auto chosen = detail::AskForThresholds<Element>(this->GetFrame(), {Shown().CopyPart(GetShownHistogram())},
                                                           {Shown().thresholds}, ChannelName());
     if (!self)
         return false;

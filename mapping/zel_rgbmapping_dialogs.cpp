@@ -83,7 +83,7 @@ bool zel_RGBMappingModule<T>::SetLevelsStretch() {
         return false;
     const wxWeakRef<wxEvtHandler> self(this);
     const auto chosen = detail::AskForLevels<T>(
-        this->GetFrame(), ListOf([this](int c) { return this->GetChannel(c).GetPart(this->GetHistogram(c)); }),
+        this->GetFrame(), ListOf([this](int c) { return this->GetChannel(c).CopyPart(this->GetHistogram(c)); }),
         ListOf([this](int c) { return GetLevels(c); }), ChannelNames());
     if (!self)
         return false;
@@ -103,7 +103,7 @@ bool zel_RGBMappingModule<T>::SetThreshold() {
         return false;
     const wxWeakRef<wxEvtHandler> self(this);
     const auto chosen = detail::AskForThresholds<T>(
-        this->GetFrame(), ListOf([this](int c) { return this->GetChannel(c).GetPart(this->GetHistogram(c)); }),
+        this->GetFrame(), ListOf([this](int c) { return this->GetChannel(c).CopyPart(this->GetHistogram(c)); }),
         ListOf([this](int c) { return GetThresholds(c); }), ChannelNames());
     if (!self)
         return false;

@@ -28,7 +28,13 @@ void ChannelMapping<T>::NarrowRange(const Histogram<T>& histogram) {
 }
 
 template <typename T>
-Histogram<T> ChannelMapping<T>::GetPart(const Histogram<T>& histogram) const {
+HistogramPart<T> ChannelMapping<T>::GetPart(const Histogram<T>& histogram) const {
+    const auto [low, high] = std::minmax(rangeMin, rangeMax);
+    return histogram.GetPart(low, high);
+}
+
+template <typename T>
+Histogram<T> ChannelMapping<T>::CopyPart(const Histogram<T>& histogram) const {
     const auto [low, high] = std::minmax(rangeMin, rangeMax);
     Histogram<T> part;
     part.CreateSubHist(histogram, low, high);

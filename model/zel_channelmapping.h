@@ -29,7 +29,9 @@ struct ZEL_EXPORT ChannelMapping {
     void NarrowRange(const Histogram<T>& histogram);
 
     /// The part of a histogram, which has bins, between the ends of the range, whichever of them is the lower.
-    Histogram<T> GetPart(const Histogram<T>& histogram) const;
+    HistogramPart<T> GetPart(const Histogram<T>& histogram) const;
+    /// The same as a histogram of its own.
+    Histogram<T> CopyPart(const Histogram<T>& histogram) const;
 
     // The stretches change the levels, and not the table.
 

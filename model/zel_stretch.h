@@ -7,8 +7,8 @@
 
 namespace zel {
 
-// What the stretches make of a histogram. T is unsigned char, unsigned short, int or float; the histograms hold at
-// least one bin.
+// What the stretches make of a histogram or a part of one, which has bins. T is unsigned char, unsigned short, int or
+// float.
 
 template <typename T>
 using GrayLevels = TLevelsParams<T, unsigned char>;
@@ -17,18 +17,18 @@ using GrayTable = kep::LUT<T, unsigned char>;
 
 /// From the lowest value that occurs to the highest.
 template <typename T>
-GrayLevels<T> LinearLevels(const Histogram<T>& histogram);
+GrayLevels<T> LinearLevels(const HistogramPart<T>& bins);
 
 /// The same without a fraction of the voxels at either end.
 template <typename T>
-GrayLevels<T> PercentilLevels(const Histogram<T>& histogram, double fraction);
+GrayLevels<T> PercentilLevels(const HistogramPart<T>& bins, double fraction);
 
 /// As LinearLevels, but where fewer than two values occur they go from one end of the histogram to the other.
 template <typename T>
-GrayLevels<T> LinearLevelsOrWhole(const Histogram<T>& histogram) {
-    const GrayLevels<T> levels = LinearLevels(histogram);
+GrayLevels<T> LinearLevelsOrWhole(const HistogramPart<T>& bins) {
+    const GrayLevels<T> levels = LinearLevels(bins);
     return levels.inMin < levels.inMax ? levels
-                                       : GrayLevels<T>{histogram.GetLeftCenter(), histogram.GetRightCenter()};
+                                       : GrayLevels<T>{bins.GetLeftCenter(), bins.GetRightCenter()};
 }
 
 /// Fills a table with the curve of levels. The gamma is rounded to a float.
@@ -45,10 +45,10 @@ void FillTable(const ThresParams<T>& thresholds, GrayTable<T>& table) {
 }
 
 /// Fills a table so that every level gets about the same number of voxels. Values outside the range are black.
-/// @param histogram  of the range
+/// @param bins       of the range
 /// @param low, high  ends of the range
 /// @return false, and nothing is changed, if the range has more bins than the table has entries
 template <typename T>
-bool EqualizeTable(const Histogram<T>& histogram, T low, T high, GrayTable<T>& table);
+bool EqualizeTable(const HistogramPart<T>& bins, T low, T high, GrayTable<T>& table);
 
 } // namespace zel

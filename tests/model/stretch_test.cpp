@@ -30,19 +30,19 @@ std::vector<int> Entries(const GrayTable<T>& table, T from, T to) {
 } // namespace
 
 TEST(LinearLevels, RunFromTheLowestToTheHighestValueThatOccurs) {
-    const auto levels = LinearLevels(Counted<int>(-3, 3, {0, 2, 0, 0, 0, 1, 0}));
+    const auto levels = LinearLevels<int>(Counted<int>(-3, 3, {0, 2, 0, 0, 0, 1, 0}));
     EXPECT_EQ(levels, (GrayLevels<int>{-2, 2, 1.0, 0, 255}));
 }
 
 TEST(LinearLevels, AreOnePointForOneValue) {
-    const auto levels = LinearLevels(Counted<unsigned char>(0, 3, {0, 0, 9, 0}));
+    const auto levels = LinearLevels<unsigned char>(Counted<unsigned char>(0, 3, {0, 0, 9, 0}));
     EXPECT_EQ(levels.inMin, 2);
     EXPECT_EQ(levels.inMax, 2);
 }
 
 TEST(LinearLevels, OfAnEmptyRangeAreItsEndsCrossed) {
     // Without voxels the search from below ends at the last bin, and that from above at the first.
-    const auto levels = LinearLevels(Counted<unsigned char>(10, 13, {0, 0, 0, 0}));
+    const auto levels = LinearLevels<unsigned char>(Counted<unsigned char>(10, 13, {0, 0, 0, 0}));
     EXPECT_EQ(levels.inMin, 13);
     EXPECT_EQ(levels.inMax, 10);
 }
@@ -50,20 +50,20 @@ TEST(LinearLevels, OfAnEmptyRangeAreItsEndsCrossed) {
 TEST(PercentilLevels, LeaveOutAShareAtEitherEnd) {
     // Of 100 voxels. From the left 1 + 9 = 10 reach 0.095 at bin 1, from the right 5 + 15 = 20 do at bin 3.
     const auto histogram = Counted<unsigned short>(100, 104, {1, 9, 70, 15, 5});
-    EXPECT_EQ(PercentilLevels(histogram, 0.095), (GrayLevels<unsigned short>{101, 103, 1.0, 0, 255}));
-    EXPECT_EQ(PercentilLevels(histogram, 0.0), (GrayLevels<unsigned short>{100, 104, 1.0, 0, 255}));
-    EXPECT_EQ(PercentilLevels(histogram, 0.005), (GrayLevels<unsigned short>{100, 104, 1.0, 0, 255}));
-    EXPECT_EQ(PercentilLevels(histogram, 0.75).inMin, 102) << "10 + 70 of 100 at bin 2";
+    EXPECT_EQ(PercentilLevels<unsigned short>(histogram, 0.095), (GrayLevels<unsigned short>{101, 103, 1.0, 0, 255}));
+    EXPECT_EQ(PercentilLevels<unsigned short>(histogram, 0.0), (GrayLevels<unsigned short>{100, 104, 1.0, 0, 255}));
+    EXPECT_EQ(PercentilLevels<unsigned short>(histogram, 0.005), (GrayLevels<unsigned short>{100, 104, 1.0, 0, 255}));
+    EXPECT_EQ(PercentilLevels<unsigned short>(histogram, 0.75).inMin, 102) << "10 + 70 of 100 at bin 2";
 }
 
 TEST(PercentilLevels, MeetOnABackgroundThatIsAlmostAll) {
-    const auto levels = PercentilLevels(Counted<unsigned char>(0, 2, {9999, 0, 1}), 0.001);
+    const auto levels = PercentilLevels<unsigned char>(Counted<unsigned char>(0, 2, {9999, 0, 1}), 0.001);
     EXPECT_EQ(levels.inMin, 0);
     EXPECT_EQ(levels.inMax, 0);
 }
 
 TEST(PercentilLevels, OfAnEmptyRangeAreItsEnds) {
-    const auto levels = PercentilLevels(Counted<unsigned char>(10, 13, {0, 0, 0, 0}), 0.001);
+    const auto levels = PercentilLevels<unsigned char>(Counted<unsigned char>(10, 13, {0, 0, 0, 0}), 0.001);
     EXPECT_EQ(levels.inMin, 10);
     EXPECT_EQ(levels.inMax, 13);
 }
@@ -81,7 +81,7 @@ TEST(EqualizeTable, IsBlackOutsideTheRange) {
     GrayTable<int> table = White(whole);
     Histogram<int> range;
     range.CreateSubHist(whole, 0, 3);
-    ASSERT_TRUE(EqualizeTable(range, 0, 3, table));
+    ASSERT_TRUE(EqualizeTable<int>(range, 0, 3, table));
     // 8 voxels in the range: 255 / 8 = 31, 4 * 255 / 8 = 127, 127, 255.
     EXPECT_EQ(Entries(table, -2, 5), (std::vector<int>{0, 0, 31, 127, 127, 255, 0, 0}));
     EXPECT_EQ(table.GetSize(), 8U);
@@ -99,16 +99,16 @@ TEST(EqualizeTable, LeavesATableAloneThatIsTooSmall) {
     GrayTable<int> table;
     table.Init(4, 0, 3);
     table.CreateThresholding(0, 3, 0, 77);
-    EXPECT_FALSE(EqualizeTable(histogram, 0, 4, table));
+    EXPECT_FALSE(EqualizeTable<int>(histogram, 0, 4, table));
     EXPECT_EQ(Entries(table, 0, 3), (std::vector<int>{77, 77, 77, 77}));
-    EXPECT_TRUE(EqualizeTable(histogram, 0, 3, table)) << "the part that is wanted fits";
+    EXPECT_TRUE(EqualizeTable<int>(histogram, 0, 3, table)) << "the part that is wanted fits";
     EXPECT_EQ(Entries(table, 0, 3), (std::vector<int>{63, 127, 191, 255})); // k * 255 / 4
 }
 
 TEST(EqualizeTable, WorksInStepsForFloats) {
     const auto histogram = Counted<float>(0.0F, 1.5F, {2, 0, 1, 1}); // centers 0, 0.5, 1, 1.5
     GrayTable<float> table = White(histogram);
-    ASSERT_TRUE(EqualizeTable(histogram, 0.0F, 1.5F, table));
+    ASSERT_TRUE(EqualizeTable<float>(histogram, 0.0F, 1.5F, table));
     // 2 * 255 / 4 = 127, 127, 3 * 255 / 4 = 191, 255.
     EXPECT_EQ(table.Get(0.0F), 127);
     EXPECT_EQ(table.Get(0.5F), 127);

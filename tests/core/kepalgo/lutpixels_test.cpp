@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <numeric>
 #include <random>
 #include <utility>
@@ -62,6 +63,44 @@ TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
 TEST(PixelsOfLevels, OfAnEmptyTableAreThePalettesFirst) {
     const kep::LUT<int, unsigned char> none;
     ExpectPixelsOfLevels(none, {-1, 0, 5});
+}
+
+/// Maps random colours with a table for each channel, and looks each component up by itself.
+template <typename T>
+void ExpectPixelsOfComponents(const kep::LUT<T, unsigned char>& red, const kep::LUT<T, unsigned char>& green,
+                              const kep::LUT<T, unsigned char>& blue) {
+    std::mt19937 random(5);
+    for (const std::size_t count : {0U, 1U, 2U, 3U, 4U, 5U, 6U, 7U, 15U, 16U, 17U, 1003U}) {
+        std::vector<kep::RGB_generic<T>> voxels;
+        for (std::size_t i = 0; i < count; ++i)
+            voxels.emplace_back(static_cast<T>(random()), static_cast<T>(random()), static_cast<T>(random()));
+        const Pixel untouched(1, 2, 3);
+        std::vector<Pixel> pixels(count + 1, untouched);
+        kep::MapToPixels(red, green, blue, voxels.data(), count, pixels.data());
+        for (std::size_t i = 0; i < count; ++i)
+            ASSERT_EQ(pixels[i], Pixel(red.Get(voxels[i].red), green.Get(voxels[i].green), blue.Get(voxels[i].blue)))
+                << i << " of " << count;
+        EXPECT_EQ(pixels[count], untouched) << count;
+    }
+}
+
+template <typename T>
+void ExpectPixelsOfWholeTypes() {
+    constexpr T last = std::numeric_limits<T>::max();
+    const auto rising = MakeCurve<T>(long{last} + 1, 0, last);
+    kep::LUT<T, unsigned char> falling = rising;
+    falling.CreateGamma(0, last, 1.0F, 255, 0);
+    kep::LUT<T, unsigned char> halves = rising;
+    halves.CreateThresholding(static_cast<T>(last / 2), last, 0, 255);
+    ExpectPixelsOfComponents(rising, falling, halves);
+    ExpectPixelsOfComponents(halves, halves, halves);
+    // One that does not cover the type, and one without entries.
+    ExpectPixelsOfComponents(rising, MakeCurve<T>(100, 50, 149), kep::LUT<T, unsigned char>());
+}
+
+TEST(PixelsOfColours, HaveATableForEachComponent) {
+    ExpectPixelsOfWholeTypes<unsigned char>();
+    ExpectPixelsOfWholeTypes<unsigned short>();
 }
 
 } // namespace
