@@ -1,16 +1,18 @@
 #include "host/imageframe.h"
 
 #include "factory/zel_viewerfactory.h"
-#include "host/linearmapper.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
+#include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
 #include "model/zel_histogramcount.h"
 #include "viewer/zel_imagecanvas3d.h"
 
 #include <algorithm>
+#include <complex>
 #include <cstdint>
+#include <string>
 #include <type_traits>
 #include <vector>
 
@@ -30,20 +32,6 @@ void AddCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<T>& mapper, std::
     frame.SetCanvas(canvas);
 }
 
-/// The window of a colour or complex image, with a mapper of its own.
-template <typename T>
-class LinearFrame : public zel_Viewer3dFrame {
-public:
-    explicit LinearFrame(std::unique_ptr<mor::Image4d<T>> image)
-        : zel_Viewer3dFrame(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE),
-          m_mapper(image->GetExtremes()) {
-        AddCanvas<T>(*this, m_mapper, std::move(image));
-    }
-
-private:
-    LinearMapper<T> m_mapper;
-};
-
 /// Deletes what a factory that threw has left behind: frames without a canvas.
 void DeleteHalfMadeFrames() {
     const std::vector<wxWindow*> windows(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
@@ -53,20 +41,14 @@ void DeleteHalfMadeFrames() {
 }
 
 template <typename T>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image) {
-    if constexpr (zel::HistogramSet<T>::channelCount != 1) {
-        return std::make_unique<LinearFrame<T>>(std::move(image));
-    } else {
-        try {
-            FramePtr frame(zel::zel_CreateImage3dFrame<T>(image.get(), true, nullptr, wxID_ANY, wxEmptyString,
-                                                          wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE));
-            image.release(); // the canvas owns it
-            return frame;
-        } catch (...) {
-            DeleteHalfMadeFrames();
-            throw;
-        }
-    }
+FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image) try {
+    FramePtr frame(zel::zel_CreateImage3dFrame<T>(image.get(), true, nullptr, wxID_ANY, wxEmptyString,
+                                                  wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE));
+    image.release(); // the canvas owns it
+    return frame;
+} catch (...) {
+    DeleteHalfMadeFrames();
+    throw;
 }
 
 /// The values that occur, one bin for each whole number between the ends. Between ends that lie further apart than any
@@ -93,41 +75,74 @@ FramePtr BuildFrame(std::unique_ptr<mor::Image4d<int>> image) {
     return frame;
 }
 
-/// The grays of int and float images are spread between their extremes, which must not be one.
+/// How messages name the images of a type.
+template <typename T>
+std::string ImagesOf() {
+    constexpr bool isInt = std::is_same_v<T, int>;
+    constexpr bool isFloat = std::is_same_v<T, float>;
+    return "Images of type " + NameOf(isInt ? DisplayType::Int : isFloat ? DisplayType::Float : DisplayType::Complex);
+}
+
+wxString TextOf(int value) {
+    return wxString() << value;
+}
+wxString TextOf(float value) {
+    return wxString::Format("%g", static_cast<double>(value));
+}
+wxString TextOf(const std::complex<float>& value) {
+    return TextOf(value.real()) + " + " + TextOf(value.imag()) + "i";
+}
+
+/// The grays of int, float and complex images are spread between their extremes, which must not be one.
 template <typename T>
 void RefuseConstant(const mor::Image4d<T>& image) {
-    if constexpr (std::is_same_v<T, int> || std::is_same_v<T, float>) {
-        const T value = image.GetCachedMinValue();
-        if (value != image.GetCachedMaxValue())
+    if constexpr (!std::is_unsigned_v<T> && zel::HistogramSet<T>::channelCount != 3) {
+        const auto& extremes = image.GetExtremes();
+        if (extremes.min != extremes.max)
             return;
-        wxString text("All voxels have the value ");
-        if constexpr (std::is_same_v<T, int>)
-            text << value;
-        else
-            text << wxString::Format("%g", static_cast<double>(value));
-        text << ". Images of type " << NameOf(std::is_same_v<T, int> ? DisplayType::Int : DisplayType::Float)
-             << " are shown between their smallest and their largest value, which must differ.";
-        throw kep::InternalException(text.utf8_string());
+        throw kep::InternalException("All voxels have the value " + TextOf(extremes.min).utf8_string() + ". " +
+                                     ImagesOf<T>() +
+                                     " are shown between their smallest and their largest value, which must differ.");
     }
+}
+
+/// The mapping module of a frame; null if there is none of this type.
+template <typename Module>
+Module* FindModule(zel_Viewer3dFrame& frame) {
+    for (wxEvtHandler* handler = frame.GetEventHandler(); handler != nullptr; handler = handler->GetNextHandler())
+        if (auto* const module = dynamic_cast<Module*>(handler))
+            return module;
+    return nullptr;
 }
 
 /// Runs the menu command of a stretch, as the user would.
 template <typename T>
 void RunStretch(zel_Viewer3dFrame& frame, Stretch stretch) {
-    for (wxEvtHandler* handler = frame.GetEventHandler(); handler != nullptr; handler = handler->GetNextHandler())
-        if (const auto* const module = dynamic_cast<zel::zel_MappingModule<T>*>(handler))
-            frame.ProcessCommand(module->GetMenuId(zel::zel_ME_NO_STRETCH + static_cast<int>(stretch)));
+    if (const auto* const module = FindModule<zel::zel_MappingModule<T>>(frame); module != nullptr)
+        frame.ProcessCommand(module->GetMenuId(zel::zel_ME_NO_STRETCH + static_cast<int>(stretch)));
+}
+
+/// Runs the menu command of a part.
+void ShowPart(zel_Viewer3dFrame& frame, zel::ComplexMode part) {
+    const auto* const module = FindModule<zel::zel_ComplexMappingModule<float>>(frame);
+    if (module == nullptr)
+        return;
+    if (!module->IsPartEnabled(part))
+        throw kep::InternalException("The part that --part names has the same value everywhere.");
+    frame.ProcessCommand(module->GetMenuId(zel::zel_firstPartEntry + part));
 }
 
 } // namespace
 
 template <typename T>
-zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, Stretch stretch, bool inVoxels) {
+zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look) {
     RefuseConstant(*image);
     FramePtr frame = BuildFrame(std::move(image));
-    if (stretch != Stretch::None)
-        RunStretch<T>(*frame, stretch);
-    PrepareFrame(*frame, inVoxels);
+    if (look.part)
+        ShowPart(*frame, *look.part);
+    if (look.stretch != Stretch::None)
+        RunStretch<T>(*frame, look.stretch);
+    PrepareFrame(*frame, look.inVoxels);
     return frame.release();
 }
 
@@ -148,7 +163,7 @@ void PrepareFrame(zel_Viewer3dFrame& frame, bool inVoxels) {
     frame.ResizeFrameIfRequired();
 }
 
-#define ZEL_INSTANTIATE(T) template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, Stretch, bool);
+#define ZEL_INSTANTIATE(T) template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, const FirstLook&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

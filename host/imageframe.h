@@ -2,25 +2,30 @@
 
 #include "host/options.h"
 #include "image/zel_image4d.h"
+#include "model/zel_complexparts.h"
 #include "viewer/zel_frame.h"
 
 #include <memory>
+#include <optional>
 
 namespace zelviewer {
 
-/// Makes the window of an image, ready to be shown: titled, in true proportions unless `inVoxels` asks for one pixel a
-/// voxel, with a use for the mouse, and as large as the image needs and the display has. Exists for the types of
-/// KEP_DISPLAY_TYPES.
+/// How a window shows its image at the start.
+struct FirstLook {
+    Stretch stretch = Stretch::None;
+    bool inVoxels = false;                ///< one pixel a voxel instead of true proportions
+    std::optional<zel::ComplexMode> part; ///< of complex images; none: the first that varies
+};
+
+/// Makes the window of an image, ready to be shown: titled, with a use for the mouse, and as large as the image needs
+/// and the display has. Exists for the types of KEP_DISPLAY_TYPES.
 ///
-/// Gray images have the viewer's own mapping with its menu. For a moment that takes the image's memory once more, or,
-/// for int, up to some tens of megabytes. Colours are shown as they are and complex voxels by their amplitude, without
-/// a menu.
-/// @param image    the window takes it
-/// @param stretch  of gray images; without meaning for others
-/// @throws kep::InternalException for an int or float image whose voxels are all equal, in words for the user;
-///         std::bad_alloc. No window is left then.
+/// Opening takes the image's memory once more for a moment, or, for int, up to some tens of megabytes.
+/// @param image  the window takes it
+/// @throws kep::InternalException in words for the user: for an int, float or complex image whose voxels are all equal,
+///         and for a part that is asked for and does not vary; std::bad_alloc. No window is left then.
 template <typename T>
-zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, Stretch stretch, bool inVoxels);
+zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look);
 
 /// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
 void PrepareFrame(zel::zel_Viewer3dFrame& frame, bool inVoxels);

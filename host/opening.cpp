@@ -4,6 +4,7 @@
 #include "host/proportions.h"
 #include "host/readingprogress.h"
 #include "host/synthetic.h"
+#include "host/vortex.h"
 
 #include <wx/filefn.h>
 
@@ -108,18 +109,34 @@ std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 
-std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells() {
-    std::vector<SyntheticFrame> frames = MakeSyntheticCells();
-    const kep::Image3d<unsigned short>& first = *frames.front().intensity;
-    auto image = std::make_unique<mor::Image4d<unsigned short>>(&first.GetOffset(), &first.GetResolution());
+namespace {
+
+/// A sequence of frames that were made here.
+/// @param what  what they show, for their names
+template <typename T>
+std::unique_ptr<mor::Image4d<T>> SequenceOf(std::vector<std::unique_ptr<kep::Image3d<T>>> frames, const char* what) {
+    const kep::Image3d<T>& first = *frames.front();
+    auto image = std::make_unique<mor::Image4d<T>>(&first.GetOffset(), &first.GetResolution());
     image->MakeRoom(first.GetSize(), 0);
-    for (SyntheticFrame& frame : frames) {
+    for (auto& frame : frames) {
         const std::size_t number = image->GetNumFrames() + 1;
-        image->InsertFrame(frame.intensity.get(),
-                           wxString::Format("Synthetic cells, %zu of %zu", number, frames.size()), -1);
-        frame.intensity.release(); // the sequence has taken it
+        image->InsertFrame(frame.get(), wxString::Format("%s, %zu of %zu", what, number, frames.size()), -1);
+        frame.release(); // the sequence has taken it
     }
     return image;
+}
+
+} // namespace
+
+std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells() {
+    std::vector<std::unique_ptr<kep::Image3d<unsigned short>>> frames;
+    for (SyntheticFrame& frame : MakeSyntheticCells())
+        frames.push_back(std::move(frame.intensity));
+    return SequenceOf(std::move(frames), "Synthetic cells");
+}
+
+std::unique_ptr<mor::Image4d<std::complex<float>>> OpenVortex() {
+    return SequenceOf(MakeVortex(), "Synthetic wave");
 }
 
 } // namespace zelviewer

@@ -5,6 +5,7 @@
 #include "image/zel_image4d.h"
 #include "image/zel_labeledimage4d.h"
 
+#include <complex>
 #include <cstdint>
 #include <memory>
 
@@ -36,5 +37,8 @@ std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>
 
 /// The cells that are shown when there are no files.
 std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells();
+
+/// The wave that is shown instead when a complex image is asked for.
+std::unique_ptr<mor::Image4d<std::complex<float>>> OpenVortex();
 
 } // namespace zelviewer

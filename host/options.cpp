@@ -10,8 +10,10 @@ namespace zelviewer {
 
 namespace {
 
-const char* const description = "Shows the XY, XZ and YZ cuts of microscope images.\n"
-                                "Reads TIFF and ICS files, one per time point. Without files it shows synthetic cells.";
+const char* const description =
+    "Shows the XY, XZ and YZ cuts of microscope images.\n"
+    "Reads TIFF and ICS files, one per time point. Without files it shows synthetic cells, or\n"
+    "with --type complex a synthetic wave.";
 
 const char* const footer = "Examples:\n"
                            "  zelviewer stack.tif                        shows one volume\n"
@@ -39,35 +41,27 @@ std::optional<kep::Vector3d<float>> ParseResolution(const std::string& text) {
     return at == end ? std::optional(values) : std::nullopt;
 }
 
-std::optional<DisplayType> ParseType(const std::string& text) {
-    for (const auto& [name, type] : DisplayTypeNames())
-        if (name == text)
-            return type;
-    return std::nullopt;
-}
-
-std::string JoinedTypeNames() {
-    std::string names;
-    for (const auto& [name, type] : DisplayTypeNames())
-        names += (names.empty() ? "" : ", ") + name;
-    return names;
-}
-
 const std::vector<std::pair<std::string, Stretch>> stretchNames = {{"none", Stretch::None},
                                                                    {"linear", Stretch::Linear},
                                                                    {"percentil", Stretch::Percentil},
                                                                    {"equalize", Stretch::Equalize}};
 
-std::optional<Stretch> ParseStretch(const std::string& text) {
-    for (const auto& [name, stretch] : stretchNames)
-        if (name == text)
-            return stretch;
+const std::vector<std::pair<std::string, zel::ComplexMode>> partNames = {
+    {"real", zel::Real}, {"imaginary", zel::Imaginary}, {"phase", zel::Phase}, {"amplitude", zel::Amplitude}};
+
+/// The value of a name in a table of names.
+template <typename V>
+std::optional<V> ValueOf(const std::vector<std::pair<std::string, V>>& table, const std::string& name) {
+    for (const auto& [known, value] : table)
+        if (known == name)
+            return value;
     return std::nullopt;
 }
 
-std::string JoinedStretchNames() {
+template <typename V>
+std::string JoinedNames(const std::vector<std::pair<std::string, V>>& table) {
     std::string names;
-    for (const auto& [name, stretch] : stretchNames)
+    for (const auto& [name, value] : table)
         names += (names.empty() ? "" : ", ") + name;
     return names;
 }
@@ -77,6 +71,18 @@ std::string InOneLine(std::string text) {
     text.erase(text.find_last_not_of(' ') + 1);
     return text;
 }
+
+} // namespace
+
+std::string FindConflict(const Options& options, DisplayType type) {
+    if (options.stretch == Stretch::Equalize && (type == DisplayType::RGB8 || type == DisplayType::RGB16))
+        return "--stretch equalize is not for colour images such as " + NameOf(type) + ".";
+    if (options.part && type != DisplayType::Complex)
+        return "--part is for complex images, not for " + NameOf(type) + ".";
+    return {};
+}
+
+namespace {
 
 /// What is wrong with options that are each right; empty if nothing is.
 std::string FindConflict(const Options& options) {
@@ -97,17 +103,22 @@ std::string FindConflict(const Options& options) {
     }
     if (options.stretch && (options.info || options.exportMeshes))
         return std::string("--stretch and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
-    if (options.stretch && options.type && !IsGray(*options.type))
-        return "--stretch is for gray images, not for " + NameOf(*options.type) + ".";
+    if (options.part && (options.info || options.exportMeshes))
+        return std::string("--part and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+    if (options.type)
+        if (std::string conflict = FindConflict(options, *options.type); !conflict.empty())
+            return conflict;
     if (!options.labels.empty() && !options.files.empty() && options.labels.size() != options.files.size())
         return "--labels needs one file for each FILE: " + std::to_string(options.files.size()) + ", not " +
                std::to_string(options.labels.size()) + ".";
     if (!options.files.empty() || (options.info && !options.labels.empty()))
         return {};
+    const bool showsVortex = options.type == DisplayType::Complex;
     const bool shown = !options.exportMeshes; // meshes need no image, and --resolution is for their labels
     const char* const needsFile = options.info                       ? "--info"
                                   : !options.labels.empty() && shown ? "--labels"
-                                  : options.type                     ? "--type"
+                                  : options.type && !showsVortex     ? "--type"
+                                  : options.part && !showsVortex     ? "--part"
                                   : options.binary                   ? "--binary"
                                   : options.resolution && shown      ? "--resolution"
                                                                      : nullptr;
@@ -120,7 +131,7 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CommandLine line;
     Options& options = line.options;
     bool showVersion = false;
-    std::string type, resolution, stretch, meshes, screenshot;
+    std::string type, resolution, stretch, part, meshes, screenshot;
 
     CLI::App app(description, "zelviewer");
     app.footer(footer);
@@ -131,7 +142,7 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         ->type_name("");
     const CLI::Option* const typeOption =
         app.add_option("--type", type,
-                       "Read as this voxel type instead of the files' own:\n" + JoinedTypeNames() +
+                       "Read as this voxel type instead of the files' own:\n" + JoinedNames(DisplayTypeNames()) +
                            ".\nA file whose voxels don't fit is refused")
             ->type_name("NAME");
     app.add_flag("--binary", options.binary, "The files hold two-valued images: what is not 0 is set");
@@ -154,8 +165,11 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
-                       "How gray values are spread from black to white:\n" + JoinedStretchNames() +
+                       "How voxel values are spread from black to white:\n" + JoinedNames(stretchNames) +
                            ".\nWithout it files open unstretched and the synthetic cells linear")
+            ->type_name("NAME");
+    const CLI::Option* const partOption =
+        app.add_option("--part", part, "The part of a complex image to begin with:\n" + JoinedNames(partNames))
             ->type_name("NAME");
     const CLI::Option* const screenshotOption =
         app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
@@ -184,14 +198,19 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         return line;
     }
     if (typeOption->count() > 0) {
-        options.type = ParseType(type);
+        options.type = ValueOf(DisplayTypeNames(), type);
         if (!options.type)
-            return refuse("--type " + type + ": use one of " + JoinedTypeNames() + ".");
+            return refuse("--type " + type + ": use one of " + JoinedNames(DisplayTypeNames()) + ".");
     }
     if (stretchOption->count() > 0) {
-        options.stretch = ParseStretch(stretch);
+        options.stretch = ValueOf(stretchNames, stretch);
         if (!options.stretch)
-            return refuse("--stretch " + stretch + ": use one of " + JoinedStretchNames() + ".");
+            return refuse("--stretch " + stretch + ": use one of " + JoinedNames(stretchNames) + ".");
+    }
+    if (partOption->count() > 0) {
+        options.part = ValueOf(partNames, part);
+        if (!options.part)
+            return refuse("--part " + part + ": use one of " + JoinedNames(partNames) + ".");
     }
     if (resolutionOption->count() > 0) {
         options.resolution = ParseResolution(resolution);

@@ -2,6 +2,7 @@
 
 #include "host/displaytype.h"
 #include "image/kep.h"
+#include "model/zel_complexparts.h"
 
 #include <optional>
 #include <string>
@@ -9,7 +10,8 @@
 
 namespace zelviewer {
 
-/// How gray values are spread over the grays at the start. Named as on the command line, in the order of the menu.
+/// How voxel values are spread over the screen's levels at the start. Named as on the command line, in the order of the
+/// menu.
 enum class Stretch { None, Linear, Percentil, Equalize };
 
 /// What the command line asks for. File names are in the file system's encoding.
@@ -20,6 +22,7 @@ struct Options {
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
     std::optional<Stretch> stretch;                 ///< none: no stretch for files, linear for the synthetic cells
+    std::optional<zel::ComplexMode> part;           ///< of complex images; none: the first that varies
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored
     std::optional<std::string> exportMeshes;        ///< write the labels' meshes under this prefix and leave
@@ -42,6 +45,9 @@ struct CommandLine {
     Options options;
     std::string text;
 };
+
+/// What among the options does not suit images of this type; empty if all does.
+std::string FindConflict(const Options& options, DisplayType type);
 
 /// Reads a command line. Never throws for what a user types.
 /// @param arguments  without the program's own name

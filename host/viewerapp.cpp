@@ -59,12 +59,12 @@ int ViewerApp::OnRun() {
 }
 
 zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
-    // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
     if (m_options.files.empty())
-        return MakeFrame(OpenSyntheticCells(), m_options.stretch.value_or(Stretch::Linear), m_options.voxels);
+        return OpenSynthetic();
     const OpeningPlan plan = PlanOpening(m_options);
-    if (m_options.stretch && !IsGray(plan.type))
-        throw Failure(m_options.files.front() + ": --stretch is for gray images, not for " + NameOf(plan.type) + ".");
+    if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
+        throw Failure(NameAndReason(m_options.files.front(), conflict));
+    const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         auto image = ReadFiles<T>(m_options, plan);
@@ -73,11 +73,18 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
             PrintMessage("The labels fit the image, but this window does not show them.");
         }
         try {
-            return MakeFrame(std::move(image), m_options.stretch.value_or(Stretch::None), m_options.voxels);
+            return MakeFrame(std::move(image), look);
         } catch (const kep::InternalException& error) {
             throw kep::InternalException(NameAndReason(m_options.files.front(), error.GetText()));
         }
     });
+}
+
+zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic() {
+    if (m_options.type == DisplayType::Complex)
+        return MakeFrame(OpenVortex(), {m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part});
+    // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
+    return MakeFrame(OpenSyntheticCells(), {m_options.stretch.value_or(Stretch::Linear), m_options.voxels, {}});
 }
 
 void ViewerApp::OnFirstPaint() {

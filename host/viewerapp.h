@@ -35,6 +35,7 @@ protected:
     virtual void ShowError(const std::string& text);
 
 private:
+    zel::zel_Viewer3dFrame* OpenSynthetic();
     void OnFirstPaint();
     void TakeScreenshot();
     void LeaveWith(int exitCode);

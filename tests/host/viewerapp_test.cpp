@@ -128,7 +128,7 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
 }
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
-    auto* const frame = MakeFrame(MakeImage(300, 200, 50), Stretch::None, false);
+    auto* const frame = MakeFrame(MakeImage(300, 200, 50), {Stretch::None});
     EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
     frame->Show();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
@@ -139,7 +139,7 @@ TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
 }
 
 TEST_F(ViewerAppTest, AWindowIsNotLargerThanTheDisplay) {
-    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), Stretch::None, false);
+    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), {Stretch::None});
     frame->Show();
     const wxSize room = wxDisplay(0U).GetClientArea().GetSize();
     EXPECT_TRUE(RunUntil([&] { return frame->GetSize() == room; }))
@@ -169,9 +169,9 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
                                                      {Stretch::Equalize, "Histogram equalization"}};
     for (const auto& [stretch, entry] : cases) {
         for (zel::zel_Viewer3dFrame* frame :
-             {MakeFrame(MakePair<unsigned char>(1, 2), stretch, false),
-              MakeFrame(MakePair<unsigned short>(1, 2), stretch, false),
-              MakeFrame(MakePair<int>(-1, 2), stretch, false), MakeFrame(MakePair(-1.0F, 2.0F), stretch, false)}) {
+             {MakeFrame(MakePair<unsigned char>(1, 2), {stretch}),
+              MakeFrame(MakePair<unsigned short>(1, 2), {stretch}),
+              MakeFrame(MakePair<int>(-1, 2), {stretch}), MakeFrame(MakePair(-1.0F, 2.0F), {stretch})}) {
             EXPECT_THAT(MarkedEntries(*frame), ElementsAre(entry, "Gray"));
             frame->Destroy();
         }
@@ -182,8 +182,8 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
 TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
     using RGB = kep::RGB_generic<unsigned char>;
     for (zel::zel_Viewer3dFrame* frame :
-         {MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), Stretch::None, false),
-          MakeFrame(MakePair(std::complex<float>(1, 2), std::complex<float>(1, 2)), Stretch::None, false)}) {
+         {MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), {Stretch::None}),
+          MakeFrame(MakePair(std::complex<float>(1, 2), std::complex<float>(1, 2)), {Stretch::None})}) {
         EXPECT_THAT(MarkedEntries(*frame), ElementsAre("no menu"));
         EXPECT_NE(frame->GetCanvas(), nullptr);
         frame->Destroy();
@@ -192,16 +192,16 @@ TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
 }
 
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
-    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), Stretch::None, false), kep::InternalException);
-    EXPECT_THROW(MakeFrame(MakePair(-3, -3), Stretch::None, false), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {Stretch::None}), kep::InternalException);
     // Here it is the viewer that refuses, with the frame made already.
-    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), Stretch::None, false),
+    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {Stretch::None}),
                  kep::InternalException);
     EXPECT_EQ(CountFrames(), 0);
 }
 
 TEST_F(ViewerAppTest, AnImageThatCannotBeShownEndsTheProgramBehindABox) {
-    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), Stretch::None, false); };
+    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}); };
     EXPECT_EQ(App().ViewerApp::OnRun(), 1);
     EXPECT_THAT(App().errors, ElementsAre("All voxels have the value 0.5. Images of type float are shown between their "
                                           "smallest and their largest value, which must differ."));
