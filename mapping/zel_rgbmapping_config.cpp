@@ -23,9 +23,9 @@ class Reader {
 public:
     explicit Reader(const wxFileConfig& config) : m_config(config) {}
 
-    template <std::unsigned_integral I>
+    template <std::integral I>
     void operator()(const wxString& key, I& field, I missing) const {
-        long value = 0;
+        long value = 0; // the toolkit's own reading of an int asserts on large numbers
         m_config.Read(key, &value, long{missing});
         field = static_cast<I>(value);
     }
@@ -44,7 +44,7 @@ class Writer {
 public:
     explicit Writer(wxFileConfig& config) : m_config(config) {}
 
-    template <std::unsigned_integral I>
+    template <std::integral I>
     void operator()(const wxString& key, const I& field, I) const {
         m_config.Write(key, long{field});
     }

@@ -1,7 +1,10 @@
+#include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
+#include "mapping/zel_rgbmapping.h"
 #include "tests/mapping/viewer_fixture.h"
 #include "tests/support/text_of.h"
 
+#include <complex>
 #include <limits>
 
 using namespace zel;
@@ -169,4 +172,150 @@ TEST_F(MapperFactory, HistogramsThatAreFinishedMakeAModuleUnasked) {
     const std::unique_ptr<zel_GrayMappingModule<float>> three(zel_CreateGrayMapperForType<float>(frame, reals));
     EXPECT_EQ(three->GetMappingTable().GetSize(), 3U);
     EXPECT_EQ(wxTopLevelWindows.size(), 1U) << "no notice";
+}
+
+namespace {
+
+using Complex = std::complex<float>;
+
+class ComplexFactory : public MapperFactory {
+protected:
+    std::unique_ptr<zel_ComplexMappingModule<float>> CreateComplex(const mor::Image4d<Complex>& image) {
+        std::unique_ptr<zel_MappingModule<Complex>> module(zel_CreateMapperForType<Complex>(frame, image));
+        return std::unique_ptr<zel_ComplexMappingModule<float>>(
+            &dynamic_cast<zel_ComplexMappingModule<float>&>(*module.release()));
+    }
+    std::vector<std::string> Messages() const {
+        std::vector<std::string> texts;
+        for (const LogCatcher::Entry& entry : log.GetEntries())
+            if (entry.level == wxLOG_Message)
+                texts.push_back(entry.text);
+        return texts;
+    }
+
+    LogCatcher log;
+};
+
+std::vector<bool> EnabledParts(const zel_ComplexMappingModule<float>& module) {
+    return {module.IsPartEnabled(Real), module.IsPartEnabled(Imaginary), module.IsPartEnabled(Phase),
+            module.IsPartEnabled(Amplitude)};
+}
+
+} // namespace
+
+TEST_F(MapperFactory, ColoursHaveAHistogramForEachChannelOverTheWholeType) {
+    using Colour16 = kep::RGB_generic<unsigned short>;
+    const auto image = MakeImage<Colour16>({4, 1, 1}, 3, [](auto x, auto, auto, auto t) {
+        return Colour16(static_cast<unsigned short>(x), static_cast<unsigned short>(1000 * t), 65535);
+    });
+    const std::unique_ptr<zel_MappingModule<Colour16>> made(zel_CreateMapperForType<Colour16>(frame, *image));
+    const auto* const module = dynamic_cast<zel_RGBMappingModule<unsigned short>*>(made.get());
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(module->GetFrame(), frame);
+    const auto& histograms = module->GetHistograms();
+    for (const int c : {0, 1, 2}) {
+        ASSERT_EQ(histograms[c].size(), 65536U);
+        EXPECT_EQ(histograms[c].GetSum(), 12U);
+        EXPECT_EQ(module->GetRangeMax(c), 65535);
+    }
+    EXPECT_EQ(histograms[0][3], 3U);
+    EXPECT_EQ(histograms[1][2000], 4U);
+    EXPECT_EQ(histograms[2][65535], 12U);
+}
+
+TEST_F(MapperFactory, AConstantColourIsAccepted) {
+    using Colour8 = kep::RGB_generic<unsigned char>;
+    const auto image = MakeImage<Colour8>({2, 1, 1}, 1, [](auto, auto, auto, auto) { return Colour8(1, 2, 3); });
+    const std::unique_ptr<zel_MappingModule<Colour8>> module(zel_CreateMapperForType<Colour8>(frame, *image));
+    EXPECT_EQ(module->GetHistograms()[2][3], 2U);
+    EXPECT_EQ(module->GetHistograms()[0].size(), 256U);
+}
+
+TEST_F(ComplexFactory, CountsTheFourPartsOfAllFramesBetweenTheirExtremes) {
+    // Voxels 0, 1, 2, 3 and 4i, 1 + 4i, 2 + 4i, 3 + 4i.
+    const auto image = MakeImage<Complex>({4, 1, 1}, 2, [](auto x, auto, auto, auto t) {
+        return Complex(static_cast<float>(x), static_cast<float>(4 * t));
+    });
+    const auto module = CreateComplex(*image);
+    EXPECT_EQ(module->GetShowMode(), Real);
+    EXPECT_EQ(EnabledParts(*module), (std::vector<bool>{true, true, true, true}));
+    EXPECT_EQ(module->GetRangeMax(Real), 3.0F);
+    EXPECT_EQ(module->GetRangeMax(Imaginary), 4.0F);
+    EXPECT_EQ(module->GetRangeMin(Phase), 0.0F);
+    EXPECT_FLOAT_EQ(module->GetRangeMax(Phase), 1.57079633F);
+    EXPECT_EQ(module->GetRangeMax(Amplitude), 5.0F);
+    const auto& histograms = module->GetHistograms();
+    for (const int part : {0, 1, 2, 3}) {
+        EXPECT_EQ(histograms[part].size(), 256U);
+        EXPECT_EQ(histograms[part].GetSum(), 8U);
+    }
+    EXPECT_EQ(histograms[0][85], 2U); // 1 / 3 * 255
+    EXPECT_EQ(histograms[1][255], 4U);
+    EXPECT_EQ(histograms[2][0], 4U); // 0, 1, 2 and 3
+    EXPECT_EQ(histograms[3][255], 1U);
+    EXPECT_TRUE(Messages().empty());
+}
+
+TEST_F(ComplexFactory, DisablesThePartsThatAreConstantAndSaysSo) {
+    const auto module = CreateComplex(*Row<Complex>({{0, 1}, {0, 2}, {0, 5}}));
+    EXPECT_EQ(module->GetShowMode(), Imaginary);
+    EXPECT_EQ(EnabledParts(*module), (std::vector<bool>{false, true, false, true}));
+    EXPECT_EQ(Messages(), (std::vector<std::string>{"Disabling constant real part. (value=0.000000)",
+                                                    "Disabling constant phase. (value=1.570796)"}));
+}
+
+TEST_F(ComplexFactory, DisablesAConstantAmplitude) {
+    const auto module = CreateComplex(*Row<Complex>({{3, 4}, {4, 3}, {5, 0}}));
+    EXPECT_EQ(EnabledParts(*module), (std::vector<bool>{true, true, true, false}));
+    EXPECT_EQ(Messages(), (std::vector<std::string>{"Disabling constant amplitude. (value=5.000000)"}));
+}
+
+TEST_F(ComplexFactory, RefusesAnImageOfWhichNoPartVaries) {
+    EXPECT_EQ(
+        TextOf([&] {
+            CreateComplex(*Row<Complex>({{3, 4}, {3, 4}}));
+        }),
+        "Consistency check failed. Complex images with both parts, phase and amplitude constant are not supported! "
+        "(real value=3.000000, imaginary value=4.000000, phase value=0.927295, amplitude value=5.000000)");
+    EXPECT_EQ(Messages().size(), 4U);
+    EXPECT_EQ(Messages()[1], "Disabling constant imaginary part. (value=4.000000)");
+    Pump();
+    EXPECT_EQ(wxTopLevelWindows.size(), 1U) << "the notice has gone";
+}
+
+TEST_F(ComplexFactory, RefusesAnImageWithoutVoxels) {
+    EXPECT_EQ(TextOf([&] { CreateComplex(mor::Image4d<Complex>()); }),
+              "Consistency check failed. Empty images are not supported!");
+}
+
+TEST_F(ComplexFactory, FiniteValuesDecideTheRangesOfAnImageThatHoldsOthers) {
+    const auto module = CreateComplex(*Row<Complex>({{1, 2}, {notANumber, 7}, {3, infinite}, {-5, 4}}));
+    EXPECT_EQ(module->GetRangeMin(Real), -5.0F);
+    EXPECT_EQ(module->GetRangeMax(Real), 3.0F);
+    EXPECT_EQ(module->GetRangeMin(Imaginary), 2.0F);
+    EXPECT_EQ(module->GetRangeMax(Imaginary), 7.0F) << "a voxel counts for each part by itself";
+    EXPECT_FLOAT_EQ(module->GetRangeMax(Amplitude), 6.40312424F); // of -5 + 4i
+    const auto none = CreateComplex(*Row<Complex>({{notANumber, 2}, {notANumber, 4}}));
+    EXPECT_EQ(EnabledParts(*none), (std::vector<bool>{false, true, false, false}));
+    EXPECT_EQ(Messages(), (std::vector<std::string>{"Disabling constant real part. (value=0.000000)",
+                                                    "Disabling constant phase. (value=0.000000)",
+                                                    "Disabling constant amplitude. (value=0.000000)"}));
+}
+
+TEST_F(ComplexFactory, ExtremesThatWereNeverMeasuredAreFound) {
+    mor::Image4d<Complex> image;
+    image.MakeRoom(2, 1, 1, 1);
+    image.SetVoxel(0, 0, 0, 0, Complex(1, -1));
+    image.SetVoxel(1, 0, 0, 0, Complex(2, -3));
+    const auto module = CreateComplex(image);
+    EXPECT_EQ(module->GetRangeMin(Real), 1.0F);
+    EXPECT_EQ(module->GetRangeMax(Imaginary), -1.0F);
+}
+
+TEST_F(ComplexFactory, CanBeAskedByTheTypeOfTheParts) {
+    const auto image = Row<Complex>({{1, 2}, {3, 4}});
+    const std::unique_ptr<zel_MappingModule<Complex>> module(zel_CreateMapperForType<float>(frame, *image));
+    EXPECT_NE(dynamic_cast<zel_ComplexMappingModule<float>*>(module.get()), nullptr);
+    const std::unique_ptr<zel_MappingModule<Complex>> unnamed(zel_CreateMapperForType(frame, *image));
+    EXPECT_NE(dynamic_cast<zel_ComplexMappingModule<float>*>(unnamed.get()), nullptr);
 }

@@ -47,13 +47,13 @@ std::unique_ptr<mor::Image4d<T>> MakeImage(kep::Vector3d<std::size_t> size, std:
 }
 
 /// A shown viewer of the factory's, and the module in it.
-template <typename T>
+template <typename T, typename Module = zel_GrayMappingModule<T>>
 class MappedViewer {
 public:
     explicit MappedViewer(std::unique_ptr<mor::Image4d<T>> newImage) : image(std::move(newImage)) {
         frame = zel_CreateImage3dFrame<T>(image.get(), false, nullptr, wxID_ANY, "viewer", wxDefaultPosition,
                                           wxDefaultSize, wxDEFAULT_FRAME_STYLE);
-        module = dynamic_cast<zel_GrayMappingModule<T>*>(frame->GetEventHandler());
+        module = dynamic_cast<Module*>(frame->GetEventHandler());
         canvas = dynamic_cast<zel_ImageViewer3dCanvas<T>*>(frame->GetCanvas());
         HideDecorations(*canvas);
         EXPECT_TRUE(ShowAndWait(*frame));
@@ -82,9 +82,11 @@ public:
     std::vector<int> GetMarks() {
         frame->GetMenuBar()->UpdateMenus();
         std::vector<int> marks;
-        for (int entry = zel_ME_NO_STRETCH; entry <= zel_PE_FILE; ++entry)
-            if (IsChecked(entry))
+        for (int entry = zel_ME_NO_STRETCH; entry < zel_ME_LAST; ++entry) {
+            const wxMenuItem* const item = frame->GetMenuBar()->FindItem(module->GetMenuId(entry));
+            if (item != nullptr && item->IsCheckable() && item->IsChecked())
                 marks.push_back(entry);
+        }
         return marks;
     }
     /// What has been told since the last call.
@@ -103,7 +105,7 @@ public:
 
     std::unique_ptr<mor::Image4d<T>> image;
     zel_Viewer3dFrame* frame = nullptr;
-    zel_GrayMappingModule<T>* module = nullptr;
+    Module* module = nullptr;
     zel_ImageViewer3dCanvas<T>* canvas = nullptr;
     std::vector<std::string> log;
 };

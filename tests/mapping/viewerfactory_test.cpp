@@ -1,3 +1,5 @@
+#include "mapping/zel_complexmapping.h"
+#include "mapping/zel_rgbmapping.h"
 #include "tests/mapping/viewer_fixture.h"
 #include "tests/support/text_of.h"
 
@@ -45,8 +47,19 @@ void DestroyAll() {
 using ViewerFactory = GuiTest;
 
 template <typename T>
+T VoxelOf(std::size_t x) {
+    if constexpr (std::is_arithmetic_v<T>)
+        return static_cast<T>(x);
+    else if constexpr (HistogramSet<T>::channelCount == 3)
+        return T(static_cast<decltype(T::red)>(x), 0, 0);
+    else
+        return T(static_cast<float>(x), 0.0F);
+}
+
+/// @tparam Module  the mapping module that the type has
+template <typename T, typename Module>
 void ExpectViewer(const char* typeName) {
-    const auto image = MakeImage<T>({200, 150, 40}, 3, [](auto x, auto, auto, auto) { return x; });
+    const auto image = MakeImage<T>({200, 150, 40}, 3, [](auto x, auto, auto, auto) { return VoxelOf<T>(x); });
     auto* const frame = Open(image.get(), false);
     EXPECT_FALSE(frame->IsShown());
     EXPECT_EQ(frame->GetTitle(), "a title");
@@ -62,11 +75,15 @@ void ExpectViewer(const char* typeName) {
     EXPECT_EQ(canvas->GetImageTypeName(), typeName);
     EXPECT_EQ(canvas->GetImage(), image.get());
     EXPECT_EQ(canvas->GetImageCount(), 3);
-    auto* const module = dynamic_cast<zel_GrayMappingModule<T>*>(frame->GetEventHandler());
+    auto* const module = dynamic_cast<Module*>(frame->GetEventHandler());
     ASSERT_NE(module, nullptr);
     EXPECT_EQ(&canvas->GetMapper(), static_cast<zel_Mapper<T>*>(module));
     EXPECT_EQ(module->GetFrame(), frame);
-    EXPECT_EQ(module->GetHistograms().Get().GetSum(), 3U * 200 * 150 * 40);
+    const auto& histograms = module->GetHistograms();
+    if constexpr (HistogramSet<T>::channelCount == 1)
+        EXPECT_EQ(histograms.Get().GetSum(), 3U * 200 * 150 * 40);
+    else
+        EXPECT_EQ(histograms.Get(1).GetSum(), 3U * 200 * 150 * 40);
     EXPECT_TRUE(ShowAndWait(*frame));
     // 200 + 40 and 150 + 40, and 6 around each window
     EXPECT_TRUE(WaitUntil([&] { return frame->GetClientSize() == wxSize(252, 202); })) << frame->GetClientSize().x;
@@ -77,9 +94,13 @@ void ExpectViewer(const char* typeName) {
 } // namespace
 
 TEST_F(ViewerFactory, MakesFrameModuleAndCanvasForEachType) {
-    ExpectViewer<unsigned char>("GRAY8");
-    ExpectViewer<unsigned short>("GRAY16");
-    ExpectViewer<float>("float");
+    LogCatcher log; // what colour and complex images can't do
+    ExpectViewer<unsigned char, zel_GrayMappingModule<unsigned char>>("GRAY8");
+    ExpectViewer<unsigned short, zel_GrayMappingModule<unsigned short>>("GRAY16");
+    ExpectViewer<float, zel_GrayMappingModule<float>>("float");
+    ExpectViewer<kep::RGB_generic<unsigned char>, zel_RGBMappingModule<unsigned char>>("RGB");
+    ExpectViewer<kep::RGB_generic<unsigned short>, zel_RGBMappingModule<unsigned short>>("RGB16");
+    ExpectViewer<std::complex<float>, zel_ComplexMappingModule<float>>("complex");
 }
 
 TEST_F(ViewerFactory, AnySizeEndsAtThatOfTheImage) {
