@@ -4,16 +4,23 @@
 #include "bench/support/sample_frames.h"
 #include "bench/viewer/bare_windows.h"
 #include "factory/zel_viewerfactory.h"
+#include "mapping/zel_complexmapping.h"
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_mapperfactory.h"
+#include "mapping/zel_rgbmapping.h"
 
 #include <wx/evtloop.h>
 #include <wx/menu.h>
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cmath>
+#include <complex>
 #include <cstring>
 #include <memory>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -53,6 +60,99 @@ void AddPicture(const std::string& name, int palette) {
             benchmark::ClobberMemory();
         };
         return Comparison{.work = map, .yardstick = MakeCopy(bytes), .limit = 4, .bytes = bytes};
+    });
+}
+
+constexpr std::size_t pictureVoxels = 1000 * 800;
+constexpr std::size_t pictureBytes = pictureVoxels * 3;
+
+/// A picture of voxels of any type through a module that was made from itself.
+template <typename T>
+std::function<void()> MakeMapping(const std::vector<T>& voxels, int entry) {
+    mor::Image4d<T> image;
+    image.MakeRoom(1000, 800, 1, 1);
+    std::copy(voxels.begin(), voxels.end(), image[0]->begin());
+    image.UpdateMinMaxValues();
+    const std::shared_ptr<zel_MappingModule<T>> module(zel_CreateMapperForType<T>(nullptr, image));
+    wxCommandEvent choose(wxEVT_MENU, entry);
+    choose.SetInt(1);
+    if constexpr (HistogramSet<T>::channelCount == 3)
+        dynamic_cast<zel_RGBMappingModule<Word>&>(*module).OnMapping(choose);
+    else
+        dynamic_cast<zel_ComplexMappingModule<float>&>(*module).OnMapping(choose);
+    const auto buffer = std::make_shared<ColourBuffer>(1000, 800);
+    return [=] {
+        module->Map(voxels.data(), *buffer);
+        benchmark::ClobberMemory();
+    };
+}
+
+/// A slice of the sample in three colours: the second and the third are moved along x.
+std::vector<kep::RGB_generic<Word>> GetColours() {
+    const auto sample = GetSampleFrame<Word>();
+    const Word* const from = sample->GetVoxelAddr(0, 0, 20);
+    std::vector<kep::RGB_generic<Word>> colours;
+    for (std::size_t i = 0; i < pictureVoxels; ++i)
+        colours.emplace_back(from[i], from[i + 40], from[i + 80]);
+    return colours;
+}
+
+using Complex = std::complex<float>;
+
+/// The sample as a wave whose phase turns along x.
+const std::vector<Complex>& GetWave() {
+    static const std::vector<Complex> wave = [] {
+        const auto sample = GetSampleFrame<Word>();
+        const Word* const from = sample->GetVoxelAddr(0, 0, 20);
+        std::vector<Complex> voxels;
+        for (std::size_t i = 0; i < pictureVoxels; ++i)
+            voxels.push_back(std::polar(static_cast<float>(from[i]), static_cast<float>(i % 1000) * 0.1F));
+        return voxels;
+    }();
+    return wave;
+}
+
+/// The bare computation of a part, and the mapping of numbers that need none.
+template <typename Compute>
+std::function<void()> MakeBareLoop(const Compute& compute) {
+    const auto values = std::make_shared<std::vector<float>>(pictureVoxels);
+    const auto real = MakeMapping(GetWave(), zel_firstPartEntry + Real);
+    return [=] {
+        std::transform(GetWave().begin(), GetWave().end(), values->begin(), compute);
+        benchmark::ClobberMemory();
+        real();
+    };
+}
+
+void AddParts() {
+    AddComparison("Map RGB16", [] {
+        return Comparison{.work = MakeMapping(GetColours(), zel_ME_PERCENTIL_STRETCH),
+                          .yardstick = MakeCopy(pictureBytes),
+                          .limit = 5,
+                          .bytes = pictureBytes};
+    });
+    for (const auto& [name, part] : {std::pair{"real", Real}, std::pair{"imaginary", Imaginary}}) {
+        AddComparison(std::string("Map complex, ") + name, [part = part] {
+            return Comparison{.work = MakeMapping(GetWave(), zel_firstPartEntry + part),
+                              .yardstick = MakeCopy(pictureBytes),
+                              .limit = 6,
+                              .bytes = pictureBytes};
+        });
+    }
+    AddComparison("Map complex, phase", [] {
+        return Comparison{.work = MakeMapping(GetWave(), zel_firstPartEntry + Phase),
+                          .yardstick = MakeBareLoop([](Complex v) { return std::atan2(v.imag(), v.real()); }),
+                          .unit = "bare atan2 and real part",
+                          .limit = 1.2,
+                          .bytes = pictureBytes};
+    });
+    AddComparison("Map complex, amplitude", [] {
+        return Comparison{
+            .work = MakeMapping(GetWave(), zel_firstPartEntry + Amplitude),
+            .yardstick = MakeBareLoop([](Complex v) { return std::sqrt(v.imag() * v.imag() + v.real() * v.real()); }),
+            .unit = "bare sqrt and real part",
+            .limit = 1.2,
+            .bytes = pictureBytes};
     });
 }
 
@@ -138,6 +238,7 @@ void AddOpening(const std::string& name, std::function<void()> work, std::functi
 [[maybe_unused]] const bool added = [] {
     AddPicture("Map uint16, gray", zel_PE_GRAY);
     AddPicture("Map uint16, palette", zel_PE_PERIODIC);
+    AddParts();
     AddChange("stretch to repainted windows", zel_ME_LINEAR_STRETCH, zel_ME_NO_STRETCH);
     AddChange("equalisation to repainted windows", zel_ME_EQUALIZATION, zel_ME_PERCENTIL_STRETCH);
     AddChange("palette to repainted windows", zel_PE_LABELS, zel_PE_PERIODIC);

@@ -3,6 +3,8 @@
 #include "dialogs/dlg_set_range.h"
 #include "dialogs/zel_minmaxctrl.h"
 #include "dialogs/zel_modaldialog.h"
+#include "mapping/zel_complexmapping.h"
+#include "mapping/zel_rgbmapping.h"
 #include "tests/dialogs/dialog_user.h"
 #include "tests/mapping/viewer_fixture.h"
 #include "viewer/zel_commands.h"
@@ -28,19 +30,25 @@ private:
     std::function<void()> m_act;
 };
 
-template <typename T>
+template <typename T, typename Module = zel_GrayMappingModule<T>>
 class ClosingTest : public GuiTest {
 protected:
     void Open() {
         host = new wxFrame(nullptr, wxID_ANY, "host", wxPoint(700, 0), wxSize(100, 100));
         host->Show();
-        image = MakeImage<T>({20, 16, 9}, 2, [](auto x, auto, auto, auto) { return x; });
+        image = MakeImage<T>({20, 16, 9}, 2, [](auto x, auto, auto, auto) { return VoxelOf(x); });
         frame = zel_CreateImage3dFrame<T>(image.get(), false, host, wxID_ANY, "viewer", wxPoint(0, 0), wxDefaultSize,
                                           wxDEFAULT_FRAME_STYLE);
         module = frame->GetEventHandler();
         ASSERT_TRUE(ShowAndWait(*frame));
     }
-    zel_GrayMappingModule<T>& GetModule() const { return dynamic_cast<zel_GrayMappingModule<T>&>(*module); }
+    Module& GetModule() const { return dynamic_cast<Module&>(*module); }
+    static T VoxelOf(std::size_t x) {
+        if constexpr (HistogramSet<T>::channelCount == 3)
+            return T(static_cast<unsigned char>(x), 0, 0);
+        else
+            return T(static_cast<typename HistogramSet<T>::Element>(x));
+    }
     int IdOf(int entry) const { return GetModule().GetMenuId(entry); }
     void CloseBy(Way way) {
         switch (way) {
@@ -104,6 +112,8 @@ protected:
 
 using WordClosingTest = ClosingTest<unsigned short>;
 using FloatClosingTest = ClosingTest<float>;
+using ColourClosingTest = ClosingTest<kep::RGB_generic<unsigned char>, zel_RGBMappingModule<unsigned char>>;
+using ComplexClosingTest = ClosingTest<std::complex<float>, zel_ComplexMappingModule<float>>;
 
 } // namespace
 
@@ -133,6 +143,16 @@ TEST_F(WordClosingTest, EndsTheBitDepthDialog) {
 
 TEST_F(WordClosingTest, EndsThePaletteChooser) {
     CloseUnderInEachWay(zel_PE_FILE);
+}
+
+TEST_F(ColourClosingTest, EndsEachDialogOfColours) {
+    for (const int entry : {zel_ME_LEVELS, zel_ME_THRESHOLD, zel_ME_RANGE, zel_ME_BITDEPTH})
+        CloseUnderInEachWay(entry);
+}
+
+TEST_F(ComplexClosingTest, EndsEachDialogOfAPart) {
+    for (const int entry : {int{zel_ME_LEVELS}, int{zel_ME_THRESHOLD}, int{zel_ME_RANGE}, int{zel_PE_FILE}})
+        CloseUnderInEachWay(entry);
 }
 
 TEST_F(WordClosingTest, EndsTheBrowsingRangeDialog) {
