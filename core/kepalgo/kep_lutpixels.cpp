@@ -110,6 +110,111 @@ void WriteColoursByProcessor(const T* voxels, std::size_t count, const std::uint
 }
 #endif
 
+/// Places of float keys in a table, as LUT::GetIndex finds them, for many keys at once. `last` lies above `first`.
+struct PlaceRule {
+    double first;
+    double span; ///< from the first to the last key
+    double top;  ///< place of the last
+};
+
+template <typename Place>
+[[gnu::always_inline]] inline void FindPlaces(const float* keys, std::size_t count, const PlaceRule& rule,
+                                              Place* places) {
+    const auto [first, span, top] = rule;
+    for (std::size_t i = 0; i < count; ++i) {
+        // Divided and not multiplied by a reciprocal, which may round to the neighbouring place.
+        const double place = (static_cast<double>(keys[i]) - first) / span * top + 0.5;
+        const double held = place > 0.0 ? place : 0.0; // not-a-number is at 0
+        places[i] = static_cast<Place>(static_cast<std::int32_t>(held < top ? held : top));
+    }
+}
+
+template <typename Place>
+void FindPlacesPlainly(const float* keys, std::size_t count, const PlaceRule& rule, Place* places) {
+    FindPlaces(keys, count, rule, places);
+}
+#if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
+template <typename Place>
+[[gnu::target("avx2")]] void FindPlacesByAvx2(const float* keys, std::size_t count, const PlaceRule& rule,
+                                              Place* places) {
+    FindPlaces(keys, count, rule, places);
+}
+template <typename Place>
+void FindPlacesByProcessor(const float* keys, std::size_t count, const PlaceRule& rule, Place* places) {
+    static const bool newer = __builtin_cpu_supports("avx2") != 0;
+    if (newer)
+        FindPlacesByAvx2(keys, count, rule, places);
+    else
+        FindPlacesPlainly(keys, count, rule, places);
+}
+#else
+template <typename Place>
+void FindPlacesByProcessor(const float* keys, std::size_t count, const PlaceRule& rule, Place* places) {
+    FindPlacesPlainly(keys, count, rule, places);
+}
+#endif
+
+/// Calls `write` with the places of some voxels after the other, and with the pixels that they become.
+template <typename Place, typename Write>
+void WriteByPlaces(const float* voxels, std::size_t count, const PlaceRule& rule, Pixel* pixels, const Write& write) {
+    std::array<Place, 2048> places;
+    for (std::size_t i = 0; i < count; i += places.size()) {
+        const std::size_t now = std::min(places.size(), count - i);
+        FindPlacesByProcessor(voxels + i, now, rule, places.data());
+        write(places.data(), now, pixels + i);
+    }
+}
+
+/// Pixels of floats through a table with more than one key.
+/// @param colours  of the levels
+void WriteFloats(const LUT<float, unsigned char>& levels, const Colours& colours, const float* voxels,
+                 std::size_t count, Pixel* pixels) {
+    const unsigned char* const table = levels.GetData();
+    const std::size_t size = levels.GetSize();
+    const auto first = static_cast<double>(levels.GetFirst());
+    const PlaceRule rule{first, static_cast<double>(levels.GetLast()) - first, static_cast<double>(size - 1)};
+    Colours direct{}; // of the entries
+    if (size <= direct.size()) {
+        std::transform(table, table + size, direct.begin(), [&colours](unsigned char l) { return colours[l]; });
+        WriteByPlaces<unsigned char>(voxels, count, rule, pixels,
+                                     [&direct](const unsigned char* places, std::size_t n, Pixel* to) {
+                                         WriteColoursByProcessor(places, n, direct.data(), to);
+                                     });
+        return;
+    }
+    const auto find = [table, &colours](std::int32_t place) { return colours[table[place]]; };
+    WriteByPlaces<std::int32_t>(
+        voxels, count, rule, pixels,
+        [&find](const std::int32_t* places, std::size_t n, Pixel* to) { WritePixels(places, n, find, to); });
+}
+
+/// A colour voxel as one word, the red component in the lowest bits. Reads up to two bytes behind the voxel.
+template <typename T>
+auto LoadWord(const RGB_generic<T>* voxel) {
+    static_assert(std::endian::native == std::endian::little);
+    std::conditional_t<sizeof(T) == 1, std::uint32_t, std::uint64_t> word;
+    std::memcpy(&word, voxel, sizeof word);
+    return word;
+}
+
+/// Writes the pixels of colour voxels by a table with all values of T for each component.
+template <typename T>
+void WriteComponents(const RGB_generic<T>* voxels, std::size_t count, const unsigned char* red,
+                     const unsigned char* green, const unsigned char* blue, Pixel* pixels) {
+    if (count == 0)
+        return;
+    constexpr unsigned bits = 8 * sizeof(T);
+    std::size_t i = 0;
+    for (; i + 1 < count; ++i) {
+        const auto word = LoadWord(voxels + i);
+        const std::uint32_t pixel = red[static_cast<T>(word)] |
+                                    static_cast<std::uint32_t>(green[static_cast<T>(word >> bits)]) << 8 |
+                                    static_cast<std::uint32_t>(blue[static_cast<T>(word >> (2 * bits))]) << 16;
+        std::memcpy(reinterpret_cast<unsigned char*>(pixels + i), &pixel, sizeof pixel); // the next overwrites a byte
+    }
+    pixels[i] = Pixel(red[voxels[i].red], green[voxels[i].green], blue[voxels[i].blue]);
+}
+
 } // namespace
 
 template <typename T>
@@ -132,6 +237,12 @@ void MapToPixels(const LUT<T, unsigned char>& levels, const Palette* palette, co
             return;
         }
     }
+    if constexpr (std::is_same_v<T, float>) {
+        if (!levels.IsEmpty() && levels.GetFirst() < levels.GetLast()) {
+            WriteFloats(levels, colours, voxels, count, pixels);
+            return;
+        }
+    }
     WritePixels(
         voxels, count, [&levels, &colours](T voxel) { return colours[levels.Get(voxel)]; }, pixels);
 }
@@ -143,8 +254,7 @@ void MapToPixels(const LUT<T, unsigned char>& red, const LUT<T, unsigned char>& 
     const unsigned char* const g = green.GetWholeType();
     const unsigned char* const b = blue.GetWholeType();
     if (r != nullptr && g != nullptr && b != nullptr)
-        std::transform(voxels, voxels + count, pixels,
-                       [=](const RGB_generic<T>& v) { return Pixel(r[v.red], g[v.green], b[v.blue]); });
+        WriteComponents(voxels, count, r, g, b, pixels);
     else
         std::transform(voxels, voxels + count, pixels, [&](const RGB_generic<T>& v) {
             return Pixel(red.Get(v.red), green.Get(v.green), blue.Get(v.blue));

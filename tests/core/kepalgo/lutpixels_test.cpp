@@ -52,12 +52,37 @@ kep::LUT<T, unsigned char> MakeCurve(long size, T first, T last) {
     return levels;
 }
 
+/// Floats inside the tables and outside, at the ends, and what is no number; and many at random, as some lie where two
+/// entries meet.
+std::vector<float> SomeFloats() {
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    constexpr float largest = std::numeric_limits<float>::max();
+    std::vector<float> floats{-7.0F, -1.5F,    0.0F,    -0.0F,     0.3F,     2.4999F,
+                              2.5F,  infinite, largest, -infinite, -largest, std::numeric_limits<float>::quiet_NaN()};
+    std::mt19937 random(11);
+    std::uniform_real_distribution<float> between(-1.6F, 2.6F);
+    for (int i = 0; i < 20000; ++i)
+        floats.push_back(between(random));
+    for (int i = 0; i < 510; ++i) // half way between two of 256 entries
+        floats.push_back(-1.5F + 4.0F * static_cast<float>(i) / 510.0F);
+    return floats;
+}
+
 TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
     ExpectPixelsOfLevels(MakeCurve<unsigned char>(256, 0, 255), {0, 1, 7, 100, 254, 255});
     ExpectPixelsOfLevels(MakeCurve<unsigned char>(100, 50, 149), {0, 49, 50, 51, 100, 149, 150, 255});
     ExpectPixelsOfLevels(MakeCurve<unsigned short>(65536, 0, 65535), {0, 1, 255, 256, 30000, 65535});
     ExpectPixelsOfLevels(MakeCurve<int>(1000, -500, 499), {-100000, -501, -500, -1, 0, 499, 500, 7000000});
-    ExpectPixelsOfLevels(MakeCurve<float>(256, -1.5F, 2.5F), {-7.0F, -1.5F, 0.0F, 0.3F, 2.4999F, 2.5F, 9.0F});
+    const std::vector<float> floats = SomeFloats();
+    ExpectPixelsOfLevels(MakeCurve<float>(256, -1.5F, 2.5F), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(257, -1.5F, 2.5F), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(1, -1.5F, 2.5F), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(2, -1.5F, 2.5F), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(100000, -1.5F, 2.5F), floats);
+    constexpr float largest = std::numeric_limits<float>::max();
+    ExpectPixelsOfLevels(MakeCurve<float>(256, -largest, largest), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(256, 1.0F, 1.0F), floats);
+    ExpectPixelsOfLevels(MakeCurve<float>(256, 2.0F, 1.0F), floats);
 }
 
 TEST(PixelsOfLevels, OfAnEmptyTableAreThePalettesFirst) {
