@@ -26,7 +26,7 @@ protected:
         auto image = std::make_unique<mor::Image4d<unsigned char>>();
         image->MakeRoom(x, y, z, 1);
         image->UpdateMinMaxValues();
-        m_frame = MakeFrame(std::move(image), {Stretch::None});
+        m_frame = MakeFrame(std::move(image), {});
         ASSERT_TRUE(ShowAndWait(*m_frame));
         ASSERT_TRUE(WaitUntil([this] { // a small image leaves room in the smallest window
             const wxSize room = m_frame->GetClientSize(), wanted = Canvas().GetOptimalSize();

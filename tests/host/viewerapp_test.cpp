@@ -9,6 +9,7 @@
 #include <wx/display.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
+#include <wx/log.h>
 #include <wx/menu.h>
 
 #include <gmock/gmock.h>
@@ -45,6 +46,8 @@ TestApp& App() {
 
 class ViewerAppTest : public testing::Test {
 protected:
+    wxLogNull quiet; // the program has a log of its own; the toolkit's would open boxes
+
     void SetUp() override { App().errors.clear(); }
 
     /// Runs the program's loop until `done`, or for five seconds.
@@ -128,7 +131,7 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
 }
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
-    auto* const frame = MakeFrame(MakeImage(300, 200, 50), {Stretch::None});
+    auto* const frame = MakeFrame(MakeImage(300, 200, 50), {});
     EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
     frame->Show();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
@@ -139,7 +142,7 @@ TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
 }
 
 TEST_F(ViewerAppTest, AWindowIsNotLargerThanTheDisplay) {
-    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), {Stretch::None});
+    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), {});
     frame->Show();
     const wxSize room = wxDisplay(0U).GetClientArea().GetSize();
     EXPECT_TRUE(RunUntil([&] { return frame->GetSize() == room; }))
@@ -168,10 +171,10 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
                                                      {Stretch::Percentil, "Percentil stretch"},
                                                      {Stretch::Equalize, "Histogram equalization"}};
     for (const auto& [stretch, entry] : cases) {
-        for (zel::zel_Viewer3dFrame* frame :
-             {MakeFrame(MakePair<unsigned char>(1, 2), {stretch}),
-              MakeFrame(MakePair<unsigned short>(1, 2), {stretch}),
-              MakeFrame(MakePair<int>(-1, 2), {stretch}), MakeFrame(MakePair(-1.0F, 2.0F), {stretch})}) {
+        for (zel::zel_Viewer3dFrame* frame : {MakeFrame(MakePair<unsigned char>(1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair<unsigned short>(1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair<int>(-1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair(-1.0F, 2.0F), {stretch, false, {}})}) {
             EXPECT_THAT(MarkedEntries(*frame), ElementsAre(entry, "Gray"));
             frame->Destroy();
         }
@@ -179,12 +182,22 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
-TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
+TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveTheirMenus) {
     using RGB = kep::RGB_generic<unsigned char>;
-    for (zel::zel_Viewer3dFrame* frame :
-         {MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), {Stretch::None}),
-          MakeFrame(MakePair(std::complex<float>(1, 2), std::complex<float>(1, 2)), {Stretch::None})}) {
-        EXPECT_THAT(MarkedEntries(*frame), ElementsAre("no menu"));
+    using Complex = std::complex<float>;
+    const auto colours = [](Stretch stretch) {
+        return MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), {stretch, false, {}});
+    };
+    const auto parts = [](Stretch stretch, std::optional<zel::ComplexMode> part) {
+        return MakeFrame(MakePair(Complex(1, 2), Complex(3, -4)), {stretch, false, part});
+    };
+    const std::pair<zel::zel_Viewer3dFrame*, std::vector<std::string>> cases[] = {
+        {colours(Stretch::None), {"No stretch", "Red channel", "Green channel", "Blue channel"}},
+        {colours(Stretch::Percentil), {"Percentil stretch", "Red channel", "Green channel", "Blue channel"}},
+        {parts(Stretch::None, {}), {"No stretch", "Gray", "Real"}},
+        {parts(Stretch::Linear, zel::Phase), {"Linear stretch", "Gray", "Phase"}}};
+    for (const auto& [frame, entries] : cases) {
+        EXPECT_EQ(MarkedEntries(*frame), entries);
         EXPECT_NE(frame->GetCanvas(), nullptr);
         frame->Destroy();
     }
@@ -192,16 +205,19 @@ TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
 }
 
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
-    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}), kep::InternalException);
-    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {Stretch::None}), kep::InternalException);
-    // Here it is the viewer that refuses, with the frame made already.
-    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {Stretch::None}),
+    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {}), kep::InternalException);
+    using Complex = std::complex<float>;
+    EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 2)), {}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 3)), {Stretch::None, false, zel::Real}),
                  kep::InternalException);
+    // Here it is the viewer that refuses, with the frame made already.
+    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {}), kep::InternalException);
     EXPECT_EQ(CountFrames(), 0);
 }
 
 TEST_F(ViewerAppTest, AnImageThatCannotBeShownEndsTheProgramBehindABox) {
-    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}); };
+    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {}); };
     EXPECT_EQ(App().ViewerApp::OnRun(), 1);
     EXPECT_THAT(App().errors, ElementsAre("All voxels have the value 0.5. Images of type float are shown between their "
                                           "smallest and their largest value, which must differ."));
