@@ -139,6 +139,11 @@ Image3d<T>::Image3d(const Image3d& src, const MicronBox& voi) : offset(src.offse
 }
 
 template <typename T>
+Image3d<T>::Image3d(Image3d&& src) noexcept {
+    Swap(src);
+}
+
+template <typename T>
 Image3d<T>::~Image3d() = default;
 
 template <typename T>
@@ -156,6 +161,13 @@ Image3d<T>& Image3d<T>::operator=(const Image3d& src) {
     size = src.size;
     resolution = src.resolution;
     description.swap(newDescription);
+    return *this;
+}
+
+template <typename T>
+Image3d<T>& Image3d<T>::operator=(Image3d&& src) noexcept {
+    Image3d taken(std::move(src)); // by way of a third, so that what was here goes, and moving to itself is safe
+    Swap(taken);
     return *this;
 }
 

@@ -130,7 +130,8 @@ void Image3d<T>::ReadImage(const char* fileName, const PixelBox* voi, bool reser
     const char* const name = fileName != nullptr ? fileName : "";
     detail::ReadWithinMemory(name, [&] {
         if (reserved || reservedNumber != -1)
-            throw IOException("ReadImage(): These arguments are not supported.");
+            throw IOException("ReadImage(): These arguments are not supported.", name,
+                              "These arguments are not supported.");
         ReadFrame(name, voi, frame);
     });
     if (newOffset != nullptr)
@@ -139,7 +140,7 @@ void Image3d<T>::ReadImage(const char* fileName, const PixelBox* voi, bool reser
         frame.resolution = *newResolution;
     if (voi != nullptr)
         frame.offset += PixelsToMicrons(voi->offset, frame.resolution);
-    Swap(frame);
+    *this = std::move(frame);
 }
 
 #define KEP_INSTANTIATE(T)                                                                                             \

@@ -1,7 +1,5 @@
 #include "core/kepcore/convert/kep_convert.h"
 
-#include "core/kepcore/kep_exceptions.h"
-
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -137,8 +135,7 @@ const StoredNumber& FindStoredNumber(const SampleType& sample, const std::string
         return stored.kind == GetPartKind(sample.kind) && stored.bytes == sample.bytes;
     });
     if (found == storedNumbers.end())
-        throw IOException("ReadImage(): The voxel type of '" + name +
-                          "' is not supported: " + std::to_string(8 * sample.bytes) + "-bit.");
+        ThrowNotSupported(name, std::to_string(8 * sample.bytes) + "-bit");
     return *found;
 }
 
@@ -232,11 +229,9 @@ VoxelConverter::VoxelConverter(const FrameHeader& fileHeader, const TargetType& 
     const bool isColour = header.components == 3;
     const bool isComplex = header.sample.IsComplex();
     if (header.componentsAreChannels && type.shape != VoxelShape::Colour)
-        throw IOException("ReadImage(): '" + name + "' holds " + std::to_string(header.components) +
-                          " channels; one frame holds one.");
+        ThrowChannels(name, static_cast<std::size_t>(header.components));
     if (isComplex && !isBool && type.shape != VoxelShape::Complex)
-        throw IOException("ReadImage(): '" + name + "' holds complex voxels, which cannot be converted to " +
-                          type.name + ".");
+        ThrowCannotConvert("complex");
 
     kernel = FindStoredNumber(header.sample, name).kernels[static_cast<std::size_t>(type.channel)];
     lookUp = !header.palette.empty() && type.shape == VoxelShape::Colour;
@@ -279,8 +274,7 @@ void VoxelConverter::ConvertBlock(const std::byte* from, const VoxelPlace& place
                                   Scratch& scratch) const {
     if (before == Before::TakeGray) {
         if (!TakeEqualComponents(header.sample, from, count, scratch.gray.data()))
-            throw IOException("ReadImage(): '" + name + "' holds colour voxels, which cannot be converted to " +
-                              type.name + ".");
+            ThrowCannotConvert("colour");
         from = scratch.gray.data();
     }
     std::byte* const carried = after == After::Nothing ? to : scratch.numbers.data();
@@ -326,15 +320,18 @@ void VoxelConverter::LookUpColours(const std::byte* from, std::size_t count, std
     }
 }
 
+void VoxelConverter::ThrowCannotConvert(const std::string& kind) const {
+    ThrowCannotRead("", "", name, " holds " + kind + " voxels, which cannot be converted to " + type.name + ".");
+}
+
 void VoxelConverter::Refuse(const std::byte* number, const VoxelPlace& place) const {
     const StoredNumber& stored = FindStoredNumber(header.sample, name);
     const bool toWhole = type.channel != Channel::Float && type.channel != Channel::Double;
     const bool isFraction = toWhole && stored.isFraction(number);
     const std::string at =
         "(" + std::to_string(place.x) + ", " + std::to_string(place.y) + ", " + std::to_string(place.z) + ")";
-    throw IOException("ReadImage(): The value " + stored.format(number) + " at " + at + " in '" + name +
-                      (isFraction ? "' is not a whole number and cannot be converted to " : "' does not fit into ") +
-                      type.name + ".");
+    const std::string wrong = isFraction ? " is not a whole number and cannot be converted to " : " does not fit into ";
+    ThrowCannotRead("The value " + stored.format(number) + " at " + at, " in ", name, wrong + type.name + ".");
 }
 
 } // namespace kep::detail

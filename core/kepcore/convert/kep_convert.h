@@ -88,6 +88,7 @@ private:
     void ConvertBlock(const std::byte* from, const VoxelPlace& place, std::size_t count, std::byte* to,
                       Scratch& scratch) const;
     void LookUpColours(const std::byte* from, std::size_t count, std::byte* to) const;
+    [[noreturn]] void ThrowCannotConvert(const std::string& kind) const;
     [[noreturn]] void Refuse(const std::byte* number, const VoxelPlace& place) const;
 
     const FrameHeader& header;

@@ -219,10 +219,6 @@ private:
     std::size_t next = 0;
 };
 
-[[noreturn]] void ThrowNotSupported(const std::string& fileName, const std::string& type) {
-    throw IOException("ReadImage(): The voxel type of '" + fileName + "' is not supported: " + type + ".");
-}
-
 SampleType MakeSampleType(const IcsHeader& header, const std::string& fileName) {
     const int bytes = header.bits / 8;
     switch (header.format) {
@@ -260,8 +256,7 @@ Strides TakeLayout(const IcsHeader& header, const std::string& fileName, FrameHe
             strides.z = step;
         } else if (axis.name == "t") {
             if (axis.size != 1)
-                throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(axis.size) +
-                                  " time points; one file must hold one frame.");
+                ThrowNotOneFrame(fileName, axis.size, "time points");
         } else if (axis.size != 1) {
             strides.colour = step;
             if (__builtin_mul_overflow(channels, axis.size, &channels))
@@ -271,8 +266,7 @@ Strides TakeLayout(const IcsHeader& header, const std::string& fileName, FrameHe
             ThrowDamaged(fileName, "its header promises too many voxels");
     }
     if (channels != 1 && channels != 3)
-        throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(channels) +
-                          " channels; one frame holds one.");
+        ThrowChannels(fileName, channels);
     frame.components = static_cast<int>(channels);
     if (step * frame.sample.GetSampleBytes() > mostBytes)
         ThrowDamaged(fileName, "its header promises too many voxels");

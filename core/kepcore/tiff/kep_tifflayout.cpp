@@ -1,7 +1,5 @@
 #include "core/kepcore/tiff/kep_tifflayout.h"
 
-#include "core/kepcore/kep_exceptions.h"
-
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -57,10 +55,6 @@ const Packing* FindPacking(unsigned compression) {
 std::uint64_t Multiply(std::uint64_t a, std::uint64_t b) {
     std::uint64_t product = 0;
     return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<std::uint64_t>::max() : product;
-}
-
-[[noreturn]] void ThrowNotSupported(const std::string& fileName, const std::string& type) {
-    throw IOException("ReadImage(): The voxel type of '" + fileName + "' is not supported: " + type + ".");
 }
 
 /// A number with an upper bound, and 1 for a lower one.
@@ -319,11 +313,6 @@ std::string GetCompressionName(unsigned compression) {
 std::uint64_t GetExpansion(unsigned compression) {
     const Packing* const packing = FindPacking(compression);
     return packing == nullptr ? 1 : packing->expansion;
-}
-
-void ThrowChannels(const std::string& fileName, std::size_t channels) {
-    throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(channels) +
-                      " channels; one frame holds one.");
 }
 
 } // namespace kep::detail

@@ -1,6 +1,5 @@
 #include "core/kepcore/tiff/kep_tiffpages.h"
 
-#include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/tiff/kep_tiffmeta.h"
 
 #include <algorithm>
@@ -12,12 +11,7 @@ namespace kep::detail {
 namespace {
 
 [[noreturn]] void ThrowPagesDiffer(const std::string& fileName) {
-    throw IOException("ReadImage(): The pages of '" + fileName + "' differ in size or type.");
-}
-
-[[noreturn]] void ThrowNotOneFrame(const std::string& fileName, std::size_t count, const char* what) {
-    throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(count) + " " + what +
-                      "; one file must hold one frame.");
+    ThrowCannotRead("The pages", " of ", fileName, " differ in size or type.");
 }
 
 /// Palettes that differ make one index stand for two colours.
