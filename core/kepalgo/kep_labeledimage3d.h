@@ -32,7 +32,7 @@ struct KEP_EXPORT ComponentInfo {
 };
 
 /// A frame whose voxels are labels, with a table of what carries each label. Label 0 is the background and has no
-/// entry. Who writes to voxels keeps the table true.
+/// entry. Whoever writes to voxels keeps the table true.
 template <typename L, typename V>
 class KEP_EXPORT LabeledImage3d : public Image3d<L> {
 public:

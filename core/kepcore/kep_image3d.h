@@ -55,7 +55,7 @@ public:
     /// As the move constructor; what was here goes.
     Image3d& operator=(Image3d&& src) noexcept;
 
-    /// Loads a TIFF or ICS file, told apart by content, and converts its voxels to T. A voxel that T can't hold
+    /// Loads a TIFF or ICS file, recognised by content, and converts its voxels to T. A voxel that T can't hold
     /// refuses the file: nothing is clipped, scaled or wrapped.
     /// @param fileName        in the file system's encoding
     /// @param voi             the box to keep, or null for the whole frame
