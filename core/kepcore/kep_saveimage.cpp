@@ -2,6 +2,7 @@
 
 #include "core/kepcore/convert/kep_block.h"
 #include "core/kepcore/convert/kep_convert.h"
+#include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_exceptions.h"
 
@@ -17,13 +18,6 @@ namespace kep {
 
 namespace {
 
-bool EndsWithIgnoringCase(std::string_view text, std::string_view suffix) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return text.size() >= suffix.size() &&
-           std::equal(suffix.begin(), suffix.end(), text.end() - static_cast<std::ptrdiff_t>(suffix.size()),
-                      [&](char a, char b) { return a == lower(b); });
-}
-
 [[noreturn]] void ThrowNoFormat(std::string_view before, std::string_view tie, const std::string& name,
                                 std::string_view after) {
     detail::FileSentence sentence = detail::MakeFileSentence("SaveImage", before, tie, name, after);
@@ -38,9 +32,9 @@ FileFormat ChooseFormat(const std::string& name, FileFormat format) {
         return format;
     case FF_BY_NAME:
     case FF_LABELED:
-        if (EndsWithIgnoringCase(name, ".ics"))
+        if (detail::EndsWithIgnoringCase(name, ".ics"))
             return FF_ICS;
-        if (EndsWithIgnoringCase(name, ".tif") || EndsWithIgnoringCase(name, ".tiff"))
+        if (detail::EndsWithIgnoringCase(name, ".tif") || detail::EndsWithIgnoringCase(name, ".tiff"))
             return FF_TIFF;
         ThrowNoFormat("The format", " of ", name, " cannot be told from its suffix; use .ics or .tif.");
     }

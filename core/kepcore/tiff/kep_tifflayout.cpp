@@ -1,5 +1,8 @@
 #include "core/kepcore/tiff/kep_tifflayout.h"
 
+#include "core/kepcore/frame/kep_extent.h"
+#include "core/kepcore/tiff/kep_tifflimits.h"
+
 #include <algorithm>
 #include <array>
 #include <functional>
@@ -11,7 +14,6 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::uint64_t maxSide = 0x7FFFFFFF;
 constexpr std::uint64_t maxSamples = 4;
 constexpr std::uint64_t maxBlocks = std::uint64_t{1} << 24U;
 
@@ -52,15 +54,14 @@ const Packing* FindPacking(unsigned compression) {
 }
 
 /// The product, or the largest number where it does not fit.
-std::uint64_t Multiply(std::uint64_t a, std::uint64_t b) {
-    std::uint64_t product = 0;
-    return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<std::uint64_t>::max() : product;
+std::uint64_t MultiplyUpToLargest(std::initializer_list<std::uint64_t> factors) {
+    return Multiply(factors).value_or(std::numeric_limits<std::uint64_t>::max());
 }
 
 /// A number with an upper bound, and 1 for a lower one.
 std::uint32_t ReadSize(const TiffValues& values, const TiffDirectory& directory, TiffTag tag, const char* name) {
     const std::uint64_t size = values.ReadNumber(directory.Find(tag), 0);
-    if (size == 0 || size > maxSide)
+    if (size == 0 || size > longestTiffSide)
         ThrowDamaged(values.GetFile().GetName(), "its " + std::string(name) + " is " + std::to_string(size));
     return static_cast<std::uint32_t>(size);
 }
@@ -167,7 +168,7 @@ bool TiffLayout::HasSamePicture(const TiffLayout& other) const {
 }
 
 std::uint64_t TiffLayout::GetBlockCount() const {
-    return Multiply(std::uint64_t{GetBlocksAcross()} * GetBlocksDown(), planesApart ? samples : 1);
+    return MultiplyUpToLargest({GetBlocksAcross(), GetBlocksDown(), planesApart ? samples : 1});
 }
 
 std::uint64_t TiffLayout::GetRowBytes() const {
@@ -196,8 +197,8 @@ std::size_t TiffLayout::GetNumberBytes() const {
 
 std::uint64_t TiffLayout::GetPageBytes() const {
     if (isTiled)
-        return Multiply(Multiply(GetBlockCount(), GetRowBytes()), blockHeight);
-    return Multiply(Multiply(GetRowBytes(), height), planesApart ? samples : 1);
+        return MultiplyUpToLargest({GetBlockCount(), GetRowBytes(), blockHeight});
+    return MultiplyUpToLargest({GetRowBytes(), height, planesApart ? samples : 1});
 }
 
 bool TiffLayout::IsPlain() const {

@@ -1,7 +1,9 @@
 #include "core/kepcore/convert/kep_description.h"
+#include "core/kepcore/convert/kep_number.h"
+#include "core/kepcore/convert/kep_unit.h"
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_atomicfile.h"
-#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/tiff/kep_tifflimits.h"
 
 #include <algorithm>
 #include <array>
@@ -22,26 +24,11 @@ namespace {
 /// From here on places in the file may need more than 32 bits; the rest of 4 GiB is for the directories.
 constexpr std::uint64_t bigFrom = 3'900'000'000U;
 constexpr std::size_t stripBytes = std::size_t{1} << 20U;
-constexpr std::size_t mostPages = 1'000'000;
-constexpr std::size_t longestSide = (std::size_t{1} << 31U) - 1;
-/// What the reader takes of a text, and of the first page's description: what is longer would come back cut.
-constexpr std::size_t longestText = std::size_t{1} << 20U;
-constexpr std::size_t longestDescription = std::size_t{16} << 20U;
 /// Against level 6: a third of the time, and files of the same size, as the noise of a detector does not compress.
 constexpr int deflateLevel = 1;
 /// What a rational of a TIFF file, two numbers of 32 bits, holds with five digits and more.
 constexpr float smallestRational = 2.4e-10F;
 constexpr float largestRational = 4.2e9F;
-
-struct TextTag {
-    const char* key; ///< of the frame's description
-    ttag_t tag;
-};
-constexpr std::array<TextTag, 5> textTags{{{"Artist", TIFFTAG_ARTIST},
-                                           {"DateTime", TIFFTAG_DATETIME},
-                                           {"Make", TIFFTAG_MAKE},
-                                           {"Model", TIFFTAG_MODEL},
-                                           {"Software", TIFFTAG_SOFTWARE}}};
 
 /// libtiff writes through the file that appears when it is whole. Exceptions stop here, as libtiff's frames know
 /// none, and are thrown again behind it.
@@ -126,14 +113,10 @@ private:
     std::array<char, 201> message{}; // the first error
 };
 
-bool IsGood(float resolution) {
-    return std::isfinite(resolution) && resolution > 0.0F;
-}
-
-bool HasTag(const TextTag& textTag, const std::string& value) {
+bool HasTag(const TiffTextTag& textTag, const std::string& value) {
     constexpr std::size_t dateTimeLength = 19; // "YYYY:MM:DD HH:MM:SS", nothing else stands in this tag
-    return !value.empty() && value.size() < longestText && value.find('\0') == std::string::npos &&
-           (textTag.tag != TIFFTAG_DATETIME || value.size() == dateTimeLength);
+    return !value.empty() && value.size() < longestTiffText && value.find('\0') == std::string::npos &&
+           (textTag.tag != tagDateTime || value.size() == dateTimeLength);
 }
 
 using Entries = std::map<std::string, std::string>;
@@ -141,7 +124,7 @@ using Entries = std::map<std::string, std::string>;
 /// Splits a description into what goes into tags and what goes into the first page's description.
 std::pair<Entries, Entries> SplitByTag(Entries entries) {
     Entries tagged;
-    for (const TextTag& textTag : textTags) {
+    for (const TiffTextTag& textTag : tiffTextTags) {
         const auto found = entries.find(textTag.key);
         if (found != entries.end() && HasTag(textTag, found->second))
             tagged.insert(entries.extract(found));
@@ -154,8 +137,9 @@ std::string MakeDescription(const FrameHeader& header, const Entries& entries) {
     const Vector3d<float> res = header.resolution.GetRes();
     const std::string slices = std::to_string(header.size.z);
     std::string text = "ImageJ=1.11a\nimages=" + slices + "\nslices=" + slices + "\n";
-    text += IsGood(res.x) || IsGood(res.y) || IsGood(res.z) ? "unit=micrometers\n" : "unit=pixel\n";
-    if (IsGood(res.z))
+    text += IsGoodResolution(res.x) || IsGoodResolution(res.y) || IsGoodResolution(res.z) ? "unit=micrometers\n"
+                                                                                          : "unit=pixel\n";
+    if (IsGoodResolution(res.z))
         text += "spacing=" + FormatNineDigits(1.0 / static_cast<double>(res.z)) + "\n";
     if (!(header.offset == Vector3d<float>())) {
         const Vector3d<float> usable = header.resolution.GetUsable().GetRes();
@@ -179,8 +163,8 @@ Texts MakeTexts(const FrameHeader& header) {
     auto [tagged, others] = SplitByTag(header.description);
     DescriptionRoom room;
     room.file = "a TIFF file";
-    room.bytes = longestDescription - 1 - MakeDescription(header, {}).size(); // a zero byte ends it
-    room.longestValue = longestText;
+    room.bytes = longestTiffDescription - 1 - MakeDescription(header, {}).size(); // a zero byte ends it
+    room.longestValue = longestTiffText;
     room.getBytes = &GetOwnLineBytes;
     FittedDescription fitted = FitDescription(others, room);
     return {MakeDescription(header, fitted.entries), std::move(tagged), std::move(fitted.notice)};
@@ -242,11 +226,11 @@ private:
 
         // Pixels per unit of the description, as ImageJ has it.
         const Vector3d<float> res = header.resolution.GetRes();
-        if (IsGood(res.x))
+        if (IsGoodResolution(res.x))
             Set(TIFFTAG_XRESOLUTION, static_cast<double>(res.x));
-        if (IsGood(res.y))
+        if (IsGoodResolution(res.y))
             Set(TIFFTAG_YRESOLUTION, static_cast<double>(res.y));
-        if (IsGood(res.x) || IsGood(res.y))
+        if (IsGoodResolution(res.x) || IsGoodResolution(res.y))
             Set(TIFFTAG_RESOLUTIONUNIT, RESUNIT_NONE);
     }
 
@@ -268,7 +252,7 @@ private:
 
     void SetTexts(const Texts& texts) {
         Set(TIFFTAG_IMAGEDESCRIPTION, texts.description.c_str());
-        for (const TextTag& textTag : textTags) {
+        for (const TiffTextTag& textTag : tiffTextTags) {
             const auto found = texts.tagged.find(textTag.key);
             if (found != texts.tagged.end())
                 Set(textTag.tag, found->second.c_str());
@@ -309,11 +293,11 @@ private:
 
 /// Refuses what would not come back as it was.
 void TestLimits(const std::string& name, const FrameHeader& header) {
-    if (std::max(header.size.x, header.size.y) > longestSide || header.size.z > mostPages)
+    if (std::max(header.size.x, header.size.y) > longestTiffSide || header.size.z > mostTiffPages)
         ThrowCannotWrite(name, "the image has more voxels along an axis than a TIFF file holds");
     const Vector3d<float> res = header.resolution.GetRes();
     for (const float r : {res.x, res.y}) {
-        if (IsGood(r) && (r < smallestRational || r > largestRational))
+        if (IsGoodResolution(r) && (r < smallestRational || r > largestRational))
             ThrowCannotWrite(name, "a TIFF file cannot hold a resolution of " +
                                        FormatNineDigits(static_cast<double>(r)) + " pixels per micron");
     }
