@@ -215,8 +215,9 @@ template <typename L, typename V>
 LabeledImage3d<L, V>& LabeledImage3d<L, V>::operator=(const LabeledImage3d& src) = default;
 
 template <typename L, typename V>
-LabeledImage3d<L, V>::LabeledImage3d(LabeledImage3d&& src) noexcept : Image3d<L>(std::move(src)) {
-    components.swap(src.components); // the base takes its own part only
+LabeledImage3d<L, V>::LabeledImage3d(LabeledImage3d&& src) noexcept : Image3d<L>() {
+    Image3d<L>::Swap(src);
+    components.swap(src.components);
 }
 
 template <typename L, typename V>

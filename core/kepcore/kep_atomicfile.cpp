@@ -1,6 +1,7 @@
 #include "core/kepcore/kep_atomicfile.h"
 
-#include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_path.h"
+#include "core/kepcore/file/kep_refusal.h"
 #include "core/kepcore/file/kep_systemcalls.h"
 #include "core/kepcore/file/kep_systemerror.h"
 #include "core/kepcore/file/kep_temporaryname.h"
@@ -39,9 +40,8 @@ struct PathParts {
 
 PathParts SplitPath(const std::string& path) {
     PathParts parts;
-    const std::size_t slash = path.rfind('/');
-    const std::size_t first = slash == std::string::npos ? 0 : slash + 1;
-    parts.folder = path.substr(0, first);
+    parts.folder = detail::GetFolder(path);
+    const std::size_t first = parts.folder.size();
     std::size_t dot = path.rfind('.');
     if (dot == std::string::npos || dot <= first) // a leading dot hides the file and starts no suffix
         dot = path.size();
