@@ -81,7 +81,7 @@ std::string FollowLinks(const std::string& name) {
         if (length < 0)
             return path;
         std::string next(to.data(), static_cast<std::size_t>(length));
-        path = next.starts_with('/') ? next : SplitPath(path).folder + next;
+        path = next.starts_with('/') ? next : detail::GetFolder(path).append(next);
     }
     ThrowCannotWrite(name, SystemReason(ELOOP));
 }

@@ -16,7 +16,7 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::time_t staleAge = 60 * 60; // seconds
+constexpr std::time_t staleAge = 3600; // seconds
 constexpr std::size_t longestHost = HOST_NAME_MAX;
 constexpr std::size_t markDigits = 8;
 constexpr std::size_t longestSuffix = 32;

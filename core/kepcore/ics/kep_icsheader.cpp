@@ -192,6 +192,7 @@ private:
 
     std::vector<std::uint64_t> ToNumbers(const std::vector<std::string>& words, std::uint64_t most) const {
         std::vector<std::uint64_t> numbers;
+        numbers.reserve(words.size());
         for (const std::string& word : words)
             numbers.push_back(ToNumber(word, 1, most));
         return numbers;
