@@ -63,7 +63,7 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
         return OpenSynthetic();
     const OpeningPlan plan = PlanOpening(m_options);
     if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
-        throw Failure(NameAndReason(m_options.files.front(), conflict));
+        throw Failure(m_options.files.front() + ": " + conflict);
     const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
