@@ -1,5 +1,7 @@
 #pragma once
 
+#include "image/kep.h"
+
 #include <stdexcept>
 #include <string>
 
@@ -26,8 +28,8 @@ public:
 /// Writes a line on standard error, with the name of the file in hand if there is one.
 void PrintWarning(const std::string& text);
 
-/// "NAME: reason" from the text of an exception that itself speaks of the file: "ReadImage(): The file 'a.tif' is
-/// damaged: ..." becomes "a.tif: The file is damaged: ...".
-std::string NameAndReason(const std::string& fileName, const std::string& exceptionText);
+/// "NAME: reason" for a failure with a file: "ReadImage(): The file 'a.tif' is damaged: ..." becomes "a.tif: The file
+/// is damaged: ...". If the failure is about another file, that one's name stays in the sentence.
+std::string NameAndReason(const std::string& fileName, const kep::LibException& failure);
 
 } // namespace zelviewer

@@ -63,7 +63,7 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
         return OpenSynthetic();
     const OpeningPlan plan = PlanOpening(m_options);
     if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
-        throw Failure(NameAndReason(m_options.files.front(), conflict));
+        throw Failure(m_options.files.front() + ": " + conflict);
     const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
@@ -75,7 +75,7 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
         try {
             return MakeFrame(std::move(image), look);
         } catch (const kep::InternalException& error) {
-            throw kep::InternalException(NameAndReason(m_options.files.front(), error.GetText()));
+            throw kep::InternalException(NameAndReason(m_options.files.front(), error));
         }
     });
 }
@@ -99,7 +99,7 @@ void ViewerApp::TakeScreenshot() {
         WritePng(ComposePicture(*m_frame->GetCanvas()), *m_options.screenshot);
         LeaveWith(0);
     } catch (const kep::LibException& error) {
-        PrintMessage(NameAndReason(*m_options.screenshot, error.GetText()));
+        PrintMessage(NameAndReason(*m_options.screenshot, error));
         LeaveWith(1);
     }
 }
