@@ -29,7 +29,6 @@ protected:
         ++seen;
         wxTheApp->CallAfter([dialog] {
             EXPECT_TRUE(WaitUntil([dialog] { return dialog->IsModal() && dialog->IsShownOnScreen(); }));
-            Pump(5);
             dialog->EndModal(wxID_CANCEL);
         });
         return wxID_NONE;
@@ -45,7 +44,7 @@ struct State {
 };
 
 State Look(const wxFrame& frame) {
-    Pump(100);
+    Settle();
     const struct mallinfo2 heap = mallinfo2();
     return {frame.GetChildren().size(), wxTopLevelWindows.size(), CountXWindows(),
             static_cast<double>(heap.uordblks + heap.hblkhd) / 1e6};

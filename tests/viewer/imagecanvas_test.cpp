@@ -98,7 +98,6 @@ protected:
         HideDecorations(*canvas);
         ASSERT_TRUE(ShowAndWait(*frame));
         ASSERT_TRUE(ResizeClient(*frame, client));
-        Pump(50);
     }
     void TearDown() override {
         if (frame != nullptr)
@@ -237,21 +236,20 @@ TEST_F(ImageCanvasTest, AHiddenWindowIsMirroredWhenItIsNextResampled) {
 TEST_F(ImageCanvasTest, AHiddenWindowIsResampledWhenItIsShown) {
     Open(NamedImage({9, 8, 5}));
     canvas->ShowDrWin(zel_PT_YZ, false);
-    Pump(30);
+    Settle();
     canvas->ChangeCut({1.5F, 4.5F, 2.5F});
     canvas->Update();
     EXPECT_TRUE(canvas->IsDataDirty(zel_PT_YZ));
     EXPECT_FALSE(canvas->IsDataDirty(zel_PT_XY));
     canvas->ShowDrWin(zel_PT_YZ, true);
-    Pump(30);
-    EXPECT_FALSE(canvas->IsDataDirty(zel_PT_YZ));
+    EXPECT_TRUE(WaitUntil([&] { return !canvas->IsDataDirty(zel_PT_YZ); }));
     EXPECT_EQ(At(zel_PT_YZ, 3, 2), Named(1, 2, 3));
 }
 
 TEST_F(ImageCanvasTest, AChangeOfMappingDoesNotResample) {
     Open(NamedImage({9, 8, 5}));
     canvas->ShowDrWin(zel_PT_YZ, false);
-    Pump(30);
+    Settle();
     image->SetVoxel(0, 0, 2, 0, 9999); // behind the canvas's back: shows only after resampling
     const int maps = mapper.maps;
     zel_MappingEvent committed(true);
@@ -366,10 +364,10 @@ TEST_F(ImageCanvasTest, XYAsksForNewIconsWhenItIsRecoloured) {
     frame->Bind(
         wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
     canvas->MakeDirtyAndRefresh(zel_PT_YZ);
-    Pump(50);
+    Settle();
     EXPECT_EQ(*asked, 0);
     canvas->MakeDirtyAndRefresh(zel_PT_XY);
-    Pump(50);
+    Settle();
     EXPECT_EQ(*asked, 1);
 }
 
@@ -476,7 +474,6 @@ TYPED_TEST(ImageCanvasTypes, ShowsItsVoxels) {
     EXPECT_EQ(&canvas->GetMapper(), &mapper);
     ASSERT_TRUE(ShowAndWait(*frame));
     ASSERT_TRUE(ResizeClient(*frame, {300, 280}));
-    Pump(50);
     const wxImage xy = canvas->GetDrWin(zel_PT_XY)->GetPointerImage();
     ASSERT_EQ(xy.GetSize(), wxSize(7, 6));
     for (int y = 0; y < 6; ++y)

@@ -267,7 +267,7 @@ void MonkeyTest::CheckState() {
 
 void MonkeyTest::CheckPictures() {
     canvas->SetSize(frame->GetClientSize());
-    Pump(10);
+    Pump();
     for (const zel_ProjectionType type : windows) {
         zel_DrWin3d& window = *canvas->GetDrWin(type);
         ASSERT_EQ(window.IsShown(), canvas->IsDrWinShown(type));

@@ -165,10 +165,10 @@ TEST_F(SettingsTest, ACutThatIsNotInsideBecomesTheCentre) {
 }
 
 TEST_F(SettingsTest, ThePointersStyleAloneRefreshesNothing) {
-    Pump(200);
+    Settle();
     canvas->paintsXY = 0;
     canvas->SetPointerStyle({4, wxColour(1, 2, 3)});
-    Pump(200);
+    Settle();
     EXPECT_EQ(canvas->paintsXY, 0);
     EXPECT_EQ(canvas->GetPointerStyle().style, 4);
     EXPECT_EQ(canvas->GetPointerStyle().colour, wxColour(1, 2, 3));
@@ -180,7 +180,7 @@ TEST_F(SettingsTest, OddBaseScalesAreStoredAndSurvived) {
     for (const Vector& odd : {Vector(0, 0, 0), Vector(-3, 10, 10), Vector(10, 0, -1), Vector(1e30F, 10, 10)}) {
         s.baseScale = odd;
         canvas->SetSettings(s);
-        Pump(50);
+        Settle();
         zel_CanvasSettings back;
         canvas->GetSettings(back);
         EXPECT_EQ(back.baseScale, odd);
@@ -215,7 +215,7 @@ TEST_F(SettingsTest, NoBaseScaleMakesWindowsLargerThanTheCanvas) {
     const GrayMapper mapper;
     auto* const typed =
         new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, &image, false, wxID_ANY, {0, 0}, {300, 300});
-    Pump(50);
+    Settle();
     zel_ImageCanvasSettings s;
     typed->GetSettings(s);
     for (const Vector& odd : {Vector(-1, -1, 1), Vector(1, 1, -1), Vector(-inf, 1, inf), Vector(1, inf, -1),
@@ -249,7 +249,7 @@ TEST_F(SettingsTest, TheTypedCanvasMirrorsByTheNewFlags) {
     const GrayMapper mapper;
     auto* const typed =
         new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, &image, false, wxID_ANY, {0, 0}, {300, 300});
-    Pump(100);
+    Settle();
     zel_ImageCanvasSettings s;
     typed->GetSettings(s);
     EXPECT_EQ(s.baseScale, Vector(1, 1, 1));
@@ -258,7 +258,7 @@ TEST_F(SettingsTest, TheTypedCanvasMirrorsByTheNewFlags) {
     s.reversedX = true;
     s.reversedZ = true;
     typed->SetSettings(s);
-    Pump(100);
+    Settle();
     const auto at = [&](zel_ProjectionType type, int x, int y) {
         return static_cast<int>(typed->GetDrWin(type)->GetPointerImage().GetRed(x, y));
     };
