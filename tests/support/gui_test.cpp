@@ -200,26 +200,6 @@ void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifi
     window.ProcessWindowEvent(event);
 }
 
-LogCatcher::LogCatcher() : m_previous(wxLog::SetActiveTarget(this)), m_previousLevel(wxLog::GetLogLevel()) {
-    wxLog::SetLogLevel(wxLOG_Max);
-}
-
-LogCatcher::~LogCatcher() {
-    wxLog::SetLogLevel(m_previousLevel);
-    wxLog::SetActiveTarget(m_previous);
-}
-
-bool LogCatcher::Has(wxLogLevel level, const std::string& text) const {
-    for (const Entry& entry : m_entries)
-        if (entry.level == level && entry.text == text)
-            return true;
-    return false;
-}
-
-void LogCatcher::DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo&) {
-    m_entries.push_back({level, text.utf8_string()});
-}
-
 AssertCatcher::AssertCatcher() : m_previous(wxSetAssertHandler(&Handle)) {
     currentAsserts = this;
 }

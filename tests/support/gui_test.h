@@ -2,6 +2,8 @@
 
 // For tests with real windows: an event loop that moves only when told, pictures, input, and what the toolkit says.
 
+#include "tests/support/log_catcher.h"
+
 #include <wx/modalhook.h>
 #include <wx/wx.h>
 
@@ -47,30 +49,6 @@ wxColour ColourAt(const wxImage& picture, const wxPoint& at);
 /// skip it
 bool PressKey(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE);
 void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifiers = wxMOD_NONE);
-
-/// While one lives, the toolkit's log comes here and opens no box.
-class LogCatcher : public wxLog {
-public:
-    struct Entry {
-        wxLogLevel level;
-        std::string text;
-    };
-
-    LogCatcher();
-    ~LogCatcher() override;
-    LogCatcher(const LogCatcher&) = delete;
-    LogCatcher& operator=(const LogCatcher&) = delete;
-    const std::vector<Entry>& GetEntries() const { return m_entries; }
-    bool Has(wxLogLevel level, const std::string& text) const;
-
-protected:
-    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo& info) override;
-
-private:
-    std::vector<Entry> m_entries;
-    wxLog* m_previous;
-    wxLogLevel m_previousLevel;
-};
 
 /// While one lives, failed assertions are collected; otherwise each fails the test.
 class AssertCatcher {

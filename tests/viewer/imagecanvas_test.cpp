@@ -1,4 +1,5 @@
 #include "tests/support/gui_test.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_imagecanvas3d.h"
 
 #include <memory>
@@ -8,64 +9,15 @@ using namespace zel::test;
 
 namespace {
 
-template <typename T>
-struct ToColour {
-    static Colour Of(T v) { return {static_cast<unsigned char>(v), 0, 0}; }
-};
-template <typename C>
-struct ToColour<kep::RGB_generic<C>> {
-    static Colour Of(const kep::RGB_generic<C>& v) {
-        return {static_cast<unsigned char>(v.red), static_cast<unsigned char>(v.green),
-                static_cast<unsigned char>(v.blue)};
-    }
-};
-template <>
-struct ToColour<unsigned short> {
-    /// Low byte red, high byte green: a pixel names its voxel.
-    static Colour Of(unsigned short v) {
-        return {static_cast<unsigned char>(v & 255), static_cast<unsigned char>(v >> 8), 0};
-    }
-};
-template <>
-struct ToColour<std::complex<float>> {
-    static Colour Of(const std::complex<float>& v) { return {static_cast<unsigned char>(v.real()), 0, 0}; }
-};
-
-/// Shows values as they are, and counts.
-template <typename T>
-class PlainMapper : public zel_Mapper<T> {
-public:
-    void Map(const T* data, ColourBuffer& buffer) const override {
-        ++maps;
-        for (int i = 0; i < buffer.width * buffer.height; ++i)
-            buffer.data[i] = ToColour<T>::Of(data[i]);
-    }
-    mutable int maps = 0;
-};
-
 /// A voxel that names its place: 1 + x + 10 y + 100 z + 1000 t, in an image below 10 x 10 x 10.
 unsigned short Named(std::size_t x, std::size_t y, std::size_t z, std::size_t t = 0) {
     return static_cast<unsigned short>(1 + x + 10 * y + 100 * z + 1000 * t);
 }
 
-template <typename T>
-std::unique_ptr<mor::Image4d<T>> MakeImage(kep::Vector3d<std::size_t> size, std::size_t frames,
-                                           const kep::Resolution& resolution, kep::Vector3d<float> offset = {}) {
-    auto image = std::make_unique<mor::Image4d<T>>(&offset, &resolution);
-    image->MakeRoom(size, frames);
-    return image;
-}
-
 std::unique_ptr<mor::Image4d<unsigned short>> NamedImage(kep::Vector3d<std::size_t> size, std::size_t frames = 1,
                                                          const kep::Resolution& resolution = {1, 1, 1},
                                                          kep::Vector3d<float> offset = {}) {
-    auto image = MakeImage<unsigned short>(size, frames, resolution, offset);
-    for (std::size_t t = 0; t < frames; ++t)
-        for (std::size_t z = 0; z < size.z; ++z)
-            for (std::size_t y = 0; y < size.y; ++y)
-                for (std::size_t x = 0; x < size.x; ++x)
-                    image->SetVoxel(x, y, z, t, Named(x, y, z, t));
-    return image;
+    return MakeImage<unsigned short>(size, frames, Named, resolution, offset);
 }
 
 class OpenCanvas : public zel_ImageViewer3dCanvas<unsigned short> {
@@ -79,15 +31,6 @@ public:
     void UpdateVolVis() override { ++volumeUpdates; }
     int volumeUpdates = 0;
 };
-
-/// Leaves the pictures to the voxels.
-void HideDecorations(zel_Viewer3dCanvas& canvas) {
-    zel_CanvasSettings settings;
-    canvas.GetSettings(settings);
-    settings.cutPointer.style = 0;
-    settings.timeBar.thickness = 0;
-    canvas.SetSettings(settings);
-}
 
 class ImageCanvasTest : public GuiTest {
 protected:
@@ -372,12 +315,7 @@ TEST_F(ImageCanvasTest, XYAsksForNewIconsWhenItIsRecoloured) {
 }
 
 TEST_F(ImageCanvasTest, PicturesLargerThanTheWindowShowTheMiddle) {
-    auto wide = MakeImage<unsigned short>({600, 4, 3}, 1, {1, 1, 1});
-    for (std::size_t x = 0; x < 600; ++x)
-        for (std::size_t y = 0; y < 4; ++y)
-            for (std::size_t z = 0; z < 3; ++z)
-                wide->SetVoxel(x, y, z, 0, static_cast<unsigned short>(x));
-    Open(std::move(wide), {300, 280});
+    Open(MakeImage<unsigned short>({600, 4, 3}, 1, [](auto x, auto, auto, auto) { return x; }), {300, 280});
     // The visible range is centred on the middle voxel's centre at the first opening, and keeps its centre.
     const MicronBox& visible = canvas->GetVisibleBox();
     EXPECT_LT(visible.size.x, 300);
@@ -461,9 +399,8 @@ kep::RGB_generic<unsigned short> Voxel(int v) {
 
 TYPED_TEST(ImageCanvasTypes, ShowsItsVoxels) {
     using T = TypeParam;
-    auto image = MakeImage<T>({7, 6, 5}, 1, {1, 1, 1});
-    for (std::size_t i = 0; i < image->GetFrameSize(); ++i)
-        image->SetVoxel(i, 0, Voxel<T>(static_cast<int>(i)));
+    const auto image = MakeImage<T>(
+        {7, 6, 5}, 1, [](auto x, auto y, auto z, auto) { return Voxel<T>(static_cast<int>((z * 6 + y) * 7 + x)); });
     PlainMapper<T> mapper;
     auto* const frame = new wxFrame(nullptr, wxID_ANY, "types");
     auto* const canvas =
