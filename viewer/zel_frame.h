@@ -96,7 +96,7 @@ private:
     int m_nextMenuId = zel_firstModuleId;
     std::deque<bool> m_moduleFlags; // for each module pushed, whether it is deleted when it is popped
     zel_Viewer3dCanvas* m_canvas = nullptr;
-    wxSize m_adjustedSize;       // what the last adjustment gave, to see whether somebody else has resized since
+    wxSize m_adjustedSize;       // after the last adjustment, to see whether somebody else has resized since
     wxSize m_adjustedDecoration; // the frame's size less its client size at that time
 
     wxDECLARE_EVENT_TABLE();
