@@ -166,8 +166,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
                        "How voxel values are stretched from black to white:
-" + JoinedNames(stretchNames) +
-                           ".\nWithout it files open unstretched and the synthetic cells linear")
+                       " + JoinedNames(stretchNames) +
+                       ".\nWithout it files open unstretched and the synthetic cells linear")
             ->type_name("NAME");
     const CLI::Option* const partOption =
         app.add_option("--part", part, "The part of a complex image that is shown first:\n" + JoinedNames(partNames))

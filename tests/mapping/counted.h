@@ -5,9 +5,6 @@
 #include "histogram/zel_histogramset.h"
 #include "tests/model/counted.h"
 
-#include <limits>
-#include <vector>
-
 namespace zel::test {
 
 template <typename T>
