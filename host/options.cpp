@@ -165,9 +165,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     app.add_flag("--voxels", options.voxels, "One pixel per voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
-                       "How voxel values are stretched from black to white:
-                       " + JoinedNames(stretchNames) +
-                       ".\nWithout it files open unstretched and the synthetic cells linear")
+                       "How voxel values are stretched from black to white:\n" + JoinedNames(stretchNames) +
+                           ".\nWithout it files open unstretched and the synthetic cells linear")
             ->type_name("NAME");
     const CLI::Option* const partOption =
         app.add_option("--part", part, "The part of a complex image that is shown first:\n" + JoinedNames(partNames))
