@@ -6,8 +6,8 @@
 namespace zel {
 
 /// The one call that opens a viewer: a frame with its menus, the mapping that suits the voxels, and the canvas. It is
-/// not shown. Exists for unsigned char, unsigned short, float, kep::RGB_generic of unsigned char and unsigned short, and
-/// std::complex<float>.
+/// not shown. Exists for unsigned char, unsigned short, float, kep::RGB_generic of unsigned char and unsigned short,
+/// and std::complex<float>.
 ///
 /// The mapping is made from a temporary copy of the image, so opening takes about twice the image's memory for a
 /// moment.
