@@ -13,8 +13,8 @@ namespace zelviewer {
 /// How a window shows its image at the start.
 struct FirstLook {
     Stretch stretch = Stretch::None;
-    bool inVoxels = false;                ///< one pixel a voxel instead of true proportions
-    std::optional<zel::ComplexMode> part; ///< of complex images; none: the first that varies
+    bool inVoxels = false;                               ///< one pixel a voxel instead of true proportions
+    std::optional<zel::ComplexMode> part = std::nullopt; ///< of complex images; none: the first that varies
 };
 
 /// Makes the window of an image, ready to be shown: titled, with a use for the mouse, and as large as the image needs

@@ -7,7 +7,7 @@
 
 namespace zelviewer {
 
-/// Ends the program with 1. Its text is what stands behind "zelviewer: ", mostly "NAME: reason".
+/// Ends the program with exit code 1. Its text is printed after "zelviewer: " and is mostly "NAME: reason".
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -25,7 +25,7 @@ public:
     FileInHand& operator=(const FileInHand&) = delete;
 };
 
-/// Writes a line on standard error, with the name of the file in hand if there is one.
+/// Writes a line on standard error, with the name of the current file if there is one.
 void PrintWarning(const std::string& text);
 
 /// "NAME: reason" for a failure with a file: "ReadImage(): The file 'a.tif' is damaged: ..." becomes "a.tif: The file

@@ -4,6 +4,7 @@
 #include "host/message.h"
 #include "host/opening.h"
 #include "host/screenshot.h"
+#include "image/zel_modaldialog.h"
 
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
@@ -134,7 +135,7 @@ void ViewerApp::ReportException() {
     } catch (const std::exception& error) {
         ReportError(error.what());
     } catch (...) {
-        ReportError("Something went wrong that has no name.");
+        ReportError("An unknown error occurred.");
     }
 }
 
@@ -159,7 +160,7 @@ void ViewerApp::ReportError(const std::string& text) {
 }
 
 void ViewerApp::ShowError(const std::string& text) {
-    wxMessageBox(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR, GetTopWindow());
+    zel::ShowMessage(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR, GetTopWindow());
 }
 
 void ViewerApp::OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,

@@ -3,14 +3,18 @@
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/viewerapp.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/dcclient.h>
+#include <wx/dialog.h>
 #include <wx/display.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/menu.h>
+#include <wx/modalhook.h>
+#include <wx/weakref.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,6 +36,7 @@ public:
         SetExitOnFrameDelete(false);
         return RUN_ALL_TESTS();
     }
+    void ShowErrorInBox(const std::string& text) { ViewerApp::ShowError(text); }
     std::vector<std::string> errors;
     std::function<zel::zel_Viewer3dFrame*()> opening; // in place of the program's own
 
@@ -67,9 +72,7 @@ protected:
     }
 
     static std::unique_ptr<mor::Image4d<unsigned char>> MakeImage(std::size_t x, std::size_t y, std::size_t z) {
-        auto image = std::make_unique<mor::Image4d<unsigned char>>();
-        image->MakeRoom(x, y, z, 1);
-        image->UpdateMinMaxValues();
+        auto image = zel::test::MakeImage<unsigned char>({x, y, z}, 1, [](auto...) { return 0; });
         image->SetImageName(0, "/some/folder/stack 7.tif");
         return image;
     }
@@ -77,12 +80,7 @@ protected:
     /// Two voxels.
     template <typename T>
     static std::unique_ptr<mor::Image4d<T>> MakePair(T first, T second) {
-        auto image = std::make_unique<mor::Image4d<T>>();
-        image->MakeRoom(2, 1, 1, 1);
-        (*image)[0]->SetVoxel(0, first);
-        (*image)[0]->SetVoxel(1, second);
-        image->UpdateMinMaxValues();
-        return image;
+        return zel::test::MakeImage<T>({2, 1, 1}, 1, [&](auto x, auto...) { return x == 0 ? first : second; });
     }
 
     static std::ptrdiff_t CountFrames() {
@@ -128,6 +126,35 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
     EXPECT_THAT(App().errors, ElementsAre("out of a paint"));
     frame->Destroy();
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+/// Deletes the window that the next dialog is shown over, once that is open.
+class DeleteParent : public wxModalDialogHook {
+public:
+    DeleteParent() { Register(); }
+    ~DeleteParent() override { Unregister(); }
+    DeleteParent(const DeleteParent&) = delete;
+    DeleteParent& operator=(const DeleteParent&) = delete;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        App().CallAfter([dialog] { delete dialog->GetParent(); });
+        return wxID_NONE;
+    }
+};
+
+TEST_F(ViewerAppTest, TheBoxOfAnErrorEndsWithTheWindow) {
+    const wxWeakRef<wxFrame> frame(new wxFrame(nullptr, wxID_ANY, "closing"));
+    frame->Show();
+    ASSERT_TRUE(RunUntil([&frame] { return frame->IsShownOnScreen(); }));
+    const DeleteParent hook;
+    bool ended = false;
+    App().CallAfter([&ended] {
+        App().ShowErrorInBox("text");
+        ended = true;
+    });
+    EXPECT_TRUE(RunUntil([&ended] { return ended; }));
+    EXPECT_EQ(frame.get(), nullptr);
 }
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {

@@ -1,6 +1,7 @@
 // Runs the program itself, as a user does: what it prints, how it ends, and the pictures it writes.
 
 #include "image/kep.h"
+#include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
 #include <nlohmann/json.hpp>
@@ -68,8 +69,7 @@ protected:
             const kep::Vector3d<std::size_t> p = frame.GetPos(i);
             frame.SetVoxel(i, static_cast<unsigned char>(p.x + 2 * p.y + 5 * p.z));
         }
-        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
-        return folder / name;
+        return Save(frame, folder / name);
     }
 
     /// Takes a screenshot, which must succeed without a word. @return its picture
@@ -167,7 +167,7 @@ TEST_F(ZelViewer, InfoCountsLabels) {
     frame.SetVoxel(20, 5, 5, 7);
     frame.SetVoxel(0, 0, 0, 9);
     const std::string name = folder / "labels.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const Outcome stored = Run({"--info", "--labels", name}, Display::None);
     EXPECT_EQ(stored.exitCode, 0);
     EXPECT_EQ(stored.errors, "");
@@ -325,7 +325,7 @@ TEST_F(ZelViewer, EachStretchIsThatOfTheMenu) {
         frame.SetVoxel(frame.GetNumVoxels() - 1 - i, 255);
     }
     const std::string name = folder / "a.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const struct {
         const char* stretch;
         int low, middle, high;
@@ -346,7 +346,7 @@ TEST_F(ZelViewer, WhatDoesNotSuitTheFileIsRefused) {
     kep::Image3d<kep::RGB_generic<unsigned char>> frame;
     frame.MakeRoom(4, 3, 2);
     const std::string name = folder / "rgb.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const auto refusal = [&](const char* option, const char* value) {
         const Outcome outcome = Run({option, value, "--screenshot", folder / "a.png", name});
         EXPECT_EQ(outcome.exitCode, 1);
@@ -366,7 +366,7 @@ TEST_F(ZelViewer, APartOfAComplexFileIsShown) {
     frame.SetVoxel(1, {5, 1});
     frame.SetVoxel(2, {0, 0});
     const std::string name = folder / "a.ics";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const std::pair<const char*, int> cases[] = {{"real", 51},       // 1 of 0 to 5
                                                  {"imaginary", 128}, // -1 of -3 to 1
                                                  {"phase", 113},     // -0.785 of -1.571 to 0.197
@@ -375,7 +375,7 @@ TEST_F(ZelViewer, APartOfAComplexFileIsShown) {
         EXPECT_GT(CountGray(Screenshot({"--part", part, name}), level), 1000) << part;
     frame.Fill({2, -1});
     frame.SetVoxel(0, {2, 1});
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     EXPECT_GT(CountGray(Screenshot({name}), 0), 1000) << "the imaginary part is the first that varies";
     const Outcome outcome = Run({"--part", "real", "--screenshot", folder / "a.png", name});
     EXPECT_EQ(outcome.exitCode, 1);
@@ -390,7 +390,7 @@ TEST_F(ZelViewer, IntegersFarApartShareBins) {
     frame.SetVoxel(0, std::numeric_limits<int>::min());
     frame.SetVoxel(1, std::numeric_limits<int>::max());
     const std::string name = folder / "a.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     for (const char* stretch : {"none", "linear"})
         EXPECT_GT(CountGray(Screenshot({"--stretch", stretch, name}), 64), 1000) << stretch;
 }
@@ -400,7 +400,7 @@ TEST_F(ZelViewer, AConstantImageIsRefusedInASentence) {
     frame.MakeRoom(8, 8, 4);
     frame.Fill(7);
     const std::string name = folder / "flat.tif", picture = folder / "a.png";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     for (const std::string type : {"int", "float"}) {
         const Outcome outcome = Run({"--type", type, name, "--screenshot", picture});
         EXPECT_EQ(outcome.exitCode, 1);
@@ -420,7 +420,7 @@ TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
     frame.Fill(1.0F);
     frame.SetVoxel(5, NAN);
     const std::string name = folder / "nan.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const Outcome outcome = Run({name, "--screenshot", folder / "a.png"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.errors, HasSubstr("zelviewer: " + name + ": "));
