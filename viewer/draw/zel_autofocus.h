@@ -30,8 +30,7 @@ void MakeAutofocus(zel_ProjectionType type, const kep::Image3d<T>& frame, kep::I
 }
 
 inline void MakeAutofocus(zel_ProjectionType type, const kep::Image3d<std::complex<float>>& frame,
-                          kep::Image3d<std::complex<float>>& autofocus,
-                          const zel_Mapper<std::complex<float>>& mapper) {
+                          kep::Image3d<std::complex<float>>& autofocus, const zel_Mapper<std::complex<float>>& mapper) {
     switch (type) {
     case zel_PT_XY:
         MyGet_AF_XY(frame, autofocus, mapper);
