@@ -24,8 +24,9 @@ void View::Open(const ImageGeometry& image) {
     TakeBox(image);
     options.baseScale = image.resolution.GetUsable().GetRes();
     for (const Axis axis : axes) {
-        const float middleVoxel = static_cast<float>(At(image.voxels, axis) / 2) + 0.5F;
-        At(options.cut, axis) = At(boundingBox.offset, axis) + middleVoxel * At(cutStep, axis);
+        const std::size_t middleVoxel = At(image.voxels, axis) / 2;
+        At(options.cut, axis) =
+            At(boundingBox.offset, axis) + (static_cast<float>(middleVoxel) + 0.5F) * At(cutStep, axis);
     }
 }
 

@@ -72,7 +72,7 @@ constexpr std::array<CubeTriangles, marchingcubes::cubeCount> MakeCubeTriangles(
             const EdgePlace start = starts[static_cast<std::size_t>(edge)];
             const std::size_t labelIsAtTheOtherEnd = (cube >> start.corner) & 1U;
             cubes[cube].edges[cubes[cube].count++] = {
-                start.corner, static_cast<std::uint8_t>(2U * start.number + labelIsAtTheOtherEnd)};
+                start.corner, static_cast<std::uint8_t>(std::size_t{2} * start.number + labelIsAtTheOtherEnd)};
         }
     return cubes;
 }
