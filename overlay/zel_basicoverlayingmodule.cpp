@@ -107,7 +107,8 @@ const zel_OverlayBuffer<L>* zel_BasicOverlayingModule<L, V>::GetBuffer(std::size
 template <typename L, typename V>
 void zel_BasicOverlayingModule<L, V>::ComputeBoundary(std::size_t buffer) {
     zel_OverlayBuffer<L>& labels = *m_buffers[buffer];
-    MarkBoundaries(labels.GetLayer(0).begin(), labels.GetWidth(), labels.GetHeight());
+    if (!labels.GetLayer(0).IsEmpty()) // it may be without voxels by the axis that the picture lacks
+        MarkBoundaries(labels.GetLayer(0).begin(), labels.GetWidth(), labels.GetHeight());
 }
 
 template <typename L, typename V>
