@@ -30,10 +30,7 @@ zel_Viewer3dFrame* zel_CreateLabeledImage3dFrame(mor::Image4d<T>* image, mor::La
     template ZEL_EXPORT zel_Viewer3dFrame* zel_CreateLabeledImage3dFrame<T, L, V>(                                     \
         mor::Image4d<T>*, mor::LabeledImage4d<L, V>*, bool, bool, wxWindow*, int, const wxString&, const wxPoint&,     \
         const wxSize&, long);
-ZEL_WITH_LABELS(ZEL_INSTANTIATE, unsigned char)
-ZEL_WITH_LABELS(ZEL_INSTANTIATE, unsigned short)
-ZEL_WITH_LABELS(ZEL_INSTANTIATE, int)
-ZEL_WITH_LABELS(ZEL_INSTANTIATE, float)
+ZEL_LABELED_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 
 } // namespace zel

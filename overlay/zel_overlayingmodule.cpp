@@ -38,6 +38,19 @@ constexpr Entry entries[] = {
     {zel_OE_RELOAD, "&Reload\tCtrl-R", "Reload", wxITEM_NORMAL},
 };
 
+/// Lets the radio entries be chosen again and again. They do not follow what other entries do, so the one with the mark
+/// still has something to say; but GTK's port of the toolkit swallows a click on an entry that has its mark. It tells
+/// so by a note of its own, which is taken away here while the mark on the screen stays.
+void LetRadioEntriesRepeat(wxMenu& menu) {
+#ifdef __WXGTK__
+    for (wxMenuItem* const item : menu.GetMenuItems())
+        if (item->GetKind() == wxITEM_RADIO)
+            item->wxMenuItemBase::Check(false);
+#else
+    wxUnusedVar(menu);
+#endif
+}
+
 Palette MakeLabelPalette(bool isDefault, const wxColour& colour) {
     Palette palette;
     if (isDefault)
@@ -134,6 +147,8 @@ template <typename L, typename V>
 void zel_OverlayingModule<L, V>::OnOverlaying(wxCommandEvent& event) {
     const wxWeakRef<wxEvtHandler> self(this); // the dialog, or a host's handler, may close the frame
     const int offset = event.GetId() - GetMenuId(0);
+    if (m_menu)
+        LetRadioEntriesRepeat(*m_menu);
     RunCommand(offset);
     if (!self)
         return;
