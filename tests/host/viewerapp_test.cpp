@@ -169,8 +169,7 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
                                                      {Stretch::Equalize, "Histogram equalization"}};
     for (const auto& [stretch, entry] : cases) {
         for (zel::zel_Viewer3dFrame* frame :
-             {MakeFrame(MakePair<unsigned char>(1, 2), {stretch}),
-              MakeFrame(MakePair<unsigned short>(1, 2), {stretch}),
+             {MakeFrame(MakePair<unsigned char>(1, 2), {stretch}), MakeFrame(MakePair<unsigned short>(1, 2), {stretch}),
               MakeFrame(MakePair<int>(-1, 2), {stretch}), MakeFrame(MakePair(-1.0F, 2.0F), {stretch})}) {
             EXPECT_THAT(MarkedEntries(*frame), ElementsAre(entry, "Gray"));
             frame->Destroy();
@@ -191,12 +190,45 @@ TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
+/// One label, on both voxels of a pair.
+std::unique_ptr<Labels> MakeLabelPair() {
+    auto labels = std::make_unique<Labels>();
+    labels->MakeRoom(2, 1, 1, 1);
+    labels->SetVoxel(0, 0, 4);
+    labels->SetVoxel(1, 0, 4);
+    return labels;
+}
+
+TEST_F(ViewerAppTest, LabelsHaveTheirMenuAndAreOutlinedIfAsked) {
+    for (const bool outlines : {false, true}) {
+        const FirstLook look{.outlines = outlines};
+        for (zel::zel_Viewer3dFrame* frame :
+             {MakeFrame(MakePair<unsigned char>(1, 2), look, MakeLabelPair()),
+              MakeFrame(MakePair<int>(-1'000'000'000, 1'000'000'000), look, MakeLabelPair()),
+              MakeFrame(MakePair(-1.0F, 2.0F), look, MakeLabelPair())}) {
+            const wxMenuBar& bar = *frame->GetMenuBar();
+            const int at = bar.FindMenu("Overlaying");
+            ASSERT_NE(at, wxNOT_FOUND);
+            bar.GetMenu(static_cast<std::size_t>(at))->UpdateUI();
+            std::vector<std::string> marked;
+            for (const wxMenuItem* item : bar.GetMenu(static_cast<std::size_t>(at))->GetMenuItems())
+                if (item->IsCheckable() && item->IsChecked())
+                    marked.push_back(item->GetItemLabelText().utf8_string());
+            if (outlines)
+                EXPECT_THAT(marked, ElementsAre("Enable", "Boundary", "Default palette"));
+            else
+                EXPECT_THAT(marked, ElementsAre("Components", "Default palette"));
+            frame->Destroy();
+        }
+    }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
     EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}), kep::InternalException);
     EXPECT_THROW(MakeFrame(MakePair(-3, -3), {Stretch::None}), kep::InternalException);
     // Here it is the viewer that refuses, with the frame made already.
-    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {Stretch::None}),
-                 kep::InternalException);
+    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {Stretch::None}), kep::InternalException);
     EXPECT_EQ(CountFrames(), 0);
 }
 
