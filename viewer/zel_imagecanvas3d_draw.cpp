@@ -29,7 +29,7 @@ const kep::Image3d<T>& zel_ImageViewer3dCanvas<T>::GetAutofocusImage(zel_Project
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Draw(wxDC& dc, zel_ProjectionType type) {
-    if (!IsFrameThere() || IsMapperDetached())
+    if (IsMapperDetached() || !IsFrameThere()) // in this order: once detached, the image may be gone as well
         return;
     dc.SetTextForeground(*wxGREEN);
     if (const Plane* const plane = FindPlane(type)) {
