@@ -1,5 +1,6 @@
 #include "dialogs/dlg_levels.h"
 
+#include "dialogs/controls/zel_rangecontrol.h"
 #include "dialogs/wdr/dlg_levels_wdr.h"
 #include "dialogs/wdr/zel_histogramlayout.h"
 
@@ -13,9 +14,9 @@ LevelsWidget<T, U>::LevelsWidget(wxWindow* parent, wxWindowID id, const std::vec
     : zel_ChannelDialog<T, TLevelsParams<T, U>>(parent, id, histograms, params_vector, channel_names, title, pos, size,
                                                 style, {"dlg_levels", "LevelsWidget"}),
       m_inputControl(
-          new VariableMinMaxCtrl<T>(this, zel_inputControlId, true, false, true, *wxBLACK, *wxWHITE, *wxWHITE)),
-      m_outputControl(
-          new VariableMinMaxCtrl<U>(this, zel_outputControlId, false, true, true, *wxBLACK, *wxWHITE, *wxWHITE)) {
+          MakeRangeControl<T>(this, zel_inputControlId, {.showGamma = true, .shaded = true, .rightColour = *wxWHITE})),
+      m_outputControl(MakeRangeControl<U>(this, zel_outputControlId,
+                                          {.allowCrossing = true, .shaded = true, .rightColour = *wxWHITE})) {
     LevelsFunc(this);
     this->Open(channel_names, zel_levelsResetId, size);
 }

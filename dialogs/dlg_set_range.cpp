@@ -1,10 +1,10 @@
 #include "dialogs/dlg_set_range.h"
 
+#include "dialogs/controls/zel_boundedvalidator.h"
 #include "dialogs/wdr/dlg_set_range_wdr.h"
 #include "dialogs/wdr/zel_layout.h"
-#include "dialogs/zel_modaldialog.h"
-#include "dialogs/zel_validators.h"
 #include "image/zel_assert.h"
+#include "image/zel_modaldialog.h"
 
 #include <wx/button.h>
 #include <wx/sizer.h>
@@ -27,17 +27,6 @@ wxString LimitText(long limit) {
 }
 wxString LimitText(int limit) {
     return wxString::Format("%d", limit);
-}
-
-RealValidator<float> MakeValidator(float& value, float min, float max) {
-    return RealValidator<float>(value, min, max, true, true, wxEmptyString);
-}
-IntValidator<long> MakeValidator(long& value, long min, long max) {
-    return IntValidator<long>(value, min, max, false, true, true, "%ld");
-}
-template <typename T>
-IntValidator<T> MakeComponentValidator(T& value, T min, T max) {
-    return IntValidator<T>(value, min, max, false, true, true, "%d");
 }
 
 /// What a field holds, as it will be stored. @return false if that is no number
@@ -118,8 +107,8 @@ SetRangeDlg<T>::SetRangeDlg(wxWindow* parent, T min_limit, T max_limit, T& min, 
 
     min_limit_text->SetLabel(LimitText(min_limit));
     max_limit_text->SetLabel(LimitText(max_limit));
-    _min_value_ctrl->SetValidator(MakeValidator(min, min_limit, max_limit));
-    _max_value_ctrl->SetValidator(MakeValidator(max, min_limit, max_limit));
+    _min_value_ctrl->SetValidator(MakeBoundedValidator(min, min_limit, max_limit));
+    _max_value_ctrl->SetValidator(MakeBoundedValidator(max, min_limit, max_limit));
     Bind(
         wxEVT_BUTTON, [this](wxCommandEvent&) { OnOk(); }, wxID_OK);
     FitLayout(this, wxDefaultSize);
@@ -174,8 +163,8 @@ SetRGBRangeDlg<T>::SetRGBRangeDlg(wxWindow* parent, const Colour& min_limit, con
         const auto at = static_cast<std::size_t>(i);
         minLimitTexts[i]->SetLabel(LimitText(minLimit));
         maxLimitTexts[i]->SetLabel(LimitText(maxLimit));
-        channels[at].minField->SetValidator(MakeComponentValidator(min.GetComponent(i), minLimit, maxLimit));
-        channels[at].maxField->SetValidator(MakeComponentValidator(max.GetComponent(i), minLimit, maxLimit));
+        channels[at].minField->SetValidator(MakeBoundedValidator(min.GetComponent(i), minLimit, maxLimit));
+        channels[at].maxField->SetValidator(MakeBoundedValidator(max.GetComponent(i), minLimit, maxLimit));
         const int button = zel_channelRangeIds[i].applyButton;
         Bind(
             wxEVT_BUTTON, [this, i](wxCommandEvent&) { ApplyToOthers(i); }, button);

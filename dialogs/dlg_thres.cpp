@@ -1,5 +1,6 @@
 #include "dialogs/dlg_thres.h"
 
+#include "dialogs/controls/zel_rangecontrol.h"
 #include "dialogs/wdr/dlg_thres_wdr.h"
 #include "dialogs/wdr/zel_histogramlayout.h"
 #include "dialogs/zel_previewevents.h"
@@ -13,8 +14,7 @@ ThresholdingDialog<T>::ThresholdingDialog(wxWindow* parent, wxWindowID id, const
                                           const wxSize& size, long style)
     : zel_ChannelDialog<T, ThresParams<T>>(parent, id, histograms, params_vector, channel_names, title, pos, size,
                                            style, {"dlg_thres", "ThresholdingDialog"}),
-      m_control(
-          new VariableMinMaxCtrl<T>(this, zel_inputControlId, false, false, false, *wxBLACK, *wxBLACK, *wxWHITE)) {
+      m_control(MakeRangeControl<T>(this, zel_inputControlId, {.rightColour = *wxBLACK})) {
     if (this->HasChannels())
         BindControls(this->params.front(), *histograms.front());
     ThresholdFunc(this);

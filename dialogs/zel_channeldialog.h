@@ -60,7 +60,7 @@ protected:
     /// Has the controls show these parameters and change them.
     virtual void BindControls(Params& shown, const Histogram<T>& histogram) = 0;
     virtual void ResetControls() = 0;
-    /// Checks what stands in the controls and writes it to the parameters. @return false if something is wrong
+    /// Checks the contents of the controls and writes them to the parameters. @return false if something is wrong
     virtual bool StoreControls() = 0;
 
     bool HasChannels() const { return !_HistData_vector.empty() && !params.empty(); }

@@ -39,7 +39,8 @@ TLevelsParams<T, U> MergeParams(const std::vector<TLevelsParams<T, U>>& params, 
     return all;
 }
 
-/// Thresholds for all channels together: those that all have, or else the whole range, so that none is preferred.
+/// Thresholds for all channels together: those of each channel if they are equal, otherwise the whole range, so that
+/// none is preferred.
 template <typename T>
 ThresParams<T> MergeParams(const std::vector<ThresParams<T>>& params, const Histogram<T>& histogram) {
     for (const auto& channel : params)
@@ -48,7 +49,7 @@ ThresParams<T> MergeParams(const std::vector<ThresParams<T>>& params, const Hist
     return params.front();
 }
 
-/// Parameters held within the values of a histogram: the fields of a dialog refuse all others.
+/// Parameters clamped to the values of a histogram: the fields of a dialog refuse all others.
 template <typename T, typename U>
 TLevelsParams<T, U> HoldWithin(const Histogram<T>& histogram, TLevelsParams<T, U> params) {
     params.inMin = std::clamp(params.inMin, histogram.GetLeftCenter(), histogram.GetRightCenter());

@@ -10,9 +10,9 @@
 namespace zel {
 
 // Numbers of the fields and controls with which a range is set, for T of unsigned char, unsigned short, int, float and
-// double. A range from low to high is walked in positions, of which each is a step further.
+// double. A range from low to high is divided into positions, one step apart.
 
-/// A text as a number that T holds: an integer within the limits of T, a real that is finite after narrowing.
+/// A text as a number that T can represent: an integer within the limits of T, a real that is finite after narrowing.
 template <typename T>
 std::optional<T> ParseNumber(const wxString& text);
 
@@ -29,25 +29,25 @@ template <typename T>
 bool ShowsNumber(const wxString& text, T number);
 
 /// What counts of a number that was typed or dragged: what a field shows of it, so two decimals for float. The number
-/// as it is where that lies outside low and high, or where these show alike, since no text would tell one from another.
+/// itself where that is outside low and high, or where these two look the same, since no text would distinguish them.
 template <typename T>
 T NumberEntered(T number, T low, T high);
 
 /// Positions for the bins of a histogram: one each, as far as int counts.
 ZEL_EXPORT int PositionCount(std::size_t bins);
 
-/// Distance between two positions: (high - low + 1) / positions for integers, (high - low) / positions for reals. Held
-/// within 0 and the largest T; fewer than one position count as one.
+/// Distance between two positions: (high - low + 1) / positions for integers, (high - low) / positions for reals.
+/// Clamped to 0 and the largest T; fewer than one position count as one.
 template <typename T>
 T StepBetweenPositions(T low, T high, int positions);
 
-/// A step up or down, held between low and high. Integers are added modulo the width of T first, so that 250 + 10 is 4
+/// A step up or down, clamped to low and high. Integers are added modulo the width of T first, so that 250 + 10 is 4
 /// in unsigned char.
 /// @return none at the bound or beyond it, and for a step of 0
 template <typename T>
 std::optional<T> StepNumber(T number, T step, bool up, T low, T high);
 
-/// low + step * position, held within T.
+/// low + step * position, clamped to T.
 template <typename T>
 T NumberAtPosition(int position, T low, T step);
 
@@ -57,7 +57,7 @@ T NumberAtPosition(int position, T low, T step);
 template <typename T>
 std::optional<int> PositionOfNumber(T number, T low, T high, T step, int count);
 
-/// A double as T: truncated for integers, held within T; not a number becomes the lowest T.
+/// A double as T: truncated for integers, clamped to T; not a number becomes the lowest T.
 template <typename T>
 T HoldNumber(double number);
 

@@ -19,7 +19,7 @@ struct HistGraphStyle {
     int verticalMargin = 4;
 };
 
-/// Where the parts of the graph stand, in pixels of the window.
+/// Positions of the parts of the graph, in pixels of the window.
 struct HistGraphGeometry {
     struct Line {
         wxPoint from;

@@ -1,11 +1,10 @@
 #include "dialogs/zel_minmaxctrl.h"
 
-#include "dialogs/zel_validators.h"
+#include "dialogs/controls/zel_boundedvalidator.h"
 
 #include <wx/sizer.h>
 
 #include <algorithm>
-#include <type_traits>
 
 namespace zel {
 
@@ -35,10 +34,7 @@ template <typename T>
 void BindField(VariableTextCtrl<T>& field, T* variable, T low, T high, T defaultValue, int positions) {
     field.SetVariable(variable);
     field.SetBounds(low, high, defaultValue, positions);
-    if constexpr (std::is_floating_point_v<T>)
-        field.SetValidator(RealValidator<T>(*variable, low, high, true, true, wxEmptyString));
-    else
-        field.SetValidator(IntValidator<T>(*variable, low, high, false, true, true, "%d"));
+    field.SetValidator(MakeBoundedValidator(*variable, low, high));
     WidenField(field);
 }
 

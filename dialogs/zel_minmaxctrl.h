@@ -13,7 +13,7 @@
 
 namespace zel {
 
-/// The user has changed a range, and the variables bound to it hold the new values. The id is 0.
+/// The user has changed a range; the variables bound to it have the new values. The id is 0.
 class ZEL_EXPORT zel_MinMaxCtrlEvent : public wxNotifyEvent {
 public:
     zel_MinMaxCtrlEvent();
@@ -26,10 +26,10 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 /// Sets a range, a low and a high value, and with it a gamma if wanted: by typing, by the arrow keys or by dragging
 /// triangles. From top to bottom a stripe that follows, a stripe with the plain ramp, the triangles and the fields.
 ///
-/// What the user does changes the bound variables and is told to the parent by a zel_MinMaxCtrlEvent, which propagates;
-/// what the program sets is not told. A variable that was changed takes the value that its field shows, so floats have
-/// two decimals where the bounds and the other value leave room for that; one that was not changed keeps all its
-/// digits.
+/// A change by the user changes the bound variables and is reported to the parent by a zel_MinMaxCtrlEvent, which
+/// propagates; changes by the program are not reported. A variable that was changed takes the value that its field
+/// shows, so floats have two decimals where the bounds and the other value leave room for that; one that was not
+/// changed keeps all its digits.
 template <typename T>
 class ZEL_EXPORT VariableMinMaxCtrl : public wxPanel {
 public:
@@ -38,16 +38,16 @@ public:
     static constexpr int gammaTextId = 20002;
 
     /// @param allowCrossing  low may pass high
-    /// @param shaded         a ramp in the stripe, else a plain band
+    /// @param shaded         a ramp in the stripe, otherwise a plain band
     /// @param leftColour, rightColour, rampColour  of the stripe; the triangles have the first and the third one
     VariableMinMaxCtrl(wxWindow* parent, int id, bool showGamma, bool allowCrossing, bool shaded,
                        const wxColour& leftColour, const wxColour& rightColour, const wxColour& rampColour,
                        const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
                        long style = wxTAB_TRAVERSAL);
 
-    /// Shows three variables of the caller's and writes what the user changes to them. Before that, what the fields
-    /// still hold goes to the variables that were bound until now: those must still live. The control grows
-    /// where the texts of the bounds need it; a parent that is shown already lays itself out anew.
+    /// Shows three variables of the caller's and writes to them what the user changes. Before that, the contents of the
+    /// fields are written to the variables that were bound until now, which must still exist. The control grows if the
+    /// texts of the bounds need it; a parent that is shown already is laid out again.
     /// @param gamma      not used without the gamma field, and may then be null
     /// @param lowBound, highBound  limits of both values
     /// @param positions  of the triangles

@@ -4,13 +4,15 @@
 
 #include <wx/event.h>
 
+// What a dialog tells the mapping module while the user is still choosing. Voxel values of every type are sent as
+// floats; the receiver truncates them to its own type.
+
 namespace zel {
 
-/// What a dialog tells the mapping module while the user is still choosing. Voxel values of every type travel as
-/// floats; the receiver truncates them to its own type. The channel is 0 red, 1 green, 2 blue, or this: all of them.
+/// The channel of a preview is 0 for red (or gray), 1 for green, 2 for blue, or this one for all of them.
 constexpr int zel_allChannels = 3;
 
-/// New levels to try.
+/// Levels to try; see TLevelsParams for what the five numbers mean.
 class ZEL_EXPORT zel_LevelsEvent : public wxEvent {
 public:
     explicit zel_LevelsEvent(float inMin = 0.0F, float inMax = 0.0F, double gamma = 1.0, float outMin = 0.0F,
@@ -34,7 +36,7 @@ private:
     int m_channel;
 };
 
-/// New thresholds to try.
+/// Thresholds to try; see ThresParams.
 class ZEL_EXPORT zel_ThresholdingEvent : public wxEvent {
 public:
     explicit zel_ThresholdingEvent(float lower = 0.0F, float upper = 0.0F, int channel = zel_allChannels);

@@ -28,17 +28,17 @@ struct TriangleRow {
 ZEL_EXPORT int MiddlePosition(const TriangleRow& row);
 
 /// Gamma that belongs to a position of the gamma triangle, at most 10.
-/// @return none where left and right stand on one position
+/// @return none if left and right are at the same position
 ZEL_EXPORT std::optional<double> GammaAtPosition(const TriangleRow& row, int position);
 
 /// x of the tip of a triangle, in a row of this width in pixels.
 ZEL_EXPORT int TipOfTriangle(int position, int count, int width);
 
-/// The position under the mouse, held within the row. Not quite the inverse of TipOfTriangle: a press on a tip may mean
+/// The position under the mouse, clamped to the row. Not quite the inverse of TipOfTriangle: a press on a tip may mean
 /// a place beside it.
 ZEL_EXPORT int PositionUnderMouse(int x, int count, int width);
 
-/// The triangle that a press at a position takes hold of: the nearest one. Of triangles on one spot the one on whose
+/// The triangle that a press at a position grabs: the nearest one. Of triangles at one position the one on whose
 /// side the pointer is.
 ZEL_EXPORT TriangleId ChooseTriangle(const TriangleRow& row, int position);
 

@@ -24,7 +24,7 @@ private:
 ZEL_EXPORT extern const wxEventTypeTag<zel_TriangleEvent> zel_EVT_TRIANGLE;
 
 /// A row of triangles that the mouse drags: a left and a right one, and one for gamma between them. The row does not
-/// move them itself; it tells its owner by a zel_TriangleEvent, and the owner sets the positions. The setters do not
+/// move them itself; it sends its owner a zel_TriangleEvent, and the owner sets the positions. The setters do not
 /// refresh.
 class ZEL_EXPORT Triangles : public wxPanel {
 public:

@@ -1,8 +1,8 @@
 #include "dialogs/zel_validators.h"
 
 #include "dialogs/controls/zel_formatnumber.h"
-#include "dialogs/zel_modaldialog.h"
 #include "dialogs/zel_variabletextctrl.h"
+#include "image/zel_modaldialog.h"
 
 #include <wx/spinctrl.h>
 #include <wx/textentry.h>

@@ -6,7 +6,7 @@
 
 namespace zel {
 
-/// Ties a text control, or a wxSpinCtrl, to an integer and holds it within limits. The variable is the caller's and
+/// Binds a text control, or a wxSpinCtrl, to an integer within limits. The variable is the caller's and
 /// must live as long as the control.
 ///
 /// Validate shows what is wrong in a message box "Validation conflict" over its parent and gives the focus back to the
@@ -15,7 +15,7 @@ template <typename T>
 class ZEL_EXPORT IntValidator : public wxTextValidator {
 public:
     /// Digits alone can be typed, and "-" too unless unsignedOnly.
-    /// @param hasMin, hasMax  whether min and max hold
+    /// @param hasMin, hasMax  whether min and max are limits
     /// @param format          printf format of one T, any length modifier fits
     IntValidator(T& value, T min, T max, bool unsignedOnly, bool hasMin, bool hasMax, const wxString& format);
     /// Without limits; what belongs to a number can be typed.
@@ -25,7 +25,7 @@ public:
 
     wxObject* Clone() const override { return new IntValidator(*this); }
     bool Validate(wxWindow* parent) override;
-    /// @return false without a control that holds text or a number
+    /// @return false without a control for text or a number
     bool TransferToWindow() override;
     /// Stores the number, narrowed to T. For unsigned long and unsigned long long it shows a message and stores
     /// nothing.
@@ -47,9 +47,9 @@ private:
     wxString text; ///< what the base works on
 };
 
-/// The same for a real number, whose text may leave out digits: a control that still shows the variable stands for it
-/// as it is, and is not stored. A number outside a limit that has the limit's text counts as that limit, since one
-/// shown in a few digits may lie outside itself. NaN passes the limits.
+/// The same for a real number, whose text may leave out digits: a control that still shows the variable is not stored,
+/// so the variable keeps its digits. A number outside a limit that has the limit's text counts as that limit, since a
+/// limit shown with a few digits may lie outside itself. NaN passes the limits.
 ///
 /// A VariableTextCtrl shows its variable in its own way as well.
 template <typename T>
@@ -67,7 +67,7 @@ public:
     bool TransferToWindow() override;
     bool TransferFromWindow() override;
 
-    /// What the control stands for now, within the limits or not. @return false if its text is no number
+    /// The number in the control, within the limits or not. @return false if its text is no number
     bool ReadNumber(T& number);
 
     T GetMin() const { return min; }
@@ -78,7 +78,7 @@ public:
 private:
     wxString Print(double number) const;
     bool ShowsValue(const wxString& textOfControl) const;
-    /// What a text stands for, in all digits that were typed. @return false if it is no number
+    /// A text as a number, with all digits that were typed. @return false if it is no number
     bool Parse(const wxString& textOfControl, double& number) const;
     wxString DescribeConflict(double number) const;
 

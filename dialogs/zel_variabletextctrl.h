@@ -26,19 +26,19 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_VariableTextCtrlEvent> zel_EVT_VARIAB
 
 /// A text field that holds a number. A text that was typed is committed by Enter, and when the field loses the focus
 /// while it is on the screen; the arrow keys up and down step it. Either sends a zel_VariableTextCtrlEvent to the
-/// parent, and changes neither the variable nor the text: that is the parent's part.
+/// parent, which is expected to change the variable and the text; the field changes neither.
 template <typename T>
 class ZEL_EXPORT VariableTextCtrl : public wxTextCtrl {
 public:
     /// @param variable      the last good value, for a text that is no number; null for none. Not owned
-    /// @param defaultValue  stands in for the variable
+    /// @param defaultValue  is used if there is no variable
     /// @param positions     into how many steps the arrow keys divide the range
     VariableTextCtrl(wxWindow* parent, int id, T* variable, T lowBound, T highBound, T defaultValue, int positions,
                      const wxPoint& pos = wxDefaultPosition);
 
     void SetVariable(T* newVariable) { variable = newVariable; }
     T* GetVariable() const { return variable; }
-    /// Computes the step anew and leaves the text.
+    /// Recomputes the step and leaves the text.
     void SetBounds(T low, T high, T newDefault, int newPositions);
     T GetLowBound() const { return lowBound; }
     T GetHighBound() const { return highBound; }
@@ -47,7 +47,7 @@ public:
     /// Whether it has a variable.
     bool IsBound() const { return variable != nullptr; }
 
-    /// What stands in the field: the variable as it is, if the field shows it, else the text as a number.
+    /// The number in the field: the variable itself if the field still shows it, otherwise the text as a number.
     /// @return false, with `number` untouched, if it is no number of type T
     bool GetNumber(T& number) const;
     /// Shows a number; sends nothing.

@@ -36,7 +36,7 @@ struct HistogramChannels<std::complex<F>> {
 /// real part, imaginary part, phase atan2(im, re) and amplitude sqrt(re * re + im * im), in that order, for a complex
 /// image, of float. Channels are not tested.
 ///
-/// Whoever moves from a set copies it: the histograms stay where they were.
+/// A move is a copy: the histograms of the source stay.
 template <typename T>
 class ZEL_EXPORT HistogramSet {
 public:
@@ -51,7 +51,7 @@ public:
     HistogramSet(const HistogramSet& src) = default;
     HistogramSet& operator=(const HistogramSet& src) = default;
 
-    /// Drops what there was and counts the voxels of one frame, under a notice on the screen: that needs a running
+    /// Discards the old contents and counts the voxels of one frame, under a notice on the screen: that needs a running
     /// user interface. Bins and their bounds:
     /// - unsigned char and its colours: 256 from 0 to 255; unsigned short and its colours: 65536 from 0 to 65535
     /// - int: 2147483648 over the whole range of the type, which take 24 GiB

@@ -17,15 +17,15 @@ enum class DisplayType { Gray8, Gray16, Int, Float, RGB8, RGB16, Complex };
 const std::vector<std::pair<std::string, DisplayType>>& DisplayTypeNames();
 const std::string& NameOf(DisplayType type);
 
-/// Whether a voxel is one real or whole number.
+/// Whether a voxel is one number, integer or real.
 bool IsGray(DisplayType type);
 
 /// The type in which a file is shown: its own, or the nearest one that a window exists for. Reading tests the values,
 /// so a file that does not fit is refused and not changed.
 DisplayType DisplayTypeFor(kep::VoxelType type);
 
-/// A type that holds the voxels of both, for a sequence whose files differ. Colour and anything that RGB can't hold
-/// give a type that refuses one of them.
+/// A type that can represent the voxels of both, for a sequence whose files differ. Colour together with anything that
+/// RGB cannot represent gives a type that refuses one of them.
 DisplayType WiderType(DisplayType a, DisplayType b);
 
 /// Calls f with std::type_identity of the C++ type.

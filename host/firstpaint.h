@@ -6,8 +6,8 @@
 
 namespace zelviewer {
 
-/// Calls a function once all shown drawing windows of a canvas have painted: before that the toolkit neither paints
-/// nor knows the window's real size.
+/// Calls a function once all shown drawing windows of a canvas have painted: before that the toolkit does not
+/// paint, and the size of the window is not final.
 class FirstPaint : public wxEvtHandler {
 public:
     FirstPaint(zel::zel_Viewer3dCanvas& canvas, std::function<void()> whenPainted);

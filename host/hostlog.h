@@ -4,8 +4,8 @@
 
 namespace zelviewer {
 
-/// Where the toolkit's and the library's log goes. Left to itself the toolkit opens a box for each message, also for
-/// one that only tells of progress. Here only errors open one, the rest goes to standard error.
+/// The log of the toolkit and the library. By default the toolkit opens a box for each message, progress included. Here
+/// only errors open one, everything else goes to standard error.
 class HostLog : public wxLogGui {
 public:
     /// @param verbose  messages are printed too, not only warnings

@@ -9,9 +9,9 @@
 
 namespace zelviewer {
 
-/// What the labels of a file amount to.
+/// A summary of the labels of a file.
 struct LabelSummary {
-    bool connected = false;   ///< they were made of what hangs together, not taken as stored
+    bool connected = false;   ///< connected components, not labels as stored
     std::size_t count = 0;    ///< labels in use
     std::size_t smallest = 0; ///< voxels of one label; 0 without labels
     std::size_t largest = 0;

@@ -49,7 +49,7 @@ Labels ReadLabels(const std::string& name, const MeshExport& order) {
             labels.CreateRegionsOfLabels(labels);
         return labels;
     } catch (const kep::LibException& error) {
-        throw Failure(NameAndReason(name, error.GetText()));
+        throw Failure(NameAndReason(name, error));
     }
 }
 
@@ -94,7 +94,7 @@ void ExportFrame(std::size_t frame, const MeshExport& order, const InputFiles& i
         try {
             zel::SaveMesh(target, surface, labels);
         } catch (const kep::IOException& error) {
-            throw Failure(NameAndReason(target, error.GetText()));
+            throw Failure(NameAndReason(target, error));
         }
     }
 }

@@ -1,11 +1,13 @@
 #pragma once
 
+#include "image/kep.h"
+
 #include <stdexcept>
 #include <string>
 
 namespace zelviewer {
 
-/// Ends the program with 1. Its text is what stands behind "zelviewer: ", mostly "NAME: reason".
+/// Ends the program with exit code 1. Its text is printed after "zelviewer: " and is mostly "NAME: reason".
 class Failure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
@@ -23,11 +25,11 @@ public:
     FileInHand& operator=(const FileInHand&) = delete;
 };
 
-/// Writes a line on standard error, with the name of the file in hand if there is one.
+/// Writes a line on standard error, with the name of the current file if there is one.
 void PrintWarning(const std::string& text);
 
-/// "NAME: reason" from the text of an exception that itself speaks of the file: "ReadImage(): The file 'a.tif' is
-/// damaged: ..." becomes "a.tif: The file is damaged: ...".
-std::string NameAndReason(const std::string& fileName, const std::string& exceptionText);
+/// "NAME: reason" for a failure with a file: "ReadImage(): The file 'a.tif' is damaged: ..." becomes "a.tif: The file
+/// is damaged: ...". If the failure is about another file, that one's name stays in the sentence.
+std::string NameAndReason(const std::string& fileName, const kep::LibException& failure);
 
 } // namespace zelviewer

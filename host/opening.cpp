@@ -35,7 +35,7 @@ void ReadOneByOne(const std::vector<std::string>& files, ReadingProgress& progre
         try {
             read(t);
         } catch (const kep::LibException& error) {
-            throw Failure(NameAndReason(files[t], error.GetText()));
+            throw Failure(NameAndReason(files[t], error));
         } catch (const std::bad_alloc&) {
             throw Failure(files[t] + ": Not enough memory.");
         }
@@ -56,7 +56,7 @@ OpeningPlan PlanOpening(const Options& options) {
             first = false;
             voxels += std::uint64_t{info.size.x} * info.size.y * info.size.z;
         } catch (const kep::LibException& error) {
-            throw Failure(NameAndReason(name, error.GetText()));
+            throw Failure(NameAndReason(name, error));
         }
     }
     if (options.binary)

@@ -17,7 +17,7 @@ struct OpeningPlan {
     std::uint64_t bytes = 0; ///< of all voxels in memory
 };
 
-/// Asks all files what they are, so that a missing one is found before the others are read.
+/// Reads the headers of all files, so that a missing one is found before the others are read.
 /// @throws Failure
 OpeningPlan PlanOpening(const Options& options);
 
@@ -26,9 +26,9 @@ OpeningPlan PlanOpening(const Options& options);
 template <typename T>
 std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan);
 
-/// Reads the label files as one sequence, as stored or by what hangs together. A voxel size that they don't tell is
-/// the image's. Exists for the types of KEP_DISPLAY_TYPES.
-/// @throws Failure, also when the labels don't lie where the image does, and when the user cancels
+/// Reads the label files as one sequence, as stored or as connected components. A voxel size that they lack is the
+/// image's. Exists for the types of KEP_DISPLAY_TYPES.
+/// @throws Failure, also if the labels differ from the image in position or size, and if the user cancels
 template <typename T>
 std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image);
 

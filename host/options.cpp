@@ -18,12 +18,12 @@ const char* const description =
 const char* const footer = "Examples:\n"
                            "  zelviewer stack.tif                        shows one volume\n"
                            "  zelviewer time_*.ics                       shows a time sequence\n"
-                           "  zelviewer --resolution 10,10,3 stack.tif   tells the voxel size that the file lacks\n"
-                           "  zelviewer --info --json *.tif              says what the files are\n"
+                           "  zelviewer --resolution 10,10,3 stack.tif   gives the resolution that the file lacks\n"
+                           "  zelviewer --info --json *.tif              prints what the files contain\n"
                            "  zelviewer --export-meshes cell --labels labels.tif\n"
                            "                                             writes cell1.ply, cell2.ply, ...\n"
                            "\n"
-                           "Ends with 0, with 1 if something failed, with 2 for wrong use.";
+                           "Exit status: 0 on success, 1 on failure, 2 for a wrong command line.";
 
 /// Three finite numbers above 0, with commas between.
 std::optional<kep::Vector3d<float>> ParseResolution(const std::string& text) {
@@ -136,47 +136,47 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CLI::App app(description, "zelviewer");
     app.footer(footer);
     app.get_formatter()->column_width(28);
-    app.set_help_flag("-h,--help", "Print this help and leave");
-    app.add_flag("--version", showVersion, "Print the versions of program and libraries, and leave");
-    app.add_option("FILE", options.files, "Image files, one per time point, alike in size and voxel size")
+    app.set_help_flag("-h,--help", "Print this help and exit");
+    app.add_flag("--version", showVersion, "Print the versions of program and libraries, and exit");
+    app.add_option("FILE", options.files, "Image files, one per time point, of the same size and voxel size")
         ->type_name("");
     const CLI::Option* const typeOption =
         app.add_option("--type", type,
                        "Read as this voxel type instead of the files' own:\n" + JoinedNames(DisplayTypeNames()) +
                            ".\nA file whose voxels don't fit is refused")
             ->type_name("NAME");
-    app.add_flag("--binary", options.binary, "The files hold two-valued images: what is not 0 is set");
+    app.add_flag("--binary", options.binary, "Read the files as masks: every value other than 0 is set");
     const CLI::Option* const resolutionOption =
-        app.add_option("--resolution", resolution,
-                       "Pixels per micron along each axis, for files that don't say;\nwhat a file says stands")
+        app.add_option(
+               "--resolution", resolution,
+               "Pixels per micron along each axis, for files without\nresolution; one in the file takes precedence")
             ->type_name("X,Y,Z");
-    app.add_option(
-           "--labels", options.labels,
-           "Label files, one per time point. All names behind it are\nlabel files; FILE goes before, or behind a --")
+    app.add_option("--labels", options.labels,
+                   "Label files, one per time point. All names after it are\nlabel files; put FILE first, or after --")
         ->type_name("FILE...")
         ->expected(1, -1);
     app.add_flag("--components", options.components,
-                 "Label what hangs together in the label files, instead of\ntaking their voxels for labels");
+                 "Label the connected components of the label files, instead\nof using their voxels as labels");
     const CLI::Option* const meshesOption =
         app.add_option("--export-meshes", meshes,
                        "Write the surface of each label in microns to PREFIXn.ply,\nof several frames to "
-                       "PREFIXn_tm.ply, and leave")
+                       "PREFIXn_tm.ply, and exit")
             ->type_name("PREFIX");
-    app.add_flag("--voxels", options.voxels, "One pixel a voxel, instead of true proportions");
+    app.add_flag("--voxels", options.voxels, "One pixel per voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
-                       "How voxel values are spread from black to white:\n" + JoinedNames(stretchNames) +
+                       "How voxel values are stretched from black to white:\n" + JoinedNames(stretchNames) +
                            ".\nWithout it files open unstretched and the synthetic cells linear")
             ->type_name("NAME");
     const CLI::Option* const partOption =
-        app.add_option("--part", part, "The part of a complex image to begin with:\n" + JoinedNames(partNames))
+        app.add_option("--part", part, "The part of a complex image that is shown first:\n" + JoinedNames(partNames))
             ->type_name("NAME");
     const CLI::Option* const screenshotOption =
-        app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and leave")
+        app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and exit")
             ->type_name("FILE.png");
-    app.add_flag("--info", options.info, "Print what the files are, without reading voxels, and leave");
+    app.add_flag("--info", options.info, "Print what the files contain, without reading voxels, and exit");
     app.add_flag("--json", options.json, "With --info: as JSON");
-    app.add_flag("--verbose", options.verbose, "Tell on standard error what is being read");
+    app.add_flag("--verbose", options.verbose, "Print on standard error what is being read");
 
     const auto refuse = [&line](std::string text) {
         line.command = Command::Refuse;

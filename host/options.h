@@ -18,7 +18,7 @@ enum class Stretch { None, Linear, Percentil, Equalize };
 struct Options {
     std::vector<std::string> files;                 ///< one per time point; none: synthetic cells
     std::optional<DisplayType> type;                ///< voxel type to read as; none: the files' own
-    bool binary = false;                            ///< the files hold two-valued images
+    bool binary = false;                            ///< the files are masks
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
     std::optional<Stretch> stretch;                 ///< none: no stretch for files, linear for the synthetic cells

@@ -14,8 +14,7 @@ namespace zelviewer {
 /// The files that the program reads, over which nothing may be written. File names are in the file system's encoding.
 class InputFiles {
 public:
-    /// Looks at the files once. Those that hold the voxels of another one's header count too; for them each header is
-    /// read.
+    /// Looks at the files once. Data files that belong to a header count as well; for them each header is read.
     explicit InputFiles(const std::vector<std::string>& names);
 
     /// Why nothing may be written under a name that the user gave, as "NAME: reason"; empty if it may be. Refused are
@@ -27,7 +26,7 @@ public:
 private:
     void Add(const std::string& name);
 
-    std::map<std::pair<dev_t, ino_t>, std::string> m_files; // names by what the system knows them by
+    std::map<std::pair<dev_t, ino_t>, std::string> m_files; // names by device and inode
     std::set<std::string> m_missing;
 };
 

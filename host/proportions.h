@@ -6,7 +6,7 @@
 
 namespace zelviewer {
 
-/// A file's resolution, with what it lacks taken from the user's. What the file says stands.
+/// A file's resolution; axes without one take the user's. The file takes precedence.
 kep::Resolution CompleteResolution(const kep::Resolution& stored, const std::optional<kep::Vector3d<float>>& given);
 
 /// The scale at which an image opens.

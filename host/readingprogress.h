@@ -9,20 +9,20 @@
 
 namespace zelviewer {
 
-/// Tells how far the reading of a sequence is, once it takes more than a moment: in a dialog, which can cancel it, or
+/// Shows the progress of reading a sequence, once it takes more than a moment: in a dialog, which can cancel it, or
 /// in a line on the terminal.
 class ReadingProgress {
 public:
     /// @param files    to be read
-    /// @param voxels   bytes of all voxels, from which a long wait can be told beforehand
-    /// @param inDialog else on standard error, if that is a terminal
+    /// @param voxels   bytes of all voxels, from which a long wait is predicted
+    /// @param inDialog otherwise on standard error, if that is a terminal
     ReadingProgress(std::size_t files, std::uint64_t voxels, bool inDialog);
     ~ReadingProgress();
     ReadingProgress(const ReadingProgress&) = delete;
     ReadingProgress& operator=(const ReadingProgress&) = delete;
 
     /// @param done  files read so far
-    /// @return false when the user wants no more
+    /// @return false if the user has cancelled
     bool Report(std::size_t done);
 
 private:

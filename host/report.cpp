@@ -44,7 +44,7 @@ Report MakeReport(const Options& options) {
             try {
                 files.push_back(tell(name));
             } catch (const kep::LibException& error) {
-                report.messages.push_back(NameAndReason(name, error.GetText()));
+                report.messages.push_back(NameAndReason(name, error));
             } catch (const std::bad_alloc&) {
                 report.messages.push_back(name + ": Not enough memory.");
             }

@@ -7,13 +7,13 @@
 
 namespace zelviewer {
 
-/// What --info prints: the files that could be asked, and a message for each that could not.
+/// What --info prints: the files whose headers could be read, and a message for each other one.
 struct Report {
     std::string text;
     std::vector<std::string> messages;
 };
 
-/// Asks every file what it is, without reading voxels; those of label files are read, to count the labels.
+/// Reads the header of every file, without voxels; those of label files are read, to count the labels.
 Report MakeReport(const Options& options);
 
 /// What --version prints: program, toolkit, and the libraries that read files, as they are loaded.

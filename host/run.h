@@ -6,7 +6,7 @@
 
 namespace zelviewer {
 
-/// Why one of the files that the options have written must not be, as "NAME: reason"; empty if all may be.
+/// Why one of the files that the options ask for must not be written, as "NAME: reason"; empty if all may be.
 std::string RefusalOfOutputs(const Options& options);
 
 /// Refuses outputs that must not be written. Starts the toolkit, reads the files, and shows them until the window is

@@ -9,10 +9,10 @@
 namespace zelviewer {
 
 /// The picture of a canvas with its windows, as they are now. Taken from the windows' own pictures, not from the
-/// screen, where another window may lie over them.
+/// screen, where another window may cover them.
 wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas);
 
-/// Writes a picture as PNG; it appears under its name when it is whole.
+/// Writes a picture as PNG; the file gets its name once it is complete.
 /// @throws kep::IOException
 void WritePng(const wxImage& picture, const std::string& fileName);
 

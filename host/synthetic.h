@@ -17,14 +17,14 @@ struct SyntheticSettings {
     std::uint64_t seed = 23;
 };
 
-/// One moment of it.
+/// One frame of it.
 struct SyntheticFrame {
     std::unique_ptr<kep::Image3d<unsigned short>> intensity; ///< what a camera with 12 bits would have seen
     std::unique_ptr<kep::Image3d<unsigned short>> labels;    ///< the number of the cell that a voxel is in, 0 outside
 };
 
 /// Makes a fluorescence time-lapse of wandering, dividing cells. The same settings give the same voxels everywhere.
-/// Takes about 30 ns a voxel, on up to four threads; a little more memory than the frames hold.
+/// Takes about 30 ns a voxel, on up to four threads; a little more memory than the frames.
 std::vector<SyntheticFrame> MakeSyntheticCells(const SyntheticSettings& settings = {});
 
 } // namespace zelviewer

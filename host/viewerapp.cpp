@@ -4,6 +4,7 @@
 #include "host/message.h"
 #include "host/opening.h"
 #include "host/screenshot.h"
+#include "image/zel_modaldialog.h"
 
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
@@ -63,7 +64,7 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
         return OpenSynthetic();
     const OpeningPlan plan = PlanOpening(m_options);
     if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
-        throw Failure(NameAndReason(m_options.files.front(), conflict));
+        throw Failure(m_options.files.front() + ": " + conflict);
     // Who names labels wants to see them, and the image as well.
     const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part,
                          !m_options.labels.empty()};
@@ -74,7 +75,7 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
         try {
             return MakeFrame(std::move(image), look, std::move(labels));
         } catch (const kep::InternalException& error) {
-            throw kep::InternalException(NameAndReason(m_options.files.front(), error.GetText()));
+            throw kep::InternalException(NameAndReason(m_options.files.front(), error));
         }
     });
 }
@@ -100,7 +101,7 @@ void ViewerApp::TakeScreenshot() {
         WritePng(ComposePicture(*m_frame->GetCanvas()), *m_options.screenshot);
         LeaveWith(0);
     } catch (const kep::LibException& error) {
-        PrintMessage(NameAndReason(*m_options.screenshot, error.GetText()));
+        PrintMessage(NameAndReason(*m_options.screenshot, error));
         LeaveWith(1);
     }
 }
@@ -135,7 +136,7 @@ void ViewerApp::ReportException() {
     } catch (const std::exception& error) {
         ReportError(error.what());
     } catch (...) {
-        ReportError("Something went wrong that has no name.");
+        ReportError("An unknown error occurred.");
     }
 }
 
@@ -160,7 +161,7 @@ void ViewerApp::ReportError(const std::string& text) {
 }
 
 void ViewerApp::ShowError(const std::string& text) {
-    wxMessageBox(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR, GetTopWindow());
+    zel::ShowMessage(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR, GetTopWindow());
 }
 
 void ViewerApp::OnAssertFailure(const wxChar* file, int line, const wxChar* function, const wxChar* condition,

@@ -121,7 +121,7 @@ public:
     const L* GetFirstVoxelAddr(std::size_t t) const { return GetImage(t)->GetFirstVoxelAddr(); }
     std::valarray<L>& GetVoxelData(std::size_t t) { return frames[t]->GetVoxelData(); }
     const std::valarray<L>& GetVoxelData(std::size_t t) const { return GetImage(t)->GetVoxelData(); }
-    /// The frames in time order, owned by the container. Who changes the vector keeps TestConsistency at 0.
+    /// The frames in time order, owned by the container. Whoever changes the vector keeps TestConsistency at 0.
     std::vector<Frame*>& GetVoxelData() { return frames; }
     const std::vector<Frame*>& GetVoxelData() const { return frames; }
     Frame* GetImage(std::size_t t) { return frames[t]; }

@@ -120,10 +120,12 @@ void PutTriangles(BlockWriter& out, const LabelSurface& surface) {
 } // namespace
 
 void SaveMesh(const std::string& fileName, const LabelSurface& surface, const kep::Image3d<unsigned short>& frame) {
-    if (surface.GetVertexCount() > std::uint64_t{1} << 32)
-        throw kep::IOException("SaveMesh(): Cannot write the file '" + fileName + "': The mesh has " +
-                               std::to_string(surface.GetVertexCount()) +
-                               " vertices, more than its 32-bit indices can number.");
+    if (surface.GetVertexCount() > std::uint64_t{1} << 32) {
+        const std::string reason = ": The mesh has " + std::to_string(surface.GetVertexCount()) +
+                                   " vertices, more than its 32-bit indices can number.";
+        throw kep::IOException("SaveMesh(): Cannot write the file '" + fileName + "'" + reason, fileName,
+                               "Cannot write the file" + reason);
+    }
     const Placement placement = PlaceFrame(frame);
     kep::AtomicFile file(fileName);
     const std::string header = MakeHeader(surface, placement.needsDoubles);

@@ -12,8 +12,7 @@ GrayLevels<T> LinearLevels(const HistogramPart<T>& bins) {
 
 template <typename T>
 GrayLevels<T> PercentilLevels(const HistogramPart<T>& bins, double fraction) {
-    return {bins.GetBinCenter(bins.FindLeftPercentil(fraction)),
-            bins.GetBinCenter(bins.FindRightPercentil(fraction))};
+    return {bins.GetBinCenter(bins.FindLeftPercentil(fraction)), bins.GetBinCenter(bins.FindRightPercentil(fraction))};
 }
 
 template <typename T>
@@ -39,8 +38,8 @@ bool EqualizeTable(const HistogramPart<T>& bins, T low, T high, GrayTable<T>& ta
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
-    template ZEL_EXPORT GrayLevels<T> LinearLevels<T>(const HistogramPart<T>&);                                            \
-    template ZEL_EXPORT GrayLevels<T> PercentilLevels<T>(const HistogramPart<T>&, double);                                 \
+    template ZEL_EXPORT GrayLevels<T> LinearLevels<T>(const HistogramPart<T>&);                                        \
+    template ZEL_EXPORT GrayLevels<T> PercentilLevels<T>(const HistogramPart<T>&, double);                             \
     template ZEL_EXPORT bool EqualizeTable<T>(const HistogramPart<T>&, T, T, GrayTable<T>&);
 ZEL_INSTANTIATE(unsigned char)
 ZEL_INSTANTIATE(unsigned short)

@@ -27,8 +27,7 @@ GrayLevels<T> PercentilLevels(const HistogramPart<T>& bins, double fraction);
 template <typename T>
 GrayLevels<T> LinearLevelsOrWhole(const HistogramPart<T>& bins) {
     const GrayLevels<T> levels = LinearLevels(bins);
-    return levels.inMin < levels.inMax ? levels
-                                       : GrayLevels<T>{bins.GetLeftCenter(), bins.GetRightCenter()};
+    return levels.inMin < levels.inMax ? levels : GrayLevels<T>{bins.GetLeftCenter(), bins.GetRightCenter()};
 }
 
 /// Fills a table with the curve of levels. The gamma is rounded to a float.

@@ -1,6 +1,6 @@
 #include "overlay/zel_overlayingmodule.h"
 
-#include "dialogs/zel_modaldialog.h"
+#include "image/zel_modaldialog.h"
 #include "image/zel_assert.h"
 #include "model/zel_labelpicture.h"
 #include "overlay/zel_overlayingevents.h"

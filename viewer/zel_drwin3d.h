@@ -45,7 +45,7 @@ public:
 
     /// Moves the visible box so that the point, in microns along this window's axes, is in its middle.
     void CenterAt(float horizontal, float vertical);
-    /// Moves the cut to a point in microns along this window's axes, held in the box. Tells nobody.
+    /// Moves the cut to a point in microns along this window's axes, clamped to the box. Notifies nobody.
     void SetCutFromPoint(float horizontal, float vertical);
     /// The pointer is in this window's client area. @param at  its place there, if so
     bool IsPointerInside(wxPoint& at);

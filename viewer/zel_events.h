@@ -25,21 +25,21 @@ private:
     wxMouseEvent m_mouseEvent;
 };
 
-/// The mapping of voxels to colours has changed. Sent synchronously to the frame, which tells the canvas.
+/// The mapping of voxels to colours has changed. Sent synchronously to the frame, which passes it to the canvas.
 class ZEL_EXPORT zel_MappingEvent : public wxEvent {
 public:
     explicit zel_MappingEvent(bool committed = true);
 
     wxEvent* Clone() const override { return new zel_MappingEvent(*this); }
 
-    /// True for a change that stays, false for a preview; only what stays reaches the volume window.
+    /// True for a final change, false for a preview; only final changes reach the volume window.
     bool IsCommitted() const { return m_committed; }
 
 private:
     bool m_committed;
 };
 
-/// The labels' overlay has changed. Sent synchronously to the frame, which tells the canvas.
+/// The labels' overlay has changed. Sent synchronously to the frame, which passes it to the canvas.
 class ZEL_EXPORT zel_OverlayingEvent : public wxEvent {
 public:
     explicit zel_OverlayingEvent(bool dataChanged = false, bool reload = false);

@@ -60,7 +60,7 @@ public:
     /// Gives the frame, and the volume window, icons made of the present XY picture.
     void RefreshIcon();
 
-private:
+protected:
     class MyStatusTimer : public wxTimer {
     public:
         explicit MyStatusTimer(zel_Viewer3dFrame* frame) : m_frame(frame) {}
@@ -70,6 +70,9 @@ private:
         zel_Viewer3dFrame* m_frame;
     };
 
+    MyStatusTimer m_statusTimer; ///< runs for as long as a message stays in the status bar
+
+private:
     void Reset();
     /// For a command whose feature is not there yet.
     void SayUnavailable();
@@ -97,8 +100,7 @@ private:
     int m_nextMenuId = zel_firstModuleId;
     std::deque<bool> m_moduleFlags; // for each module pushed, whether it is deleted when it is popped
     zel_Viewer3dCanvas* m_canvas = nullptr;
-    MyStatusTimer m_statusTimer;
-    wxSize m_adjustedSize;       // what the last adjustment gave, to see whether somebody else has resized since
+    wxSize m_adjustedSize;       // after the last adjustment, to see whether somebody else has resized since
     wxSize m_adjustedDecoration; // the frame's size less its client size at that time
 
     wxDECLARE_EVENT_TABLE();

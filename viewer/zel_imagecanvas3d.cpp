@@ -81,6 +81,9 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
+// Empty by intention, here and further below: nothing is saved yet, and there is no info window and no volume window.
+// The frame says so to the user; a host's canvas may override them.
+
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
 
@@ -143,6 +146,8 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
     UpdateVolVis();
     GetParent()->SetLabel(CreateTitle());
 }
+
+// Empty by intention, as above.
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::UpdateVolVis() {}

@@ -26,7 +26,7 @@ public:
 
     /// @param mapper     must live until the canvas is no longer painted; not touched by the destructor
     /// @param image      may be null: the canvas then stays empty; its frames must not change in number
-    /// @param ownsImage  the destructor deletes the image; else the host keeps it alive as long as the canvas
+    /// @param ownsImage  the destructor deletes the image; otherwise the host keeps it alive as long as the canvas
     /// @throws kep::InternalException for an image without frames; hosts test IsEmpty()
     zel_ImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, mor::Image4d<T>* image, bool ownsImage,
                             int id, const wxPoint& pos, const wxSize& size);
@@ -104,7 +104,7 @@ private:
         std::vector<Colour> turned; // the buffer as it is seen in the window; kept between paints
         wxBitmap bitmap;
         bool dataDirty = true;            // the slice must be resampled from the image
-        bool colourDirty = false;         // the slice must be mapped anew
+        bool colourDirty = false;         // the slice must be mapped again
         std::vector<bool> autofocusStale; // one for each frame
     };
 

@@ -15,7 +15,7 @@ namespace zel {
 // 3 bottom right; an offset is the distance from that corner inwards, in pixels. Records with fonts can't be made
 // before the toolkit runs.
 
-/// How the place of the cut is marked in the windows.
+/// How the position of the cut is marked in the windows.
 struct zel_CutPointerStyle {
     int style = 1; ///< 0 none, 1 on the sides, 2 on the sides with a circle, 3 dotted, 4 dashed, 5 solid cross
     wxColour colour{0, 255, 0};
@@ -47,7 +47,7 @@ struct zel_ScaleBarStyle {
     operator ScaleBarShape() const { return {length, thickness, position, offset}; }
 };
 
-/// A bar in the XY window that shows where in the sequence the current frame stands.
+/// A bar in the XY window that shows the position of the current frame in the sequence.
 struct zel_TimeBarStyle {
     int length = 50;   ///< pixels from the first frame to the last
     int thickness = 2; ///< pixels of the pen; below 1 nothing is drawn

@@ -82,6 +82,9 @@ void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) {
     InfoFrame_UpdatePixelInfo();
 }
 
+// Empty by intention, here and below: this canvas has no voxels, so no volume window and no info window. Canvases that
+// have them override the virtual ones.
+
 void zel_Viewer3dCanvas::UpdateVolVis() {}
 
 void zel_Viewer3dCanvas::UpdateIsosurface() {}

@@ -19,14 +19,14 @@ class WXDLLIMPEXP_FWD_CORE wxIconBundle;
 
 namespace zel {
 
-/// The heart of the viewer that knows no voxels: a panel with three drawing windows over a View, the decorations'
+/// The part of the viewer that knows no voxels: a panel with three drawing windows over a View, the decorations'
 /// styles and the state of browsing. Everything that touches voxels is a virtual operation of
 /// zel_ImageViewer3dCanvas<T>.
 ///
 /// Most operations are the View's own, followed by what they say must be done again. A host does the same with Apply:
 /// canvas.Apply(canvas.GetView().MoveCutIn(plane, horizontal, vertical)).
 ///
-/// A change does not paint: it marks what must be computed anew and refreshes, and the work is done in the next paint
+/// A change does not paint: it marks what must be computed again and refreshes, and the work is done in the next paint
 /// of each window. Positions and sizes are in microns, scales in pixels per micron. Wrong view input is ignored.
 class ZEL_EXPORT zel_Viewer3dCanvas : public wxPanel {
 public:
@@ -73,7 +73,7 @@ public:
     const View& GetView() const { return m_view; }
     /// Does again what an operation on the view asks for: layout, notifications, refreshes.
     void Apply(const ViewChange& change);
-    /// Where the image lies.
+    /// Offset, size and resolution of the image.
     ImageGeometry GetImageGeometry();
 
     /// Zoom has no bounds: level n > 0 magnifies n + 1 times, n < 0 reduces 1 - n times.
@@ -81,7 +81,7 @@ public:
     void ZoomOut() { Apply(m_view.ZoomOut()); }
     void NormalZoom() { Apply(m_view.NormalZoom()); }
     int GetZoom() const { return m_view.options.zoom; }
-    /// Brings the cut to the middle of the windows. Tells nobody.
+    /// Centres the windows on the cut. Notifies nobody.
     void CenterView() { m_view.CentreOnCut(); }
     /// Moves the cut, if the point lies strictly inside the bounding box; ignores it otherwise.
     void ChangeCut(const kep::Vector3d<float>& point) { Apply(m_view.MoveCut(point)); }
@@ -95,7 +95,8 @@ public:
     void ChangeContent(zel_ProjectionContent content, zel_ProjectionType mask) {
         Apply(m_view.SetContent(content, mask));
     }
-    /// What a window shows; for any other mask autofocus if all three windows show it, else the cut.
+    /// What a window shows; for any other mask autofocus (the maximum intensity projection) if all
+    /// three windows show it, otherwise the cut.
     zel_ProjectionContent GetContent(zel_ProjectionType type) const { return m_view.GetContent(type); }
 
     /// Annotation and scale bar are drawn.
@@ -134,7 +135,7 @@ public:
     /// Milliseconds between two ticks, as the timer was last started.
     int GetSequenceInterval() const { return m_sequenceTimer.GetInterval(); }
 
-    /// Says that the mapper is about to be deleted: browsing stops, and nothing is drawn any more.
+    /// To be called before the mapper is deleted: browsing stops, and nothing is drawn any more.
     void DetachMapper();
     bool IsMapperDetached() const { return m_mapperDetached; }
 

@@ -11,6 +11,7 @@ namespace kep {
 /// on that face. Both resolutions count in their usable form.
 ///
 /// dst must have its voxels (MakeRoom) and be another object than src. Costs about a copy of dst.
+/// @throws std::bad_alloc before any voxel is written
 template <typename T>
 void CopyToImage(const Image3d<T>& src, Image3d<T>& dst);
 

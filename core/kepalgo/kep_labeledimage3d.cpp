@@ -215,6 +215,20 @@ template <typename L, typename V>
 LabeledImage3d<L, V>& LabeledImage3d<L, V>::operator=(const LabeledImage3d& src) = default;
 
 template <typename L, typename V>
+LabeledImage3d<L, V>::LabeledImage3d(LabeledImage3d&& src) noexcept : Image3d<L>() {
+    Image3d<L>::Swap(src);
+    components.swap(src.components);
+}
+
+template <typename L, typename V>
+LabeledImage3d<L, V>& LabeledImage3d<L, V>::operator=(LabeledImage3d&& src) noexcept {
+    LabeledImage3d taken(std::move(src));
+    Image3d<L>::Swap(taken);
+    components.swap(taken.components);
+    return *this;
+}
+
+template <typename L, typename V>
 LabeledImage3d<L, V>::~LabeledImage3d() = default;
 
 template <typename L, typename V>

@@ -32,7 +32,7 @@ struct KEP_EXPORT ComponentInfo {
 };
 
 /// A frame whose voxels are labels, with a table of what carries each label. Label 0 is the background and has no
-/// entry. Who writes to voxels keeps the table true.
+/// entry. Whoever writes to voxels keeps the table true.
 template <typename L, typename V>
 class KEP_EXPORT LabeledImage3d : public Image3d<L> {
 public:
@@ -42,6 +42,9 @@ public:
     explicit LabeledImage3d(const Vector3d<float>* offset = nullptr, const Resolution* res = nullptr);
     LabeledImage3d(const LabeledImage3d& src);
     LabeledImage3d& operator=(const LabeledImage3d& src);
+    /// What is moved from is an empty frame without components then.
+    LabeledImage3d(LabeledImage3d&& src) noexcept;
+    LabeledImage3d& operator=(LabeledImage3d&& src) noexcept;
     ~LabeledImage3d() override;
 
     /// As in Image3d; with a new block of voxels the components go.

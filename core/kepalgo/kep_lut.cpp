@@ -5,6 +5,7 @@
 #include <cmath>
 #include <new>
 #include <stdexcept>
+#include <utility>
 
 namespace kep {
 
@@ -36,6 +37,25 @@ void FillBetween(std::vector<U>& entries, std::size_t low, std::size_t high, con
 }
 
 } // namespace
+
+template <typename T, typename U>
+LUT<T, U>::LUT(LUT&& src) noexcept
+    : m_entries(std::move(src.m_entries)),
+      m_first(std::exchange(src.m_first, T{})),
+      m_last(std::exchange(src.m_last, T{})),
+      m_oneEach(std::exchange(src.m_oneEach, false)),
+      m_coversType(std::exchange(src.m_coversType, false)) {}
+
+template <typename T, typename U>
+LUT<T, U>& LUT<T, U>::operator=(LUT&& src) noexcept {
+    LUT taken(std::move(src)); // by way of a third, so that moving to itself is safe
+    m_entries.swap(taken.m_entries);
+    m_first = taken.m_first;
+    m_last = taken.m_last;
+    m_oneEach = taken.m_oneEach;
+    m_coversType = taken.m_coversType;
+    return *this;
+}
 
 template <typename T, typename U>
 void LUT<T, U>::Init(long size, T first, T last) {

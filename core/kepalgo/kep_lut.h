@@ -28,6 +28,15 @@ namespace kep {
 template <typename T, typename U>
 class KEP_EXPORT LUT {
 public:
+    /// Without entries.
+    LUT() = default;
+    LUT(const LUT&) = default;
+    LUT& operator=(const LUT&) = default;
+    /// The table that is moved from has no entries then.
+    LUT(LUT&& src) noexcept;
+    LUT& operator=(LUT&& src) noexcept;
+    ~LUT() = default;
+
     /// Makes a table of `size` entries for keys from `first` to `last`, all of them U(). A size below 0 counts as 0.
     /// With first == last all keys get the first entry.
     /// @throws LibException("LUT::Init(): Not enough memory for the table."): the table is then empty
@@ -47,10 +56,11 @@ public:
         return m_entries.empty() ? U() : m_entries[GetIndex(key)];
     }
 
-    /// Entries, one for each value of T, if the table covers the type of 8 or 16 bits; else null. Valid until Init.
+    /// Entries, one for each value of T, if the table covers the type of 8 or 16 bits; else null. Valid until Init, and
+    /// until the table is assigned to or moved from.
     const U* GetWholeType() const { return m_coversType ? m_entries.data() : nullptr; }
 
-    /// The entries in the order of their keys; null without any. Valid until Init.
+    /// The entries in the order of their keys; null without any. Valid as long.
     U* GetData() { return m_entries.data(); }
     const U* GetData() const { return m_entries.data(); }
     /// The key that an entry stands for; between two whole numbers the one nearer to zero.

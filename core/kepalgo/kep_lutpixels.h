@@ -7,10 +7,12 @@
 
 namespace kep {
 
-/// Makes pixels of voxels: each voxel's level in a table becomes the palette's colour of that level. Takes whole
-/// pictures best, as it prepares the palette first.
+/// Makes pixels of voxels: each voxel's level in a table becomes the palette's colour of that level. Best called for
+/// whole pictures, as it prepares the palette first.
 /// @param palette  256 entries; null for gray
+/// @param voxels   `count` of them
 /// @param pixels   room for `count`
+/// @throws std::bad_alloc before any pixel is written
 template <typename T>
 void MapToPixels(const LUT<T, unsigned char>& levels, const LUT<unsigned char, RGB_generic<unsigned char>>* palette,
                  const T* voxels, std::size_t count, RGB_generic<unsigned char>* pixels);

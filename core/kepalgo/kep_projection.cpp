@@ -73,8 +73,11 @@ void RaiseTo(C* line, const std::array<const C*, Lines> others, std::size_t coun
     for (; i + packs * width <= count; i += packs * width) {
         // The processor does not foresee several streams by itself. A single one it does, and is hindered then.
         if constexpr (Lines > 1) {
-            for (const C* other : others)
-                __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<std::uintptr_t>(other + i) + 512));
+            for (const C* other : others) {
+                // By the address, as it may lie beyond the frame, where no pointer may point.
+                const std::uintptr_t ahead = reinterpret_cast<std::uintptr_t>(other + i) + 512;
+                __builtin_prefetch(reinterpret_cast<const void*>(ahead)); // NOLINT(performance-no-int-to-ptr)
+            }
         }
 #pragma GCC unroll 4
         for (std::size_t j = i; j < i + packs * width; j += width) {

@@ -7,6 +7,7 @@ namespace kep {
 /// Maximum intensity projections of src along the axis that the name leaves out. dst, another object than src, gets
 /// one voxel on that axis, src's resolution, and src's offset with 0 on that axis. Colours are compared by component.
 /// A NaN loses against any number; a line of NaNs alone gives NaN. An empty src empties dst. One pass over src.
+/// @throws std::bad_alloc
 template <typename T>
 void Get_AF_XY(const Image3d<T>& src, Image3d<T>& dst);
 template <typename T>

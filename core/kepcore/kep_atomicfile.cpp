@@ -1,6 +1,7 @@
 #include "core/kepcore/kep_atomicfile.h"
 
-#include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_path.h"
+#include "core/kepcore/file/kep_refusal.h"
 #include "core/kepcore/file/kep_systemcalls.h"
 #include "core/kepcore/file/kep_systemerror.h"
 #include "core/kepcore/file/kep_temporaryname.h"
@@ -39,9 +40,8 @@ struct PathParts {
 
 PathParts SplitPath(const std::string& path) {
     PathParts parts;
-    const std::size_t slash = path.rfind('/');
-    const std::size_t first = slash == std::string::npos ? 0 : slash + 1;
-    parts.folder = path.substr(0, first);
+    parts.folder = detail::GetFolder(path);
+    const std::size_t first = parts.folder.size();
     std::size_t dot = path.rfind('.');
     if (dot == std::string::npos || dot <= first) // a leading dot hides the file and starts no suffix
         dot = path.size();
@@ -81,7 +81,7 @@ std::string FollowLinks(const std::string& name) {
         if (length < 0)
             return path;
         std::string next(to.data(), static_cast<std::size_t>(length));
-        path = next.starts_with('/') ? next : SplitPath(path).folder + next;
+        path = next.starts_with('/') ? next : detail::GetFolder(path).append(next);
     }
     ThrowCannotWrite(name, SystemReason(ELOOP));
 }

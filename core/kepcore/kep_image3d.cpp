@@ -1,12 +1,11 @@
 #include "core/kepcore/kep_image3d.h"
 
 #include "core/kepcore/convert/kep_block.h"
+#include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/kep_exceptions.h"
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
-#include <limits>
 #include <utility>
 
 namespace kep {
@@ -17,33 +16,9 @@ namespace {
 /// @param text  of the LibException that is thrown otherwise
 template <typename T>
 std::size_t CountVoxels(const Vector3d<std::size_t>& size, const char* text) {
-    std::size_t voxels = 0;
-    std::size_t bytes = 0;
-    if (size.x == 0 || size.y == 0 || size.z == 0)
-        return 0;
-    if (__builtin_mul_overflow(size.x, size.y, &voxels) || __builtin_mul_overflow(voxels, size.z, &voxels) ||
-        __builtin_mul_overflow(voxels, sizeof(T), &bytes) ||
-        bytes > static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()))
-        throw LibException(text);
-    return voxels;
-}
-
-/// The part of an axis of a frame that a box covers.
-struct Overlap {
-    std::size_t inFrame = 0; ///< its first voxel in the frame
-    std::size_t inBox = 0;   ///< the same voxel in the box
-    std::size_t count = 0;
-};
-
-Overlap FindOverlap(int boxFrom, std::size_t boxSize, std::size_t frameSize) {
-    Overlap overlap;
-    if (boxFrom < 0)
-        overlap.inBox = static_cast<std::size_t>(-static_cast<std::int64_t>(boxFrom));
-    else
-        overlap.inFrame = static_cast<std::size_t>(boxFrom);
-    if (overlap.inBox < boxSize && overlap.inFrame < frameSize)
-        overlap.count = std::min(boxSize - overlap.inBox, frameSize - overlap.inFrame);
-    return overlap;
+    if (const auto voxels = detail::CountVoxels(size, sizeof(T)))
+        return *voxels;
+    throw LibException(text);
 }
 
 template <typename T>
@@ -58,21 +33,17 @@ std::valarray<T> CopyBlock(const std::valarray<T>& from) {
 template <typename T>
 std::valarray<T> CutBlock(const Image3d<T>& src, const typename Image3d<T>::PixelBox& box, T fill, const char* text) {
     const std::size_t voxels = CountVoxels<T>(box.size, text);
-    const Overlap x = FindOverlap(box.offset.x, box.size.x, src.size.x);
-    const Overlap y = FindOverlap(box.offset.y, box.size.y, src.size.y);
-    const Overlap z = FindOverlap(box.offset.z, box.size.z, src.size.z);
-    const bool inside = x.count == box.size.x && y.count == box.size.y && z.count == box.size.z;
+    const detail::Overlap overlap = detail::FindOverlap(box, src.size);
     std::valarray<T> block = detail::MakeUnsetBlock<T>(voxels);
     if (voxels == 0)
         return block;
-    if (!inside)
+    if (overlap.size != box.size)
         std::fill_n(&block[0], voxels, fill);
-    if (x.count == 0)
-        return block;
-    for (std::size_t k = 0; k < z.count; ++k) {
-        for (std::size_t j = 0; j < y.count; ++j) {
-            const T* const from = src.GetVoxelAddr(x.inFrame, y.inFrame + j, z.inFrame + k);
-            std::copy_n(from, x.count, &block[((z.inBox + k) * box.size.y + y.inBox + j) * box.size.x + x.inBox]);
+    const auto& [inFrame, inBox, size] = overlap;
+    for (std::size_t k = 0; k < size.z; ++k) {
+        for (std::size_t j = 0; j < size.y; ++j) {
+            const T* const from = src.GetVoxelAddr(inFrame.x, inFrame.y + j, inFrame.z + k);
+            std::copy_n(from, size.x, &block[((inBox.z + k) * box.size.y + inBox.y + j) * box.size.x + inBox.x]);
         }
     }
     return block;
@@ -139,6 +110,11 @@ Image3d<T>::Image3d(const Image3d& src, const MicronBox& voi) : offset(src.offse
 }
 
 template <typename T>
+Image3d<T>::Image3d(Image3d&& src) noexcept {
+    Swap(src);
+}
+
+template <typename T>
 Image3d<T>::~Image3d() = default;
 
 template <typename T>
@@ -156,6 +132,13 @@ Image3d<T>& Image3d<T>::operator=(const Image3d& src) {
     size = src.size;
     resolution = src.resolution;
     description.swap(newDescription);
+    return *this;
+}
+
+template <typename T>
+Image3d<T>& Image3d<T>::operator=(Image3d&& src) noexcept {
+    Image3d taken(std::move(src)); // by way of a third, so that what was here goes, and moving to itself is safe
+    Swap(taken);
     return *this;
 }
 

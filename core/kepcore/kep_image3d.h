@@ -44,12 +44,18 @@ public:
     /// voxels.
     Image3d(const Image3d& src, const MicronBox& voi);
 
+    /// Takes the voxels and all else over. What is moved from is an empty frame then, like a new one.
+    Image3d(Image3d&& src) noexcept;
+
     virtual ~Image3d();
 
     /// Deep assignment of all five fields.
+    /// @throws std::bad_alloc
     Image3d& operator=(const Image3d& src);
+    /// As the move constructor; what was here goes.
+    Image3d& operator=(Image3d&& src) noexcept;
 
-    /// Loads a TIFF or ICS file, told apart by content, and converts its voxels to T. A voxel that T can't hold
+    /// Loads a TIFF or ICS file, recognised by content, and converts its voxels to T. A voxel that T can't hold
     /// refuses the file: nothing is clipped, scaled or wrapped.
     /// @param fileName        in the file system's encoding
     /// @param voi             the box to keep, or null for the whole frame
@@ -80,7 +86,9 @@ public:
 
     /// Fills this frame with a box of src, which may be this frame. Voxels of the box outside src get `fill`.
     /// @param keepGeometry  false: offset and resolution come from src and box as in the copy constructor; true: this
-    ///                      frame keeps its own
+    ///                      frame keeps its own. The description stays in either case.
+    /// @throws LibException("CopyFromVOI(): The box is too large.") it holds more voxels than can be addressed;
+    ///         std::bad_alloc
     void CopyFromVOI(const Image3d& src, const PixelBox& voi, bool keepGeometry, T fill);
 
     T GetVoxel(std::size_t i) const { return begin()[i]; }
@@ -131,7 +139,9 @@ public:
     std::valarray<T>& GetVoxelData() { return data; }
     const std::valarray<T>& GetVoxelData() const { return data; }
 
+    /// Sets all voxels.
     void Fill(T v);
+    /// Exchanges all five fields.
     void Swap(Image3d& other) noexcept;
 
     Vector3d<float> offset;                         ///< microns, position of the first voxel

@@ -2,6 +2,7 @@
 
 #include "core/kepcore/convert/kep_block.h"
 #include "core/kepcore/convert/kep_convert.h"
+#include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_exceptions.h"
 
@@ -17,11 +18,10 @@ namespace kep {
 
 namespace {
 
-bool EndsWithIgnoringCase(std::string_view text, std::string_view suffix) {
-    const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-    return text.size() >= suffix.size() &&
-           std::equal(suffix.begin(), suffix.end(), text.end() - static_cast<std::ptrdiff_t>(suffix.size()),
-                      [&](char a, char b) { return a == lower(b); });
+[[noreturn]] void ThrowNoFormat(std::string_view before, std::string_view tie, const std::string& name,
+                                std::string_view after) {
+    detail::FileSentence sentence = detail::MakeFileSentence("SaveImage", before, tie, name, after);
+    throw IOException(std::move(sentence.text), std::move(sentence.fileName), std::move(sentence.reason));
 }
 
 /// The format in which a file is written: FF_ICS or FF_TIFF.
@@ -32,15 +32,13 @@ FileFormat ChooseFormat(const std::string& name, FileFormat format) {
         return format;
     case FF_BY_NAME:
     case FF_LABELED:
-        if (EndsWithIgnoringCase(name, ".ics"))
+        if (detail::EndsWithIgnoringCase(name, ".ics"))
             return FF_ICS;
-        if (EndsWithIgnoringCase(name, ".tif") || EndsWithIgnoringCase(name, ".tiff"))
+        if (detail::EndsWithIgnoringCase(name, ".tif") || detail::EndsWithIgnoringCase(name, ".tiff"))
             return FF_TIFF;
-        throw IOException("SaveImage(): The format of '" + name +
-                          "' cannot be told from its suffix; use .ics or .tif.");
+        ThrowNoFormat("The format", " of ", name, " cannot be told from its suffix; use .ics or .tif.");
     }
-    throw IOException("SaveImage(): The format value " + std::to_string(static_cast<int>(format)) + " for '" + name +
-                      "' is not supported.");
+    ThrowNoFormat("The format value " + std::to_string(static_cast<int>(format)), " for ", name, " is not supported.");
 }
 
 /// Two-valued voxels as other programs show them: black and white.
@@ -82,7 +80,7 @@ std::string Image3d<T>::SaveImage(const char* fileName, FileFormat format, bool 
     const std::string name = fileName != nullptr ? fileName : "";
     const FileFormat chosen = ChooseFormat(name, format);
     if (IsEmpty() || (voi != nullptr && voi->IsEmpty()))
-        throw IOException("SaveImage(): The image has no voxels.");
+        throw IOException("SaveImage(): The image has no voxels.", name, "The image has no voxels.");
     try {
         return voi != nullptr ? WriteFrame(name, chosen, compress, Image3d(*this, voi))
                               : WriteFrame(name, chosen, compress, *this);

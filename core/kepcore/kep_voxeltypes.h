@@ -4,7 +4,9 @@
 
 #include <complex>
 
-/// The voxel types that frames exist for; X is called with each. The lists stand here and nowhere else.
+/// The voxel types that frames exist for; X is called with each. Every list of voxel types alone stands here. Lists of
+/// pairs, of keys with outputs and of labels with voxels, stand with their classes (kep_lut.h, kep_labeledimage3d.h),
+/// and so does the list of what a histogram counts (zel_histogram.h).
 #define KEP_GRAY_TYPES(X) X(unsigned char) X(unsigned short) X(int) X(float)
 #define KEP_COLOUR_TYPES(X) X(kep::RGB_generic<unsigned char>) X(kep::RGB_generic<unsigned short>)
 

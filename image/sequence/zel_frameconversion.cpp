@@ -1,7 +1,8 @@
 #include "image/sequence/zel_frameconversion.h"
 
+#include "image/zel_modaldialog.h"
+
 #include <wx/log.h>
-#include <wx/msgdlg.h>
 
 #include <algorithm>
 #include <cmath>
@@ -46,8 +47,8 @@ bool ZeroInvalid(kep::Image3d<T>& frame) {
 
 void WarnOfInvalidFloats() {
     wxLogWarning("Invalid float values replaced by zeros.");
-    wxMessageBox("The image contained invalid values (+/- infinity, NaN). These values were replaced by zeroes.",
-                 "Warning", wxOK | wxCENTRE);
+    zel::ShowMessage("The image contained invalid values (+/- infinity, NaN). These values were replaced by zeroes.",
+                     "Warning", wxOK | wxCENTRE);
 }
 
 } // namespace

@@ -133,15 +133,27 @@ inline void CheckGeometry(const FrameGeometry& frame, const FrameGeometry& seque
         throw kep::InternalException("ReadSequence(): The frame metadata differs from the sequence metadata!");
 }
 
+// The texts of both tests name InsertFrame, whichever operation makes them: hosts know them so.
+
+/// @throws kep::InternalException the numbers of frames and names are not that of the sequence
+template <typename Frame>
+void CheckCounts(std::size_t sizeT, const std::vector<Frame*>& frames, const wxArrayString& names) {
+    if (sizeT != frames.size() || sizeT != names.size())
+        throw kep::InternalException("InsertFrame(): Image4d metadata is not consistent.");
+}
+
+/// @throws kep::InternalException not least <= t < sizeT
+inline void CheckTime(int t, int least, std::size_t sizeT) {
+    if (t < least || static_cast<long long>(t) >= static_cast<long long>(sizeT))
+        throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
+}
+
 /// Deletes frame t and its name.
 /// @throws kep::InternalException before anything changed
 template <typename Frame>
 void RemoveFrameAt(int t, std::size_t sizeT, std::vector<Frame*>& frames, wxArrayString& names) {
-    // Both texts name the other operation: hosts know them so.
-    if (sizeT != frames.size() || sizeT != names.size())
-        throw kep::InternalException("InsertFrame(): Image4d metadata is not consistent.");
-    if (t < 0 || static_cast<long long>(t) >= static_cast<long long>(sizeT))
-        throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
+    CheckCounts(sizeT, frames, names);
+    CheckTime(t, 0, sizeT);
     delete frames[static_cast<std::size_t>(t)];
     frames.erase(frames.begin() + t);
     names.RemoveAt(static_cast<std::size_t>(t));

@@ -72,12 +72,10 @@ void Image4d<T>::SaveSequence(const char* prefix, int digits, const char* suffix
 
 template <typename T>
 void Image4d<T>::InsertFrame(Frame* const frame, const wxString& name, int t) {
-    if (sizeT != frames.size() || sizeT != names.size())
-        throw kep::InternalException("InsertFrame(): Image4d metadata is not consistent.");
+    detail::CheckCounts(sizeT, frames, names);
     if (frame == nullptr)
         throw kep::InternalException("InsertFrame(): NULL image pointer given.");
-    if (t < -1 || static_cast<long long>(t) >= static_cast<long long>(sizeT))
-        throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
+    detail::CheckTime(t, -1, sizeT);
     if (detail::GeometryOf(*frame) != GetGeometry())
         throw kep::InternalException("InsertFrame(): Inserted image is not consistent with the sequence!");
     const std::size_t at = t == -1 ? sizeT : static_cast<std::size_t>(t);

@@ -1,4 +1,4 @@
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 #include "tests/viewer/frame_fixture.h"
 
 using namespace zel;

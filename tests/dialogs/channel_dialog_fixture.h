@@ -5,7 +5,7 @@
 #include "dialogs/dlg_levels.h"
 #include "dialogs/dlg_thres.h"
 #include "dialogs/zel_previewevents.h"
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 #include <wx/choice.h>
 

@@ -1,6 +1,6 @@
 #include "dialogs/zel_histgraph.h"
 
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 #include <memory>
 
@@ -28,8 +28,7 @@ protected:
     }
     wxColour At(int x, int y) {
         graph->Refresh(false);
-        graph->Update();
-        Pump(30);
+        Settle();
         return ColourAt(Screen(*graph), {x, y});
     }
 
@@ -84,11 +83,11 @@ TEST_F(HistGraphTest, ShowsAnotherHistogram) {
 
 TEST_F(HistGraphTest, LeavesTheHistogramAloneWhenHidden) {
     frame->Hide();
-    Pump(50);
+    Settle();
     histogram.reset(); // the sanitizer tells if it is read again
     graph->Refresh(false);
     graph->Update();
-    Pump(30);
+    Settle();
     EXPECT_FALSE(graph->IsShownOnScreen());
 }
 

@@ -298,7 +298,7 @@ TEST_F(LevelsTest, NothingIsPreviewedAfterTheEnd) {
             Press(key);
             EXPECT_TRUE(WaitUntil([&] { return !open.IsModal(); }));
         });
-        Pump(100);
+        Settle();
         EXPECT_EQ((Texts{}), TakePreviews());
         dialog->DoPreview();
         dialog->GeneratePreviewEvents(false);
@@ -314,7 +314,7 @@ TEST_F(LevelsTest, TheHiddenDialogOutlivesItsHistograms) {
     own_channels.reset();
     dialog->Refresh();
     dialog->Update();
-    Pump(100);
+    Settle();
     dialog->Destroy(); // a reader of the histograms would be caught by the sanitizer
     Pump();
 }
@@ -333,7 +333,7 @@ TEST_F(LevelsTest, ADialogCanGoWhileItIsOpen) {
     TypeInto(*Control<Byte>(*dialog, 10005).GetLowText(), "55");
     TakePreviews();
     dialog->Destroy();
-    Pump(50);
+    Settle();
     EXPECT_EQ((Texts{}), TakePreviews());
 }
 

@@ -1,6 +1,6 @@
 #include "dialogs/zel_minmaxctrl.h"
 
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 using namespace zel;
 using namespace zel::test;
@@ -422,7 +422,7 @@ TEST_F(RangeControlTest, PictureFollowsTheValues) {
     bench.BindTo(0, 255, 256);
     const auto painted = [](wxWindow& window) {
         window.Update();
-        Pump(30);
+        Settle();
         return Screen(window);
     };
     const wxImage stripe = painted(*bench.control->GetStripe());
@@ -442,7 +442,7 @@ TEST_F(RangeControlTest, PictureFollowsTheValues) {
 TEST_F(RangeControlTest, MiddleTriangleIsPainted) {
     Bench<Byte> bench(0, 255, true, false);
     bench.BindTo(0, 255, 256);
-    Pump(30);
+    Settle();
     // Halfway, 128 * 256 / 255 + 2 = 130.5; its colour is half the difference of (0, 0, 255) and (255, 0, 0).
     EXPECT_EQ(wxColour(127, 0, 127), ColourAt(Screen(bench.Row()), {130, 5}));
 }

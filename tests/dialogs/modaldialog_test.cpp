@@ -1,7 +1,7 @@
 #include "dialogs/zel_modaldialog.h"
 
 #include "dialogs/dlg_set_range.h"
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 #include <wx/weakref.h>
 
@@ -56,9 +56,9 @@ TEST_F(ModalDialogTest, OneThatNeverOpensLeavesNothingBehind) {
         answers.Expect([](wxDialog&) { return wxID_OK; });
         EXPECT_EQ(wxID_OK, RunModal(dialog));
     }
-    Pump(50);
+    Settle();
     DeleteFrame();
-    Pump(50);
+    Settle();
 }
 
 TEST_F(ModalDialogTest, EndsWithTheWindowThatItBelongsTo) {
@@ -120,7 +120,7 @@ TEST_F(ModalDialogTest, OneUnderAnotherEndsAfterIt) {
         answers.ExpectDriven([&](wxDialog&) {
             answers.ExpectDriven([&](wxDialog&) {
                 delete owner;
-                Pump(100);
+                Settle();
                 EXPECT_TRUE(lower.IsModal());
                 EXPECT_EQ(safely, !upper.IsModal()) << "the toolkit's own call knows nothing of the owner";
                 if (!safely)

@@ -2,7 +2,7 @@
 
 // Ranges of floats as images have them, for dialogs that must take their own values back.
 
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 #include <cmath>
 #include <random>

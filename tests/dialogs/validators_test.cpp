@@ -1,6 +1,6 @@
 #include "dialogs/zel_validators.h"
 
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 #include <wx/spinctrl.h>
 
@@ -181,8 +181,7 @@ TEST_F(ValidatorTest, OnlyWhatBelongsToANumberCanBeTyped) {
         field->SetValidator(validator);
         field->ChangeValue("");
         Focus(*field);
-        wxUIActionSimulator().Text(keys);
-        Pump(100);
+        Type(keys);
         return field->GetValue();
     };
     EXPECT_EQ("12", typed(IntValidator<int>(value, 0, 9, true, true, true, "%d"), "1a-2."));

@@ -1,6 +1,6 @@
 #include "dialogs/zel_variabletextctrl.h"
 
-#include "tests/dialogs/dialog_user.h"
+#include "tests/support/user.h"
 
 using namespace zel;
 using namespace zel::test;
@@ -31,7 +31,7 @@ protected:
     ByteField* MakeField(unsigned char low = 0, unsigned char high = 255, int positions = 256) {
         auto* const field = new ByteField(panel, id, &variable, low, high, 9, positions, wxPoint(10, 10));
         field->SetNumber(variable);
-        Pump(30);
+        Settle(); // it is laid out, and can have the focus
         return field;
     }
     Numbers Told() { return std::exchange(told, {}); }
@@ -78,7 +78,7 @@ TEST_F(VariableTextCtrlTest, LeavingTheFieldCommits) {
     auto* const field = MakeField();
     TypeInto(*field, "17");
     Focus(*other);
-    Pump(30);
+    Settle();
     EXPECT_EQ(Numbers{17}, Told());
     Focus(*field);
     Focus(*other);
@@ -121,7 +121,7 @@ TEST_F(VariableTextCtrlTest, HiddenFieldsDoNotCommit) {
     auto* const field = MakeField();
     TypeInto(*field, "17");
     frame->Hide();
-    Pump(50);
+    Settle();
     wxFocusEvent event(wxEVT_KILL_FOCUS, field->GetId());
     field->ProcessWindowEvent(event); // as it comes late from a dialog that has ended
     EXPECT_EQ(Numbers{}, Told());
@@ -175,10 +175,9 @@ TEST_F(VariableTextCtrlTest, ArrowKeysPassOnWithoutANumber) {
 TEST_F(VariableTextCtrlTest, TenCharactersCanBeTypedAndMoreBeSet) {
     float real = 0.0F;
     auto* const field = new VariableTextCtrl<float>(panel, id, &real, 0.0F, 1.0F, 0.0F, 10, wxPoint(10, 10));
-    Pump(30);
+    Settle();
     Focus(*field);
-    wxUIActionSimulator().Text("123456789012");
-    Pump(100);
+    Type("123456789012");
     EXPECT_EQ("1234567890", field->GetValue());
     field->ChangeValue("65535.000000");
     EXPECT_EQ("65535.000000", field->GetValue());
@@ -187,8 +186,7 @@ TEST_F(VariableTextCtrlTest, TenCharactersCanBeTypedAndMoreBeSet) {
     field->SetNumber(1.0F);
     EXPECT_EQ("1.00", field->GetValue());
     TypeInto(*field, "12345");
-    wxUIActionSimulator().Text("6789012");
-    Pump(100);
+    Type("6789012");
     EXPECT_EQ("1234567890", field->GetValue()) << "the limit is ten again";
 }
 
@@ -196,7 +194,7 @@ TEST_F(VariableTextCtrlTest, WhatShowsAsItsVariableIsItsVariable) {
     float real = 0.985977F;
     auto* const field = new VariableTextCtrl<float>(panel, id, &real, 0.0163F, 0.985977F, 0.0F, 256, wxPoint(10, 10));
     field->SetNumber(real);
-    Pump(30);
+    Settle();
     EXPECT_EQ("0.99", field->GetValue());
     float number = 0.0F;
     EXPECT_TRUE(field->GetNumber(number));
@@ -215,7 +213,7 @@ TEST_F(VariableTextCtrlTest, RealsStepAndCommit) {
     double gamma = 1.0;
     auto* const field = new VariableTextCtrl<double>(panel, id, &gamma, 0.1, 10.0, 1.0, 99, wxPoint(10, 10));
     field->SetNumber(gamma);
-    Pump(30);
+    Settle();
     EXPECT_EQ("1", field->GetValue());
     Focus(*field);
     Press(WXK_UP);

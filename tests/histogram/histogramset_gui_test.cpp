@@ -1,4 +1,5 @@
 #include "histogram/zel_histogramset.h"
+#include "tests/support/frames.h"
 #include "tests/support/gui_test.h"
 
 #include <gmock/gmock.h>
@@ -61,15 +62,6 @@ private:
     }
 };
 
-template <typename T>
-kep::Image3d<T> MakeFrame(const std::vector<T>& voxels) {
-    kep::Image3d<T> frame;
-    frame.MakeRoom(voxels.size(), 1, 1);
-    for (std::size_t i = 0; i < voxels.size(); ++i)
-        frame.SetVoxel(i, voxels[i]);
-    return frame;
-}
-
 template <typename C>
 std::vector<std::size_t> Counters(const Histogram<C>& histogram) {
     return {histogram.begin(), histogram.end()};
@@ -79,7 +71,7 @@ class HistogramSetOfImage : public zel::test::GuiTest {};
 
 TEST_F(HistogramSetOfImage, OfBytesHasABinForEachNumber) {
     NoticeWatcher notices;
-    const HistogramSet<unsigned char> set(MakeFrame<unsigned char>({0, 0, 255}));
+    const HistogramSet<unsigned char> set(FrameOf<unsigned char>({0, 0, 255}));
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram..."));
     EXPECT_EQ(notices.CountShown(), 0U);
     EXPECT_FALSE(set.IsEmpty());
@@ -93,7 +85,7 @@ TEST_F(HistogramSetOfImage, OfBytesHasABinForEachNumber) {
 
 TEST_F(HistogramSetOfImage, OfWordsHasABinForEachNumber) {
     NoticeWatcher notices;
-    const HistogramSet<unsigned short> set(MakeFrame<unsigned short>({7, 65535, 7, 7}));
+    const HistogramSet<unsigned short> set(FrameOf<unsigned short>({7, 65535, 7, 7}));
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram..."));
     EXPECT_EQ(set.Get().size(), 65536U);
     EXPECT_EQ(set.Get().GetRightCenter(), 65535);
@@ -103,8 +95,8 @@ TEST_F(HistogramSetOfImage, OfWordsHasABinForEachNumber) {
 }
 
 TEST_F(HistogramSetOfImage, ReplacesWhatWasThere) {
-    HistogramSet<unsigned char> set(MakeFrame<unsigned char>({9, 9}));
-    set.CreateFromImage(MakeFrame<unsigned char>({8}));
+    HistogramSet<unsigned char> set(FrameOf<unsigned char>({9, 9}));
+    set.CreateFromImage(FrameOf<unsigned char>({8}));
     EXPECT_EQ(set.Get()[9], 0U);
     EXPECT_EQ(set.Get()[8], 1U);
     set.CreateFromImage(kep::Image3d<unsigned char>());
@@ -118,7 +110,7 @@ TEST_F(HistogramSetOfImage, OfFloatsFindsNoMemoryAndChangesNothing) {
     Histogram<float> before;
     before.Init(0, 1, 2);
     set.Set(before);
-    EXPECT_THROW(set.CreateFromImage(MakeFrame<float>({1})), std::bad_alloc);
+    EXPECT_THROW(set.CreateFromImage(FrameOf<float>({1})), std::bad_alloc);
     EXPECT_EQ(set.Get().size(), 2U);
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram..."));
     EXPECT_EQ(notices.CountShown(), 0U);
@@ -126,7 +118,7 @@ TEST_F(HistogramSetOfImage, OfFloatsFindsNoMemoryAndChangesNothing) {
 
 TEST_F(HistogramSetOfImage, OfColoursHasAHistogramForEachComponent) {
     NoticeWatcher notices;
-    const HistogramSet<RGB<unsigned char>> set(MakeFrame<RGB<unsigned char>>({{1, 2, 3}}));
+    const HistogramSet<RGB<unsigned char>> set(FrameOf<RGB<unsigned char>>({{1, 2, 3}}));
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram (red)...", "Creating histogram (green)...",
                                            "Creating histogram (blue)..."));
     EXPECT_EQ(notices.most, 3U); // all stay up until the last channel is done
@@ -140,7 +132,7 @@ TEST_F(HistogramSetOfImage, OfColoursHasAHistogramForEachComponent) {
 
 TEST_F(HistogramSetOfImage, OfDeepColoursHasAHistogramForEachComponent) {
     NoticeWatcher notices;
-    const HistogramSet<RGB<unsigned short>> set(MakeFrame<RGB<unsigned short>>({{1, 2000, 65535}, {1, 2001, 0}}));
+    const HistogramSet<RGB<unsigned short>> set(FrameOf<RGB<unsigned short>>({{1, 2000, 65535}, {1, 2001, 0}}));
     EXPECT_EQ(notices.texts.size(), 3U);
     EXPECT_EQ(set[0].size(), 65536U);
     EXPECT_EQ(set[0][1], 2U);
@@ -153,7 +145,7 @@ TEST_F(HistogramSetOfImage, OfDeepColoursHasAHistogramForEachComponent) {
 
 TEST_F(HistogramSetOfImage, OfOneComplexVoxelHasEqualCenters) {
     NoticeWatcher notices;
-    const HistogramSet<Complex> set(MakeFrame<Complex>({{3, 4}}));
+    const HistogramSet<Complex> set(FrameOf<Complex>({{3, 4}}));
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram..."));
     EXPECT_EQ(notices.CountShown(), 0U);
     const float expected[] = {3, 4, std::atan2(4.0F, 3.0F), 5};
@@ -168,7 +160,7 @@ TEST_F(HistogramSetOfImage, OfOneComplexVoxelHasEqualCenters) {
 
 TEST_F(HistogramSetOfImage, OfComplexVoxelsFindsTheBoundsOfEachChannel) {
     // Phases 0, pi / 2, pi; amplitudes 2, 1, 4.
-    const HistogramSet<Complex> set(MakeFrame<Complex>({{2, 0}, {0, 1}, {-4, 0}}));
+    const HistogramSet<Complex> set(FrameOf<Complex>({{2, 0}, {0, 1}, {-4, 0}}));
     const float pi = std::atan2(0.0F, -1.0F);
     const float mins[] = {-4, 0, 0, 1};
     const float maxs[] = {2, 1, pi, 4};
@@ -190,7 +182,7 @@ TEST_F(HistogramSetOfImage, OfComplexVoxelsTakesGivenBounds) {
     HistogramSet<Complex> set;
     const float mins[] = {0, 1, -1, 2};
     const float maxs[] = {255, 256, 1, 257};
-    set.CreateFromImage(MakeFrame<Complex>({{2, 0}, {0, 1}, {-4, 0}, {300, 0}}), mins, maxs);
+    set.CreateFromImage(FrameOf<Complex>({{2, 0}, {0, 1}, {-4, 0}, {300, 0}}), mins, maxs);
     EXPECT_THAT(notices.texts, ElementsAre("Creating histogram..."));
     EXPECT_EQ(notices.CountShown(), 0U);
     for (int channel = 0; channel < 4; ++channel) {
@@ -216,7 +208,7 @@ TEST_F(HistogramSetOfImage, FoundAndGivenBoundsCountTheSame) {
     std::vector<Complex> voxels(10007);
     for (Complex& voxel : voxels)
         voxel = {normal(random), normal(random)};
-    const auto frame = MakeFrame(voxels);
+    const auto frame = FrameOf(voxels);
     const HistogramSet<Complex> found(frame);
     float mins[4], maxs[4];
     for (int channel = 0; channel < 4; ++channel) {
@@ -230,7 +222,7 @@ TEST_F(HistogramSetOfImage, FoundAndGivenBoundsCountTheSame) {
 }
 
 TEST_F(HistogramSetOfImage, WithoutVoxelsHasNoComplexBins) {
-    HistogramSet<Complex> set(MakeFrame<Complex>({{3, 4}}));
+    HistogramSet<Complex> set(FrameOf<Complex>({{3, 4}}));
     set.CreateFromImage(kep::Image3d<Complex>());
     EXPECT_TRUE(set.IsEmpty());
     const float mins[] = {0, 0, 0, 0};

@@ -3,6 +3,7 @@
 #include "host/options.h"
 #include "host/run.h"
 #include "image/kep.h"
+#include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/ply_reader.h"
@@ -31,8 +32,7 @@ protected:
     }
     template <typename T>
     std::string Write(const std::string& name, const kep::Image3d<T>& frame) const {
-        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
-        return folder / name;
+        return Save(frame, folder / name);
     }
     MeshExport OrderFor(const std::vector<std::string>& labels) const {
         MeshExport order;

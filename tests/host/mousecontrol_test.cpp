@@ -2,6 +2,7 @@
 
 #include "host/imageframe.h"
 #include "tests/support/gui_test.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <memory>
@@ -23,10 +24,7 @@ protected:
 
     /// One pixel a voxel and a micron; the cut is in the voxel in the middle.
     void Open(std::size_t x, std::size_t y, std::size_t z) {
-        auto image = std::make_unique<mor::Image4d<unsigned char>>();
-        image->MakeRoom(x, y, z, 1);
-        image->UpdateMinMaxValues();
-        m_frame = MakeFrame(std::move(image), {Stretch::None});
+        m_frame = MakeFrame(MakeImage<unsigned char>({x, y, z}, 1, [](auto...) { return 0; }), {});
         ASSERT_TRUE(ShowAndWait(*m_frame));
         ASSERT_TRUE(WaitUntil([this] { // a small image leaves room in the smallest window
             const wxSize room = m_frame->GetClientSize(), wanted = Canvas().GetOptimalSize();

@@ -1,5 +1,6 @@
 #include "host/message.h"
 #include "host/opening.h"
+#include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -21,8 +22,7 @@ protected:
         frame.MakeRoom(3, 2, 2);
         frame.Fill(T());
         frame.SetVoxel(0, first);
-        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
-        return folder / name;
+        return Save(frame, folder / name);
     }
     static Options For(const std::vector<std::string>& files) {
         Options options;

@@ -82,22 +82,31 @@ TEST(Options, EveryStretchHasAName) {
     EXPECT_EQ(ParseCommandLine({"a.tif"}).options.stretch, std::nullopt);
 }
 
-TEST(Options, GrayTypesAreStretched) {
-    for (const char* type : {"gray8", "gray16", "int", "float"})
+TEST(Options, AllTypesAreStretchedButColoursNotEqualised) {
+    for (const char* type : {"gray8", "gray16", "int", "float", "rgb", "rgb16", "complex"})
         EXPECT_EQ(ParseCommandLine({"--stretch", "linear", "--type", type, "a.tif"}).command, Command::Run) << type;
-    for (const char* type : {"rgb", "rgb16", "complex"}) {
-        const CommandLine line = ParseCommandLine({"--stretch", "linear", "--type", type, "a.tif"});
-        EXPECT_EQ(line.command, Command::Refuse);
-        EXPECT_EQ(line.text, std::string("--stretch is for gray images, not for ") + type + ".");
+    for (const char* type : {"rgb", "rgb16"})
+        EXPECT_EQ(ParseCommandLine({"--stretch", "equalize", "--type", type, "a.tif"}).text,
+                  std::string("--stretch equalize is not for colour images such as ") + type + ".");
+    EXPECT_EQ(ParseCommandLine({"--stretch", "equalize", "--type", "complex", "a.tif"}).command, Command::Run);
+}
+
+TEST(Options, EveryPartHasAName) {
+    const std::vector<std::pair<const char*, zel::ComplexMode>> cases = {
+        {"real", zel::Real}, {"imaginary", zel::Imaginary}, {"phase", zel::Phase}, {"amplitude", zel::Amplitude}};
+    for (const auto& [name, part] : cases) {
+        EXPECT_EQ(ParseCommandLine({"--part", name, "a.tif"}).options.part, part) << name;
+        EXPECT_EQ(ParseCommandLine({"--type", "complex", "--part", name}).options.part, part) << "of the wave";
     }
+    EXPECT_EQ(ParseCommandLine({"a.tif"}).options.part, std::nullopt);
 }
 
 TEST(Options, HelpNamesEveryOption) {
     const CommandLine line = ParseCommandLine({"--help"});
     EXPECT_EQ(line.command, Command::Help);
     for (const char* option :
-         {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels", "--stretch", "--export-meshes",
-          "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
+         {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels", "--stretch", "--part",
+          "--export-meshes", "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }
@@ -127,6 +136,10 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--stretch"}, "--stretch"},
         {{"--stretch", "none", "--info", "a.tif"}, "--stretch and --info exclude each other."},
         {{"--stretch", "none", "--export-meshes", "p", "--labels", "l.tif"}, "--stretch and --export-meshes exclude"},
+        {{"--part", "a.tif"}, "--part a.tif: use one of real, imaginary, phase, amplitude."},
+        {{"--part", "phase"}, "--part needs a FILE"},
+        {{"--part", "phase", "--type", "rgb", "a.tif"}, "--part is for complex images, not for rgb."},
+        {{"--part", "phase", "--info", "a.tif"}, "--part and --info exclude each other."},
         {{"--json", "a.tif"}, "--json"},
         {{"--screenshot", ""}, "--screenshot needs"},
         {{"--info"}, "--info needs a FILE"},

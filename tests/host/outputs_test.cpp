@@ -1,6 +1,7 @@
 #include "host/outputs.h"
 #include "host/run.h"
 #include "image/kep.h"
+#include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
@@ -15,10 +16,8 @@ class Outputs : public testing::Test {
 protected:
     /// An image of one voxel.
     std::string Write(const std::string& name) const {
-        kep::Image3d<unsigned char> frame;
-        frame.MakeRoom(1, 1, 1);
-        frame.SaveImage((folder / "new.tif").c_str(), kep::FF_BY_NAME, false, nullptr);
-        fs::rename(folder / "new.tif", folder / name); // the format is recognised by content
+        fs::rename(Save(FrameOf<unsigned char>({0}), folder / "new.tif"),
+                   folder / name); // the format is recognised by content
         return folder / name;
     }
     /// An image of one voxel, 'v', whose header names another file for it, or leaves that to the file's own name.

@@ -3,13 +3,18 @@
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/viewerapp.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/dcclient.h>
+#include <wx/dialog.h>
 #include <wx/display.h>
 #include <wx/evtloop.h>
 #include <wx/init.h>
+#include <wx/log.h>
 #include <wx/menu.h>
+#include <wx/modalhook.h>
+#include <wx/weakref.h>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -31,6 +36,7 @@ public:
         SetExitOnFrameDelete(false);
         return RUN_ALL_TESTS();
     }
+    void ShowErrorInBox(const std::string& text) { ViewerApp::ShowError(text); }
     std::vector<std::string> errors;
     std::function<zel::zel_Viewer3dFrame*()> opening; // in place of the program's own
 
@@ -45,6 +51,8 @@ TestApp& App() {
 
 class ViewerAppTest : public testing::Test {
 protected:
+    wxLogNull quiet; // the program has a log of its own; the toolkit's would open boxes
+
     void SetUp() override { App().errors.clear(); }
 
     /// Runs the program's loop until `done`, or for five seconds.
@@ -64,9 +72,7 @@ protected:
     }
 
     static std::unique_ptr<mor::Image4d<unsigned char>> MakeImage(std::size_t x, std::size_t y, std::size_t z) {
-        auto image = std::make_unique<mor::Image4d<unsigned char>>();
-        image->MakeRoom(x, y, z, 1);
-        image->UpdateMinMaxValues();
+        auto image = zel::test::MakeImage<unsigned char>({x, y, z}, 1, [](auto...) { return 0; });
         image->SetImageName(0, "/some/folder/stack 7.tif");
         return image;
     }
@@ -74,12 +80,7 @@ protected:
     /// Two voxels.
     template <typename T>
     static std::unique_ptr<mor::Image4d<T>> MakePair(T first, T second) {
-        auto image = std::make_unique<mor::Image4d<T>>();
-        image->MakeRoom(2, 1, 1, 1);
-        (*image)[0]->SetVoxel(0, first);
-        (*image)[0]->SetVoxel(1, second);
-        image->UpdateMinMaxValues();
-        return image;
+        return zel::test::MakeImage<T>({2, 1, 1}, 1, [&](auto x, auto...) { return x == 0 ? first : second; });
     }
 
     static std::ptrdiff_t CountFrames() {
@@ -127,8 +128,37 @@ TEST_F(ViewerAppTest, APaintThatAlwaysFailsIsShownOnce) {
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
+/// Deletes the window that the next dialog is shown over, once that is open.
+class DeleteParent : public wxModalDialogHook {
+public:
+    DeleteParent() { Register(); }
+    ~DeleteParent() override { Unregister(); }
+    DeleteParent(const DeleteParent&) = delete;
+    DeleteParent& operator=(const DeleteParent&) = delete;
+
+protected:
+    int Enter(wxDialog* dialog) override {
+        App().CallAfter([dialog] { delete dialog->GetParent(); });
+        return wxID_NONE;
+    }
+};
+
+TEST_F(ViewerAppTest, TheBoxOfAnErrorEndsWithTheWindow) {
+    const wxWeakRef<wxFrame> frame(new wxFrame(nullptr, wxID_ANY, "closing"));
+    frame->Show();
+    ASSERT_TRUE(RunUntil([&frame] { return frame->IsShownOnScreen(); }));
+    const DeleteParent hook;
+    bool ended = false;
+    App().CallAfter([&ended] {
+        App().ShowErrorInBox("text");
+        ended = true;
+    });
+    EXPECT_TRUE(RunUntil([&ended] { return ended; }));
+    EXPECT_EQ(frame.get(), nullptr);
+}
+
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
-    auto* const frame = MakeFrame(MakeImage(300, 200, 50), {Stretch::None});
+    auto* const frame = MakeFrame(MakeImage(300, 200, 50), {});
     EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
     frame->Show();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
@@ -139,7 +169,7 @@ TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
 }
 
 TEST_F(ViewerAppTest, AWindowIsNotLargerThanTheDisplay) {
-    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), {Stretch::None});
+    auto* const frame = MakeFrame(MakeImage(5000, 3000, 2), {});
     frame->Show();
     const wxSize room = wxDisplay(0U).GetClientArea().GetSize();
     EXPECT_TRUE(RunUntil([&] { return frame->GetSize() == room; }))
@@ -168,9 +198,10 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
                                                      {Stretch::Percentil, "Percentil stretch"},
                                                      {Stretch::Equalize, "Histogram equalization"}};
     for (const auto& [stretch, entry] : cases) {
-        for (zel::zel_Viewer3dFrame* frame :
-             {MakeFrame(MakePair<unsigned char>(1, 2), {stretch}), MakeFrame(MakePair<unsigned short>(1, 2), {stretch}),
-              MakeFrame(MakePair<int>(-1, 2), {stretch}), MakeFrame(MakePair(-1.0F, 2.0F), {stretch})}) {
+        for (zel::zel_Viewer3dFrame* frame : {MakeFrame(MakePair<unsigned char>(1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair<unsigned short>(1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair<int>(-1, 2), {stretch, false, {}}),
+                                              MakeFrame(MakePair(-1.0F, 2.0F), {stretch, false, {}})}) {
             EXPECT_THAT(MarkedEntries(*frame), ElementsAre(entry, "Gray"));
             frame->Destroy();
         }
@@ -178,12 +209,22 @@ TEST_F(ViewerAppTest, AStretchMarksItsEntryOfTheMenu) {
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
-TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveNoMappingMenu) {
+TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveTheirMenus) {
     using RGB = kep::RGB_generic<unsigned char>;
-    for (zel::zel_Viewer3dFrame* frame :
-         {MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), {Stretch::None}),
-          MakeFrame(MakePair(std::complex<float>(1, 2), std::complex<float>(1, 2)), {Stretch::None})}) {
-        EXPECT_THAT(MarkedEntries(*frame), ElementsAre("no menu"));
+    using Complex = std::complex<float>;
+    const auto colours = [](Stretch stretch) {
+        return MakeFrame(MakePair(RGB(1, 2, 3), RGB(4, 5, 6)), {stretch, false, {}});
+    };
+    const auto parts = [](Stretch stretch, std::optional<zel::ComplexMode> part) {
+        return MakeFrame(MakePair(Complex(1, 2), Complex(3, -4)), {stretch, false, part});
+    };
+    const std::pair<zel::zel_Viewer3dFrame*, std::vector<std::string>> cases[] = {
+        {colours(Stretch::None), {"No stretch", "Red channel", "Green channel", "Blue channel"}},
+        {colours(Stretch::Percentil), {"Percentil stretch", "Red channel", "Green channel", "Blue channel"}},
+        {parts(Stretch::None, {}), {"No stretch", "Gray", "Real"}},
+        {parts(Stretch::Linear, zel::Phase), {"Linear stretch", "Gray", "Phase"}}};
+    for (const auto& [frame, entries] : cases) {
+        EXPECT_EQ(MarkedEntries(*frame), entries);
         EXPECT_NE(frame->GetCanvas(), nullptr);
         frame->Destroy();
     }
@@ -225,15 +266,19 @@ TEST_F(ViewerAppTest, LabelsHaveTheirMenuAndAreOutlinedIfAsked) {
 }
 
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
-    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}), kep::InternalException);
-    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {Stretch::None}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {}), kep::InternalException);
+    using Complex = std::complex<float>;
+    EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 2)), {}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 3)), {Stretch::None, false, zel::Real}),
+                 kep::InternalException);
     // Here it is the viewer that refuses, with the frame made already.
-    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {Stretch::None}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {}), kep::InternalException);
     EXPECT_EQ(CountFrames(), 0);
 }
 
 TEST_F(ViewerAppTest, AnImageThatCannotBeShownEndsTheProgramBehindABox) {
-    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {Stretch::None}); };
+    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {}); };
     EXPECT_EQ(App().ViewerApp::OnRun(), 1);
     EXPECT_THAT(App().errors, ElementsAre("All voxels have the value 0.5. Images of type float are shown between their "
                                           "smallest and their largest value, which must differ."));

@@ -1,6 +1,7 @@
 // Runs the program itself, as a user does: what it prints, how it ends, and the pictures it writes.
 
 #include "image/kep.h"
+#include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
 #include <nlohmann/json.hpp>
@@ -68,8 +69,7 @@ protected:
             const kep::Vector3d<std::size_t> p = frame.GetPos(i);
             frame.SetVoxel(i, static_cast<unsigned char>(p.x + 2 * p.y + 5 * p.z));
         }
-        frame.SaveImage((folder / name).c_str(), kep::FF_BY_NAME, false, nullptr);
-        return folder / name;
+        return Save(frame, folder / name);
     }
 
     /// Takes a screenshot, which must succeed without a word. @return its picture
@@ -167,7 +167,7 @@ TEST_F(ZelViewer, InfoCountsLabels) {
     frame.SetVoxel(20, 5, 5, 7);
     frame.SetVoxel(0, 0, 0, 9);
     const std::string name = folder / "labels.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const Outcome stored = Run({"--info", "--labels", name}, Display::None);
     EXPECT_EQ(stored.exitCode, 0);
     EXPECT_EQ(stored.errors, "");
@@ -319,21 +319,11 @@ TEST_F(ZelViewer, ASequenceOfFilesIsRead) {
 
 TEST_F(ZelViewer, EveryVoxelTypeIsShown) {
     const std::string name = WriteRamp("a.tif");
-    for (const char* type : {"gray8", "gray16", "int", "float"}) {
+    for (const char* type : {"gray8", "gray16", "int", "float", "rgb", "rgb16", "complex"}) {
         const wxImage picture = Screenshot({"--stretch", "linear", "--type", type, name});
         ASSERT_EQ(picture.GetSize(), wxSize(62, 52)) << type;
         EXPECT_TRUE(ShowsTheRamp(picture, Spread)) << type;
     }
-    // Of a real number the amplitude is the number itself.
-    const wxImage amplitudes = Screenshot({"--type", "complex", name});
-    EXPECT_TRUE(ShowsTheRamp(amplitudes, Spread));
-    // Colours are not stretched: voxel (0, 0, 5) is 25.
-    const wxImage colours = Screenshot({"--type", "rgb", name});
-    ASSERT_EQ(colours.GetSize(), wxSize(62, 52));
-    EXPECT_EQ(colours.GetRed(1 + 4, 1 + 4), colours.GetBlue(1 + 4, 1 + 4));
-    EXPECT_THAT(colours.GetRed(4, 4), testing::AllOf(testing::Ge(25 + 2 * 3), testing::Le(25 + 3 * 3)));
-    // 16 bits show the high byte, which is 0 here.
-    EXPECT_EQ(Screenshot({"--type", "rgb16", name}).GetRed(20, 10), 0);
 }
 
 TEST_F(ZelViewer, WithoutAStretchTheGraysSpanTheVoxelTypeOrTheExtremes) {
@@ -341,7 +331,8 @@ TEST_F(ZelViewer, WithoutAStretchTheGraysSpanTheVoxelTypeOrTheExtremes) {
     // 16 bits: 65535 is white, so 257 values share a gray, and 142 is gray 142 / 257 = 0.55.
     const Levels of16Bits = [](int value) { return value > 128 ? 1 : 0; };
     const std::vector<std::pair<const char*, Levels>> cases = {
-        {"gray8", Unstretched}, {"gray16", of16Bits}, {"int", Spread}, {"float", Spread}};
+        {"gray8", Unstretched}, {"gray16", of16Bits}, {"int", Spread},    {"float", Spread},
+        {"rgb", Unstretched},   {"rgb16", of16Bits},  {"complex", Spread}};
     for (const auto& [type, level] : cases) {
         EXPECT_TRUE(ShowsTheRamp(Screenshot({"--type", type, name}), level)) << type;
         EXPECT_TRUE(ShowsTheRamp(Screenshot({"--stretch", "none", "--type", type, name}), level)) << type;
@@ -367,7 +358,7 @@ TEST_F(ZelViewer, EachStretchIsThatOfTheMenu) {
         frame.SetVoxel(frame.GetNumVoxels() - 1 - i, 255);
     }
     const std::string name = folder / "a.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const struct {
         const char* stretch;
         int low, middle, high;
@@ -384,15 +375,44 @@ TEST_F(ZelViewer, EachStretchIsThatOfTheMenu) {
     }
 }
 
-TEST_F(ZelViewer, OnlyGrayImagesAreStretched) {
+TEST_F(ZelViewer, WhatDoesNotSuitTheFileIsRefused) {
     kep::Image3d<kep::RGB_generic<unsigned char>> frame;
     frame.MakeRoom(4, 3, 2);
     const std::string name = folder / "rgb.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
-    const Outcome outcome = Run({"--stretch", "linear", "--screenshot", folder / "a.png", name});
+    Save(frame, name);
+    const auto refusal = [&](const char* option, const char* value) {
+        const Outcome outcome = Run({option, value, "--screenshot", folder / "a.png", name});
+        EXPECT_EQ(outcome.exitCode, 1);
+        EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
+        return outcome.errors;
+    };
+    EXPECT_EQ(refusal("--stretch", "equalize"),
+              "zelviewer: " + name + ": --stretch equalize is not for colour images such as rgb.\n");
+    EXPECT_EQ(refusal("--part", "phase"), "zelviewer: " + name + ": --part is for complex images, not for rgb.\n");
+}
+
+TEST_F(ZelViewer, APartOfAComplexFileIsShown) {
+    kep::Image3d<std::complex<float>> frame;
+    frame.MakeRoom(sizeX, sizeY, sizeZ);
+    frame.Fill({1, -1});
+    frame.SetVoxel(0, {0, -3});
+    frame.SetVoxel(1, {5, 1});
+    frame.SetVoxel(2, {0, 0});
+    const std::string name = folder / "a.ics";
+    Save(frame, name);
+    const std::pair<const char*, int> cases[] = {{"real", 51},       // 1 of 0 to 5
+                                                 {"imaginary", 128}, // -1 of -3 to 1
+                                                 {"phase", 113},     // -0.785 of -1.571 to 0.197
+                                                 {"amplitude", 71}}; // 1.414 of 0 to 5.099
+    for (const auto& [part, level] : cases)
+        EXPECT_GT(CountGray(Screenshot({"--part", part, name}), level), 1000) << part;
+    frame.Fill({2, -1});
+    frame.SetVoxel(0, {2, 1});
+    Save(frame, name);
+    EXPECT_GT(CountGray(Screenshot({name}), 0), 1000) << "the imaginary part is the first that varies";
+    const Outcome outcome = Run({"--part", "real", "--screenshot", folder / "a.png", name});
     EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": --stretch is for gray images, not for rgb.\n");
-    EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": The part that --part names has the same value everywhere.\n");
 }
 
 TEST_F(ZelViewer, IntegersFarApartShareBins) {
@@ -403,17 +423,17 @@ TEST_F(ZelViewer, IntegersFarApartShareBins) {
     frame.SetVoxel(0, std::numeric_limits<int>::min());
     frame.SetVoxel(1, std::numeric_limits<int>::max());
     const std::string name = folder / "a.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     for (const char* stretch : {"none", "linear"})
         EXPECT_GT(CountGray(Screenshot({"--stretch", stretch, name}), 64), 1000) << stretch;
 }
 
-TEST_F(ZelViewer, AConstantImageOfIntOrFloatIsRefusedInASentence) {
+TEST_F(ZelViewer, AConstantImageIsRefusedInASentence) {
     kep::Image3d<unsigned char> frame;
     frame.MakeRoom(8, 8, 4);
     frame.Fill(7);
     const std::string name = folder / "flat.tif", picture = folder / "a.png";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     for (const std::string type : {"int", "float"}) {
         const Outcome outcome = Run({"--type", type, name, "--screenshot", picture});
         EXPECT_EQ(outcome.exitCode, 1);
@@ -433,7 +453,7 @@ TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
     frame.Fill(1.0F);
     frame.SetVoxel(5, NAN);
     const std::string name = folder / "nan.tif";
-    frame.SaveImage(name.c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, name);
     const Outcome outcome = Run({name, "--screenshot", folder / "a.png"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_THAT(outcome.errors, HasSubstr("zelviewer: " + name + ": "));
@@ -444,6 +464,13 @@ TEST_F(ZelViewer, InvalidFloatsOpenNoBoxInAScreenshot) {
 bool SamePixels(const wxImage& a, const wxImage& b) {
     return a.GetSize() == b.GetSize() &&
            std::equal(a.GetData(), a.GetData() + 3 * a.GetWidth() * a.GetHeight(), b.GetData());
+}
+
+TEST_F(ZelViewer, AWaveIsShownWhenAComplexImageIsAskedForWithoutFiles) {
+    const wxImage phase = Screenshot({"--type", "complex", "--part", "phase"});
+    // 240 x 240 x 40 voxels of 0.2 x 0.2 x 0.4 microns: Z takes 80 pixels.
+    ASSERT_EQ(phase.GetSize(), wxSize(240 + 6 + 80 + 6, 240 + 6 + 80 + 6));
+    EXPECT_FALSE(SamePixels(phase, Screenshot({"--type", "complex"})));
 }
 
 TEST_F(ZelViewer, TheSyntheticCellsAreShownWithoutFiles) {

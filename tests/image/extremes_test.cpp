@@ -1,4 +1,5 @@
 #include "model/zel_extremes.h"
+#include "tests/support/frames.h"
 
 #include <gtest/gtest.h>
 
@@ -17,18 +18,9 @@ using RGB8 = kep::RGB_generic<unsigned char>;
 using RGB16 = kep::RGB_generic<unsigned short>;
 
 template <typename T>
-kep::Image3d<T> MakeFrame(const std::vector<T>& voxels) {
-    kep::Image3d<T> frame;
-    frame.MakeRoom(voxels.size(), 1, 1);
-    for (std::size_t i = 0; i < voxels.size(); ++i)
-        frame.SetVoxel(i, voxels[i]);
-    return frame;
-}
-
-template <typename T>
 ExtremaValues<T> ExtremesOf(const std::vector<T>& voxels) {
     ExtremaValues<T> extremes;
-    mor::ComputeFrameExtremes(MakeFrame(voxels), extremes);
+    mor::ComputeFrameExtremes(FrameOf(voxels), extremes);
     return extremes;
 }
 
@@ -320,21 +312,21 @@ TEST(Extremes, InfiniteVoxelsAreValues) {
 
 TEST(Extremes, MergingWidensOnly) {
     auto extremes = ExtremesOf<int>({3, 7});
-    mor::MergeFrameExtremes(MakeFrame<int>({4, 5}), extremes);
+    mor::MergeFrameExtremes(FrameOf<int>({4, 5}), extremes);
     EXPECT_EQ(extremes, (ExtremaValues<int>{3, 7}));
-    mor::MergeFrameExtremes(MakeFrame<int>({-2, 5}), extremes);
+    mor::MergeFrameExtremes(FrameOf<int>({-2, 5}), extremes);
     EXPECT_EQ(extremes, (ExtremaValues<int>{-2, 7}));
-    mor::MergeFrameExtremes(MakeFrame<int>({4, 9}), extremes);
+    mor::MergeFrameExtremes(FrameOf<int>({4, 9}), extremes);
     EXPECT_EQ(extremes, (ExtremaValues<int>{-2, 9}));
 
     auto colours = ExtremesOf<RGB16>({{100, 100, 100}});
-    mor::MergeFrameExtremes(MakeFrame<RGB16>({{50, 200, 100}}), colours);
+    mor::MergeFrameExtremes(FrameOf<RGB16>({{50, 200, 100}}), colours);
     EXPECT_EQ(colours.min, RGB16(50, 100, 100));
     EXPECT_EQ(colours.max, RGB16(100, 200, 100));
 
     // Amplitude 5, then 10 and 1; phase of (3, 4), then of (-6, 8) and (0, -1) = -pi / 2.
     auto complex = ExtremesOf<std::complex<double>>({{3, 4}});
-    mor::MergeFrameExtremes(MakeFrame<std::complex<double>>({{-6, 8}, {0, -1}}), complex);
+    mor::MergeFrameExtremes(FrameOf<std::complex<double>>({{-6, 8}, {0, -1}}), complex);
     EXPECT_EQ(complex.min, std::complex<double>(-6, -1));
     EXPECT_EQ(complex.max, std::complex<double>(3, 8));
     EXPECT_EQ(complex.amplitudeMin, 1);
@@ -346,7 +338,7 @@ TEST(Extremes, MergingWidensOnly) {
 TEST(Extremes, MergingANaNKeepsWhatThereIs) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     auto extremes = ExtremesOf<double>({1, 2});
-    mor::MergeFrameExtremes(MakeFrame<double>({nan, 100}), extremes); // that frame's extremes are NaN both
+    mor::MergeFrameExtremes(FrameOf<double>({nan, 100}), extremes); // that frame's extremes are NaN both
     EXPECT_EQ(extremes, (ExtremaValues<double>{1, 2}));
 }
 

@@ -1,7 +1,6 @@
 #include "image/zel_image4d.h"
-#include "tests/mapping/counted.h"
-#include "tests/support/collected_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/image/sequence_folder.h"
+#include "tests/support/frames.h"
 #include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
@@ -26,16 +25,8 @@ using Size = Vector3d<std::size_t>;
 constexpr const char* noNames = "ReadSequence(): array Names cannot be empty!";
 constexpr const char* otherGeometry = "ReadSequence(): The frame metadata differs from the sequence metadata!";
 
-class SequenceFiles : public testing::Test {
+class SequenceFiles : public SequenceFolder {
 protected:
-    wxString Name(const std::string& file) const { return wxString::FromUTF8(folder / file); }
-    wxArrayString Names(const std::vector<std::string>& files) const {
-        wxArrayString names;
-        for (const auto& file : files)
-            names.Add(Name(file));
-        return names;
-    }
-
     /// A file of 3 x 2 x 2 voxels with the values first, first + 1, ... first + 11.
     template <typename T>
     void Write(const std::string& file, T first, const Vector3d<float>& offset = {1, 2, 3},
@@ -47,14 +38,8 @@ protected:
         frame.SaveImage((folder / file).c_str(), kep::FF_BY_NAME, true, nullptr);
     }
     void WriteBinary(const std::string& file) const {
-        kep::Image3d<bool> frame;
-        frame.MakeRoom(2, 1, 1);
-        frame.SetVoxel(1, true);
-        frame.SaveImage((folder / file).c_str(), kep::FF_BY_NAME, true, nullptr);
+        FrameOf<bool>({false, true}).SaveImage((folder / file).c_str(), kep::FF_BY_NAME, true, nullptr);
     }
-
-    ScratchFolder folder;
-    CollectedLog log;
 };
 
 // --- ReadSequence ---
@@ -192,7 +177,7 @@ TEST_F(SequenceFiles, OfDoublesKeepInvalidValues) {
     frame.MakeRoom(3, 1, 1);
     frame.SetVoxel(1, std::numeric_limits<double>::quiet_NaN());
     frame.SetVoxel(2, std::numeric_limits<double>::infinity());
-    frame.SaveImage((folder / "a.tif").c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, folder / "a.tif");
     Image4d<double> image;
     image.ReadSequence(Names({"a.tif"}), false);
     EXPECT_TRUE(std::isnan(image.GetVoxel(1, 0)));
@@ -244,7 +229,7 @@ TEST_F(SequenceFiles, ReadAsTwoValuedTakeInvalidFloatsInSilence) {
     kep::Image3d<float> frame;
     frame.MakeRoom(2, 1, 1);
     frame.SetVoxel(0, std::numeric_limits<float>::quiet_NaN());
-    frame.SaveImage((folder / "a.tif").c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, folder / "a.tif");
     Image4d<float> image;
     image.ReadSequence(Names({"a.tif"}), true); // no box: it would need a display
     EXPECT_EQ(image.GetVoxel(0, 0), 255);
@@ -285,7 +270,7 @@ TEST_F(SequenceFiles, InsertedKeepInvalidFloats) {
     frame.MakeRoom(2, 1, 1);
     frame.SetVoxel(0, 7);
     frame.SetVoxel(1, std::numeric_limits<float>::quiet_NaN());
-    frame.SaveImage((folder / "nan.tif").c_str(), kep::FF_BY_NAME, false, nullptr);
+    Save(frame, folder / "nan.tif");
     Image4d<float> image;
     image.MakeRoom(2, 1, 1, 0);
     image.InsertFrame(Name("nan.tif"), -1); // no box: it would need a display
@@ -333,14 +318,14 @@ TEST_F(SequenceFiles, ThatLackAPartOfTheirDescriptionAreWarnedOf) {
     Image4d<unsigned char> image;
     image.MakeRoom(1, 1, 1, 2);
     image[1]->SetDescription({{"long", std::string(2'000'000, 'x')}});
-    zel::test::NotedLog warnings;
+    zel::test::LogCatcher warnings;
     image.SaveSequence((folder / "a").c_str(), 1, ".ics", 0, 1);
-    ASSERT_EQ(warnings.entries.size(), 3U);
-    EXPECT_EQ(warnings.entries[0].second, "Saving: " + folder / "a0.ics");
-    EXPECT_EQ(warnings.entries[1].second, "Saving: " + folder / "a1.ics");
-    EXPECT_EQ(warnings.entries[2].first, wxLogLevel(wxLOG_Warning));
+    ASSERT_EQ(warnings.GetEntries().size(), 3U);
+    EXPECT_EQ(warnings.GetEntries()[0].text, "Saving: " + folder / "a0.ics");
+    EXPECT_EQ(warnings.GetEntries()[1].text, "Saving: " + folder / "a1.ics");
+    EXPECT_EQ(warnings.GetEntries()[2].level, wxLogLevel(wxLOG_Warning));
     EXPECT_THAT(
-        warnings.entries[2].second,
+        warnings.GetEntries()[2].text,
         testing::StartsWith(folder / "a1.ics" + ": The description does not fit into an ICS file: cut off: 'long' ("));
 }
 

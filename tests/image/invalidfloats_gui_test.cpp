@@ -1,7 +1,10 @@
 #include "image/sequence/zel_frameconversion.h"
 #include "image/zel_image4d.h"
+#include "tests/support/frames.h"
 #include "tests/support/gui_test.h"
 #include "tests/support/scratch_folder.h"
+
+#include <wx/weakref.h>
 
 #include <cmath>
 #include <complex>
@@ -23,12 +26,7 @@ class InvalidFloats : public zel::test::GuiTest {
 protected:
     template <typename T>
     wxString Write(const std::string& file, const std::vector<T>& voxels) const {
-        kep::Image3d<T> frame;
-        frame.MakeRoom(voxels.size(), 1, 1);
-        for (std::size_t i = 0; i < voxels.size(); ++i)
-            frame.SetVoxel(i, voxels[i]);
-        frame.SaveImage((folder / file).c_str(), kep::FF_BY_NAME, false, nullptr);
-        return wxString::FromUTF8(folder / file);
+        return wxString::FromUTF8(Save(FrameOf(voxels), folder / file));
     }
     std::size_t CountWarnings() const {
         std::size_t count = 0;
@@ -107,6 +105,25 @@ TEST_F(InvalidFloats, AreSpokenOfInABoxWithAnOkButton) {
     frame.SetVoxel(0, nan);
     mor::ReplaceInvalidFloats(frame);
     EXPECT_EQ(frame.GetVoxel(0), 0);
+}
+
+TEST_F(InvalidFloats, TheBoxEndsWithTheWindowThatItCameOver) {
+    wxWeakRef<wxFrame> viewer(new wxFrame(nullptr, wxID_ANY, "viewer"));
+    ASSERT_TRUE(zel::test::ShowAndWait(*viewer));
+    dialogs.Expect([&](wxDialog& box) -> int {
+        wxTheApp->CallAfter([&] {
+            EXPECT_EQ(viewer.get(), box.GetParent());
+            delete viewer.get();
+        });
+        return wxID_NONE;
+    });
+    wxArrayString names;
+    names.Add(Write<float>("a.tif", {1, nan, 3}));
+    mor::Image4d<float> image;
+    image.ReadSequence(names, false);
+    EXPECT_EQ(viewer.get(), nullptr);
+    EXPECT_EQ(image.GetVoxel(1, 0), 0.0F);
+    EXPECT_EQ(image.GetVoxel(2, 0), 3.0F);
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "image/zel_labeledimage4d.h"
-#include "tests/support/collected_log.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/image/sequence_folder.h"
+#include "tests/support/frames.h"
 #include "tests/support/text_of.h"
 
 #include <gmock/gmock.h>
@@ -32,31 +32,20 @@ constexpr const char* otherReference = "ReadSequence(): The frame metadata diffe
 
 constexpr const Image4d<unsigned char>* noReference = nullptr;
 
-class LabelFiles : public testing::Test {
+class LabelFiles : public SequenceFolder {
 protected:
-    wxString Name(const std::string& file) const { return wxString::FromUTF8(folder / file); }
-    wxArrayString Names(const std::vector<std::string>& files) const {
-        wxArrayString names;
-        for (const auto& file : files)
-            names.Add(Name(file));
-        return names;
-    }
-
     /// A file with these voxels, 5 to a row.
     template <typename V>
     void Write(const std::string& file, const std::vector<V>& voxels, const Vector3d<float>& offset = {1, 2, 3},
                const Resolution& resolution = {4, 5, 6}) const {
-        kep::Image3d<V> image(&offset, &resolution);
-        image.MakeRoom(5, voxels.size() / 5, 1);
-        std::copy(voxels.begin(), voxels.end(), image.begin());
+        kep::Image3d<V> image = FrameOf(voxels, 5);
+        image.SetOffset(offset);
+        image.SetResolution(resolution);
         image.SaveImage((folder / file).c_str(), kep::FF_BY_NAME, true, nullptr);
     }
     static std::vector<unsigned short> LabelsOf(const kep::Image3d<unsigned short>& frame) {
         return {frame.begin(), frame.end()};
     }
-
-    ScratchFolder folder;
-    CollectedLog log;
 };
 
 // --- ReadSequence ---

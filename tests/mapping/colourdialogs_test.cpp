@@ -3,8 +3,8 @@
 #include "dialogs/zel_minmaxctrl.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_rgbmapping.h"
-#include "tests/dialogs/dialog_user.h"
 #include "tests/mapping/viewer_fixture.h"
+#include "tests/support/user.h"
 
 #include <wx/choice.h>
 #include <wx/fileconf.h>

@@ -1,5 +1,6 @@
 #include "mapping/zel_complexmapping.h"
 #include "tests/mapping/counted.h"
+#include "tests/support/log_catcher.h"
 
 #include <wx/fileconf.h>
 #include <wx/sstream.h>
@@ -149,7 +150,7 @@ TEST(ComplexModule, EachPartKeepsItsOwnLevels) {
     parts[2][0] = 1;
     parts[2][255] = 1;
     Module module(parts);
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetLevels(Real), (Levels{100.0F, 200.0F, 1.0, 0, 255}));
     EXPECT_EQ(module.GetLevels(Imaginary), (Levels{-1.0F, 1.0F, 1.0, 0, 255})) << "only the part shown is stretched";
@@ -170,14 +171,14 @@ TEST(ComplexModule, AStretchIsMadeAnewForANewPart) {
     parts[3][10] = 1; // 20
     parts[3][20] = 1; // 40
     Module module(parts);
-    NotedLog log;
+    LogCatcher log;
     module.Choose(3);
     module.Show(Amplitude);
     EXPECT_EQ(module.GetStretchMode(), 1);
     EXPECT_EQ(module.GetLevels(Amplitude), (Levels{20.0F, 40.0F, 1.0, 0, 255}));
     EXPECT_EQ(module.ColourOf({0.0F, 40.0F}), Gray(255));
-    EXPECT_EQ(log.entries,
-              (NotedLog::Entries{{wxLOG_Debug, "linear stretch 100 200"}, {wxLOG_Debug, "linear stretch 20 40"}}));
+    EXPECT_EQ(log.GetEntries(),
+              (LogCatcher::Entries{{wxLOG_Debug, "linear stretch 100 200"}, {wxLOG_Debug, "linear stretch 20 40"}}));
 }
 
 TEST(ComplexModule, ANewPartBeginsWithTheCurveOfItsLevelsEvenUnderThresholds) {
@@ -252,17 +253,17 @@ TEST(ComplexModule, RangesShrinkPartByPart) {
 TEST(ComplexModule, KeepsNothingInAConfiguration) {
     wxStringInputStream nothing("");
     wxFileConfig config(nothing);
-    NotedLog log;
+    LogCatcher log;
     Module module;
     module.ReadFromConfig(config);
     module.WriteToConfig(config);
     module.ReadLevelsFromConfig(config);
     module.WriteLevelsToConfig(config);
-    NotedLog::Entries expected;
+    LogCatcher::Entries expected;
     for (const char* const function :
          {"ReadFromConfig", "WriteToConfig", "ReadLevelsFromConfig", "WriteLevelsToConfig"})
-        expected.emplace_back(wxLOG_Error,
-                              std::string("zel::zel_ComplexMappingModule<float>::") + function + ": Not implemented");
-    EXPECT_EQ(log.entries, expected);
+        expected.push_back(
+            {wxLOG_Error, std::string("zel::zel_ComplexMappingModule<float>::") + function + ": Not implemented"});
+    EXPECT_EQ(log.GetEntries(), expected);
     EXPECT_EQ(config.GetNumberOfEntries(true), 0U);
 }

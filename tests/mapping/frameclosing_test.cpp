@@ -5,8 +5,8 @@
 #include "dialogs/zel_modaldialog.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_rgbmapping.h"
-#include "tests/dialogs/dialog_user.h"
 #include "tests/mapping/viewer_fixture.h"
+#include "tests/support/user.h"
 #include "viewer/zel_commands.h"
 
 #include <wx/timer.h>

@@ -66,7 +66,7 @@ protected:
         answers.ExpectDriven([&drive](wxDialog& dialog) {
             dialog.Move(20, 20); // off the picture
             EXPECT_TRUE(WaitUntil([&] { return dialog.GetScreenPosition().x < 100; }));
-            Pump(100);
+            Settle(); // what was under it is painted again
             drive(dialog);
         });
         Choose(entry);
@@ -179,7 +179,7 @@ TEST_F(ByteDialogsTest, ATextThatWasNeverCommittedIsNotSeenAfterEscape) {
         TypeInto(*Input(dialog).GetHighText(), "200");
         Press(WXK_ESCAPE);
     });
-    Pump(100);
+    Settle();
     EXPECT_EQ((std::vector<int>{50, 200}), Grays());
     EXPECT_EQ(50, module->GetMappingTable().Get(50));
     EXPECT_EQ(1, previews); // the one at the start
@@ -254,7 +254,7 @@ TEST_F(ByteDialogsTest, EachDialogEndsWithItsCall) {
             EXPECT_EQ(children, frame->GetChildren().size());
         }
     frame->Refresh();
-    Pump(100);
+    Settle(); // nobody reads what the dialogs left
 }
 
 TEST_F(ByteDialogsTest, ANewRangeLimitsTheStretches) {

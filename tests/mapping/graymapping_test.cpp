@@ -1,4 +1,5 @@
 #include "tests/mapping/gray_module.h"
+#include "tests/support/log_catcher.h"
 
 #include <wx/fileconf.h>
 #include <wx/sstream.h>
@@ -76,7 +77,7 @@ TEST(GrayModule, WithoutBinsHasNoDataAndOnlyTheIdentity) {
     EXPECT_FALSE(bytes.HasData());
     EXPECT_EQ(bytes.GetRangeMin(), 0);
     EXPECT_EQ(bytes.GetRangeMax(), 255);
-    const NotedLog log;
+    const LogCatcher log;
     for (const int entry : {3, 4, 5, 2}) {
         bytes.Choose(entry);
         EXPECT_EQ(bytes.GetStretchMode(), entry - 2);
@@ -89,7 +90,7 @@ TEST(GrayModule, WithoutBinsHasNoDataAndOnlyTheIdentity) {
         bytes.ResetMapping();
         EXPECT_EQ(bytes(77), entry == 6 ? 77 : 255) << "the levels, or all between the thresholds";
     }
-    EXPECT_TRUE(log.entries.empty());
+    EXPECT_TRUE(log.GetEntries().empty());
 
     Module<int> numbers{Histogram<int>()};
     EXPECT_EQ(numbers.GetMappingTable().GetSize(), 0U);
@@ -109,7 +110,7 @@ TEST(GrayModule, WithOneBinHasATableOfTheWholeType) {
     EXPECT_EQ(bytes.GetRangeMax(), 7);
     EXPECT_EQ(bytes(7), 0) << "black up to the one value, white above";
     EXPECT_EQ(bytes(8), 255);
-    const NotedLog log;
+    const LogCatcher log;
     bytes.Choose(5);
     EXPECT_EQ(bytes(6), 0);
     EXPECT_EQ(bytes(7), 255) << "all voxels are at or below it";
@@ -118,17 +119,18 @@ TEST(GrayModule, WithOneBinHasATableOfTheWholeType) {
 
 TEST(GrayModule, EqualisationNeedsATableAsLongAsTheRange) {
     Module<int> numbers(Counted<int>(7, 7, {4})); // its table is without entries
-    NotedLog log;
+    LogCatcher log;
     numbers.Choose(5);
-    EXPECT_EQ(log.entries, (NotedLog::Entries{{wxLOG_Error, "The function does nothing because sub-histogram is longer "
-                                                            "than the current lut."}}));
+    EXPECT_EQ(log.GetEntries(),
+              (LogCatcher::Entries{{wxLOG_Error, "The function does nothing because sub-histogram is longer "
+                                                 "than the current lut."}}));
     EXPECT_EQ(numbers.GetStretchMode(), 3);
     EXPECT_EQ(numbers(7), 0);
 }
 
 TEST(GrayModule, LinearStretchGoesFromTheLowestVoxelToTheHighest) {
     Module<unsigned char> module(Bytes({10, 105, 200}));
-    NotedLog log;
+    LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetStretchMode(), 1);
     EXPECT_EQ(module.GetLevels(), (Levels<unsigned char>{10, 200, 1.0, 0, 255}));
@@ -140,7 +142,7 @@ TEST(GrayModule, LinearStretchGoesFromTheLowestVoxelToTheHighest) {
     EXPECT_EQ(module(200), 255);
     EXPECT_EQ(module(255), 255);
     EXPECT_EQ(module.GetThresholds(), (Thresholds<unsigned char>{0, 255}));
-    EXPECT_EQ(log.entries, (NotedLog::Entries{{wxLOG_Debug, "linear stretch 10 200"}}));
+    EXPECT_EQ(log.GetEntries(), (LogCatcher::Entries{{wxLOG_Debug, "linear stretch 10 200"}}));
     module.Choose(2);
     EXPECT_EQ(module.GetStretchMode(), 0);
     EXPECT_EQ(module.GetLevels(), (Levels<unsigned char>{0, 255, 1.0, 0, 255}));
@@ -148,15 +150,15 @@ TEST(GrayModule, LinearStretchGoesFromTheLowestVoxelToTheHighest) {
 }
 
 TEST(GrayModule, TracesShowNegativeNumbersAsTheirComplementAndFloatsTruncated) {
-    NotedLog log;
+    LogCatcher log;
     Module<int>(OfVoxels<int>({-5, 3}, -5, 3)).Choose(3);
     Module<float>(Counted<float>(-1.5F, 2.5F, {1, 0, 0, 0, 1})).Choose(4);
     Module<float>(Counted<float>(-3e38F, 3e38F, {1, 0, 1})).Choose(3);
     // 2^64 - 5 and 2^64 - 1; the last two are held at the limits of long, -2^63 and 2^63 - 1.
-    EXPECT_EQ(log.entries,
-              (NotedLog::Entries{{wxLOG_Debug, "linear stretch 18446744073709551611 3"},
-                                 {wxLOG_Debug, "percentil stretch 18446744073709551615 2"},
-                                 {wxLOG_Debug, "linear stretch 9223372036854775808 9223372036854775807"}}));
+    EXPECT_EQ(log.GetEntries(),
+              (LogCatcher::Entries{{wxLOG_Debug, "linear stretch 18446744073709551611 3"},
+                                   {wxLOG_Debug, "percentil stretch 18446744073709551615 2"},
+                                   {wxLOG_Debug, "linear stretch 9223372036854775808 9223372036854775807"}}));
 }
 
 TEST(GrayModule, PercentilStretchLeavesOutTheFractionLastSet) {
@@ -167,7 +169,7 @@ TEST(GrayModule, PercentilStretchLeavesOutTheFractionLastSet) {
     counts[180] = 15;
     counts[250] = 5;
     Module<unsigned char> module(Counted<unsigned char>(0, 255, counts));
-    NotedLog log;
+    LogCatcher log;
     module.Choose(4);
     EXPECT_EQ(module.GetStretchMode(), 2);
     EXPECT_EQ(module.GetLevels(), (Levels<unsigned char>{5, 250, 1.0, 0, 255})) << "a single voxel is a hundredth";
@@ -180,7 +182,7 @@ TEST(GrayModule, PercentilStretchLeavesOutTheFractionLastSet) {
     EXPECT_EQ(module(20), 0);
     EXPECT_EQ(module(100), 128); // 80 * 255 / 160 = 127.5
     EXPECT_EQ(module(180), 255);
-    EXPECT_EQ(log.entries.back().second, "percentil stretch 20 180");
+    EXPECT_EQ(log.GetEntries().back().text, "percentil stretch 20 180");
 }
 
 TEST(GrayModule, SparseBrightVoxelsStandOnBlackUnderThePercentilStretch) {
@@ -188,7 +190,7 @@ TEST(GrayModule, SparseBrightVoxelsStandOnBlackUnderThePercentilStretch) {
     counts[0] = 99999;
     counts[40] = 1;
     Module<unsigned char> module(Counted<unsigned char>(0, 255, counts));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(4);
     EXPECT_EQ(module.GetLevels(), (Levels<unsigned char>{0, 0, 1.0, 0, 255}));
     EXPECT_EQ(module(0), 0);
@@ -218,7 +220,7 @@ TEST(GrayModule, ARangeWithoutVoxelsIsBlackWhenEqualised) {
 
 TEST(GrayModule, ARangeWithoutVoxelsIsARampUnderTheLinearStretch) {
     Module<unsigned char> module(Bytes({}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetLevels(), (Levels<unsigned char>{255, 0, 1.0, 0, 255})) << "the search crosses over";
     for (const unsigned char v : std::vector<unsigned char>{0, 7, 255})
@@ -227,7 +229,7 @@ TEST(GrayModule, ARangeWithoutVoxelsIsARampUnderTheLinearStretch) {
 
 TEST(GrayModule, TheRangeShrinksWithTheHistogramAndLimitsTheStretch) {
     Module<unsigned char> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     module.OnHistogramChange(SetOf(OfVoxels<unsigned char>({60, 70}, 50, 100)));
     EXPECT_EQ(module.GetRangeMin(), 50);
@@ -272,7 +274,7 @@ TEST(GrayModule, AnEmptyHistogramTakesTheDataAwayAndLeavesTheRange) {
 }
 
 TEST(GrayModule, ResetHoldsLevelsAtBinNumbersNotAtValues) {
-    const NotedLog log;
+    const LogCatcher log;
     Module<int> module(OfVoxels<int>({-50, 80}, -100, 100)); // the range's bins are 0 and 200
     module.Choose(3);
     module.Choose(6);
@@ -316,7 +318,7 @@ TEST(GrayModule, ResetHoldsThresholdsAtBinNumbersNotAtValues) {
 
 TEST(GrayModule, ForBytesValuesAndBinNumbersAreTheSame) {
     Module<unsigned char> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     module.Choose(6);
     module.ResetMapping();
@@ -370,7 +372,7 @@ TEST(GrayModule, PreviewsBeyondTheTypeAreHeldAtItsLimits) {
 TEST(GrayModule, KeepsNothingInAConfiguration) {
     wxStringInputStream nothing("");
     wxFileConfig config(nothing);
-    NotedLog log;
+    LogCatcher log;
     const auto callAll = [&config](auto&& module) {
         module.ReadFromConfig(config);
         module.WriteToConfig(config);
@@ -381,12 +383,12 @@ TEST(GrayModule, KeepsNothingInAConfiguration) {
     callAll(Module<unsigned short>(OfVoxels<unsigned short>({})));
     callAll(Module<int>(OfVoxels<int>({}, 0, 1)));
     callAll(Module<float>(Counted<float>(0, 1, {0, 0})));
-    NotedLog::Entries expected;
+    LogCatcher::Entries expected;
     for (const std::string type : {"unsigned char", "unsigned short", "int", "float"})
         for (const std::string function :
              {"ReadFromConfig", "WriteToConfig", "ReadLevelsFromConfig", "WriteLevelsToConfig"})
-            expected.emplace_back(wxLOG_Error,
-                                  "zel::zel_GrayMappingModule<" + type + ">::" + function + ": Not implemented");
-    EXPECT_EQ(log.entries, expected);
+            expected.push_back(
+                {wxLOG_Error, "zel::zel_GrayMappingModule<" + type + ">::" + function + ": Not implemented"});
+    EXPECT_EQ(log.GetEntries(), expected);
     EXPECT_EQ(config.GetNumberOfEntries(true), 0U);
 }

@@ -1,4 +1,5 @@
 #include "tests/mapping/gray_module.h"
+#include "tests/support/log_catcher.h"
 
 #include <gtest/gtest.h>
 
@@ -50,7 +51,7 @@ TEST(GrayPalettes, PalettesColourTheLevelsAndLeaveTheStretch) {
 
 TEST(GrayPalettes, PalettesColourWhatTheStretchGives) {
     Module<unsigned char> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     module.Choose(9);
     EXPECT_EQ(module.ColourOf(200), Colour(255, 0, 0));

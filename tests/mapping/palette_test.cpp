@@ -1,6 +1,7 @@
 #include "mapping/zel_palette.h"
 #include "tests/mapping/counted.h"
 #include "tests/support/failing_memory.h"
+#include "tests/support/log_catcher.h"
 #include "tests/support/peak_memory.h"
 #include "tests/support/scratch_folder.h"
 
@@ -25,10 +26,10 @@ protected:
         return LoadPalette(palette, wxString::FromUTF8(name));
     }
 
-    void TearDown() override { EXPECT_TRUE(log.entries.empty()); }
+    void TearDown() override { EXPECT_TRUE(log.GetEntries().empty()); }
 
     ScratchFolder folder;
-    NotedLog log;
+    LogCatcher log;
     Palette palette{{7, 7, 7}, {8, 8, 8}};
 };
 

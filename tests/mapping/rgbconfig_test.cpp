@@ -1,4 +1,5 @@
 #include "tests/mapping/rgb_module.h"
+#include "tests/support/log_catcher.h"
 #include "tests/support/scratch_folder.h"
 
 #include <wx/fileconf.h>
@@ -71,7 +72,7 @@ void ExpectEveryKey(const zel_RGBMappingModule<Byte>& module) {
 
 TEST(RGBConfig, AnEmptyOneGivesTheDefaults) {
     ColourModule<Word> module(OfVoxels<Word>({}, 100, 200));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     module.Choose(14, false);
     module.SetPercentilValue(0.5);
@@ -166,7 +167,7 @@ TEST(RGBConfig, AValueThatIsNoNumberIsAMissingOne) {
 
 TEST(RGBConfig, AStretchThatIsNoneBlackensThePicture) {
     ColourModule<Byte> module(OfVoxels<Byte>({}));
-    NotedLog log;
+    LogCatcher log;
     for (const char* const mode : {"8", "1", "0", "-3", "2147483647", "-2147483648"}) {
         module.ReadFromConfig(*ConfigOf(wxString("RGBMAP_STRETCH_MODE=") + mode));
         module.ResetMapping();
@@ -174,15 +175,15 @@ TEST(RGBConfig, AStretchThatIsNoneBlackensThePicture) {
         module.Choose(2);
         EXPECT_EQ(module(0, 255), 255) << "and any stretch of the menu ends that";
     }
-    EXPECT_TRUE(log.entries.empty());
+    EXPECT_TRUE(log.GetEntries().empty());
     module.ReadFromConfig(*ConfigOf("RGBMAP_STRETCH_MODE=5"));
     for (int i = 0; i < 2; ++i)
         module.ResetMapping();
     EXPECT_EQ(module(0, 255), 0);
     EXPECT_EQ(module.GetStretchMode(), 3);
-    const std::pair<wxLogLevel, std::string> entry{
-        wxLOG_Error, "The function does nothing. It is implemented only for GRAY or float images."};
-    EXPECT_EQ(log.entries, (NotedLog::Entries{entry, entry})) << "each time";
+    const LogCatcher::Entry entry{wxLOG_Error,
+                                  "The function does nothing. It is implemented only for GRAY or float images."};
+    EXPECT_EQ(log.GetEntries(), (LogCatcher::Entries{entry, entry})) << "each time";
 }
 
 TEST(RGBConfig, AGammaThatIsNoneIsRefusedByTheTables) {

@@ -1,4 +1,5 @@
 #include "tests/mapping/rgb_module.h"
+#include "tests/support/log_catcher.h"
 
 #include <gtest/gtest.h>
 
@@ -66,21 +67,21 @@ TEST(RGBModule, TablesCoverTheTypeWhateverTheHistograms) {
 
 TEST(RGBModule, LinearStretchGoesByEachChannel) {
     ColourModule<Byte> module(Bytes({10, 200}), Bytes({0, 100}), Bytes({50, 150}));
-    NotedLog log;
+    LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetStretchMode(), 1);
     EXPECT_EQ(module.GetLevels(0), (Levels<Byte>{10, 200, 1.0, 0, 255}));
     EXPECT_EQ(module.GetLevels(1), (Levels<Byte>{0, 100, 1.0, 0, 255}));
     EXPECT_EQ(module.GetLevels(2), (Levels<Byte>{50, 150, 1.0, 0, 255}));
     EXPECT_EQ(module.ColourOf({105, 50, 75}), Colour(128, 128, 64)); // 127.5, 127.5, 63.75
-    EXPECT_EQ(log.entries, (NotedLog::Entries{{wxLOG_Debug, "linear stretch 0 - 10 200"},
-                                              {wxLOG_Debug, "linear stretch 1 - 0 100"},
-                                              {wxLOG_Debug, "linear stretch 2 - 50 150"}}));
+    EXPECT_EQ(log.GetEntries(), (LogCatcher::Entries{{wxLOG_Debug, "linear stretch 0 - 10 200"},
+                                                     {wxLOG_Debug, "linear stretch 1 - 0 100"},
+                                                     {wxLOG_Debug, "linear stretch 2 - 50 150"}}));
 }
 
 TEST(RGBModule, AConstantChannelIsShownOverItsRangeByTheLinearStretchAlone) {
     ColourModule<Byte> module(Bytes({10, 200}), Bytes({90, 90}), Bytes({}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetLevels(1), (Levels<Byte>{0, 255, 1.0, 0, 255}));
     EXPECT_EQ(module.GetLevels(2), (Levels<Byte>{0, 255, 1.0, 0, 255})) << "an empty one too";
@@ -96,22 +97,22 @@ TEST(RGBModule, PercentilStretchLeavesOutAShareAtEitherEnd) {
     voxels[0] = 5; // a thousandth: reached by 5 itself
     voxels[1] = 250;
     ColourModule<Byte> module(Bytes(voxels));
-    NotedLog log;
+    LogCatcher log;
     module.Choose(4);
     EXPECT_EQ(module.GetLevels(0), (Levels<Byte>{5, 250, 1.0, 0, 255}));
     module.SetPercentilValue(0.0011);
     EXPECT_EQ(module.GetLevels(0).inMin, 5) << "nothing else happens";
     module.ResetMapping();
     EXPECT_EQ(module.GetLevels(0), (Levels<Byte>{100, 100, 1.0, 0, 255}));
-    EXPECT_EQ(log.entries.front(), (std::pair<wxLogLevel, std::string>{wxLOG_Debug, "percentil stretch 0 - 5 250"}));
+    EXPECT_EQ(log.GetEntries().front(), (LogCatcher::Entry{wxLOG_Debug, "percentil stretch 0 - 5 250"}));
 }
 
 TEST(RGBModule, EqualisationOnlyLogs) {
     ColourModule<Byte> module(Bytes({10, 200}));
-    NotedLog log;
+    LogCatcher log;
     module.SetHistEqualStretch();
-    EXPECT_EQ(log.entries,
-              (NotedLog::Entries{
+    EXPECT_EQ(log.GetEntries(),
+              (LogCatcher::Entries{
                   {wxLOG_Error, "The function does nothing. It is implemented only for GRAY or float images."}}));
     EXPECT_EQ(module(0, 77), 77);
 }
@@ -146,7 +147,7 @@ TEST(RGBModule, MapsEveryPixelOfABuffer) {
 
 TEST(RGBModule, AChannelWithItsThresholdsAtTheEndsOfItsRangeKeepsItsLevels) {
     ColourModule<Byte> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     module.PreviewThresholds(100, 150, 0);
     EXPECT_EQ(module(0, 99), 0);
     EXPECT_EQ(module(0, 100), 255);
@@ -201,7 +202,7 @@ TEST(RGBModule, RangesShrinkWithTheHistograms) {
 
 TEST(RGBModule, ParametersAreHeldWithinTheRangeWhateverTheStretch) {
     ColourModule<Byte> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     module.OnHistogramChange(SetOf(OfVoxels<Byte>({20, 30}, 0, 100), Bytes({10, 200}), Bytes({10, 200})));
     EXPECT_EQ(module.GetThresholds(0), (Thresholds<Byte>{0, 100})) << "under the linear stretch too";
@@ -218,7 +219,7 @@ TEST(RGBModule, ParametersAreHeldWithinTheRangeWhateverTheStretch) {
 
 TEST(RGBModule, ResetFollowsTheStretch) {
     ColourModule<Byte> module(Bytes({10, 200}));
-    const NotedLog log;
+    const LogCatcher log;
     for (const int entry : {2, 3, 4, 6, 7}) {
         module.Choose(entry);
         const auto levels = module.GetLevels(1);
@@ -234,7 +235,7 @@ TEST(RGBModule, HasDataIfAnyChannelHas) {
     EXPECT_FALSE(ColourModule<Byte>(Histogram<Byte>()).HasData());
     ColourModule<Byte> module(Histogram<Byte>(), Histogram<Byte>(), Bytes({1}));
     EXPECT_TRUE(module.HasData());
-    const NotedLog log;
+    const LogCatcher log;
     module.Choose(3);
     EXPECT_EQ(module.GetLevels(0), (Levels<Byte>{0, 255, 1.0, 0, 255})) << "left out";
     // Commands that would ask, with a channel that has nothing to be asked about.

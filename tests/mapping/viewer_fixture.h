@@ -6,6 +6,7 @@
 #include "mapping/zel_graymapping.h"
 #include "mapping/zel_mappingevents.h"
 #include "tests/support/gui_test.h"
+#include "tests/support/pictures.h"
 
 #include <wx/menu.h>
 
@@ -15,36 +16,6 @@
 #include <vector>
 
 namespace zel::test {
-
-/// Leaves the pictures to the voxels.
-inline void HideDecorations(zel_Viewer3dCanvas& canvas) {
-    zel_CanvasSettings settings;
-    canvas.GetSettings(settings);
-    settings.cutPointer.style = 0;
-    settings.timeBar.thickness = 0;
-    settings.scaleBar.thickness = 0;
-    canvas.SetSettings(settings);
-    if (canvas.GetInfoFlag())
-        canvas.ToggleInfoFlag();
-}
-
-/// An image of one micron a voxel, whose voxels are made by their place, and whose extremes are known.
-template <typename T, typename MakeVoxel>
-std::unique_ptr<mor::Image4d<T>> MakeImage(kep::Vector3d<std::size_t> size, std::size_t frames,
-                                           const MakeVoxel& makeVoxel) {
-    const kep::Resolution resolution(1, 1, 1);
-    auto image = std::make_unique<mor::Image4d<T>>(nullptr, &resolution);
-    image->MakeRoom(size, frames);
-    for (std::size_t t = 0; t < frames; ++t) {
-        std::size_t i = 0;
-        for (T& voxel : *image->GetImage(t)) {
-            const kep::Vector3d<std::size_t> at = image->GetFramePos(i++);
-            voxel = static_cast<T>(makeVoxel(at.x, at.y, at.z, t));
-        }
-    }
-    image->UpdateMinMaxValues();
-    return image;
-}
 
 /// A shown viewer of the factory's, and the module in it.
 template <typename T, typename Module = zel_GrayMappingModule<T>>

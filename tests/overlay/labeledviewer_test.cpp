@@ -241,7 +241,7 @@ TEST_F(LabeledViewerTest, FollowsTimeCutZoomAndContent) {
     viewer->Run(zel_CMD_AUTOFOCUS_ALL);
     viewer->Choose(zel_OE_BOUNDARY);
     viewer->Run(zel_CMD_ZOOM_IN);
-    Pump(100);
+    EXPECT_TRUE(WaitUntil([&] { return viewer->Picture(zel_PT_XY).GetSize() == wxSize(40, 32); }));
     ExpectPictures(*viewer, "twice as large", 2);
 }
 
@@ -365,8 +365,7 @@ TEST_F(LabeledViewerTest, BearsWindowsWithoutSizeAndAnyOrderOfCommands) {
     }
     viewer->Run(zel_CMD_NORMAL_ZOOM);
     viewer->Run(zel_CMD_ADJUST_FRAME_SIZE);
-    EXPECT_TRUE(WaitUntil([&] { return viewer->canvas->GetSize().x >= 38; }));
-    Pump(50);
+    EXPECT_TRUE(WaitUntil([&] { return viewer->Picture(zel_PT_XY).GetSize() == wxSize(20, 16); }));
     ExpectPictures(*viewer, "and all is well afterwards");
 }
 

@@ -46,6 +46,10 @@ const std::set<std::string_view> names = {
 /// Words of every day, which count where they are called.
 const std::set<std::string_view> calls = {"rename", "creat", "truncate", "system", "popen"};
 
+/// Configurations, which write their file by themselves, at the latest when they go. What is handed in by reference is
+/// the host's own; what is made or asked for here counts.
+const std::set<std::string_view> configurations = {"wxFileConfig", "wxConfig", "wxRegConfig", "wxConfigBase"};
+
 /// Where a name may stand: beside the one place that opens files for writing, what cannot be told apart by its name.
 const std::set<std::pair<std::string, std::string>> allowed = {
     {"core/kepcore/kep_atomicfile.cpp", "O_RDWR"},
@@ -58,6 +62,11 @@ bool IsWordPart(char c) {
     return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '_';
 }
 
+/// What follows a class's name where an object of it is made, or kept, or a function of its own called.
+bool MakesObject(char next) {
+    return IsWordPart(next) || next == '(' || next == '{' || next == '>' || next == ':';
+}
+
 /// The names in a source that open files for writing.
 std::vector<std::string> FindWriters(std::string_view source) {
     std::vector<std::string> found;
@@ -67,8 +76,9 @@ std::vector<std::string> FindWriters(std::string_view source) {
             ++end;
         const std::string_view word = source.substr(at, end - at);
         const std::size_t next = source.find_first_not_of(" \t\r\n", end);
-        const bool isCall = next != std::string_view::npos && source[next] == '(';
-        if (names.contains(word) || (isCall && calls.contains(word)))
+        const char behind = next != std::string_view::npos ? source[next] : '\0';
+        if (names.contains(word) || (behind == '(' && calls.contains(word)) ||
+            (MakesObject(behind) && configurations.contains(word)))
             found.emplace_back(word);
         at = std::max(end, at + 1);
     }
@@ -134,6 +144,14 @@ TEST(Sources, ArePlantedWithEachWayToWriteAndFound) {
         {"gzFile f = gzopen(name, \"wb\");", "gzopen"},
         {"document.save_file(name);", "save_file"},
         {"std::system(\"cp a b\");", "system"},
+        {"wxFileConfig config(appName, vendor, fileName);", "wxFileConfig"},
+        {"wxFileConfig config{appName};", "wxFileConfig"},
+        {"auto* config = new wxFileConfig(appName);", "wxFileConfig"},
+        {"auto config = std::make_unique<wxFileConfig>(appName);", "wxFileConfig"},
+        {"wxFileConfig config;", "wxFileConfig"},
+        {"class Settings : public wxFileConfig {", "wxFileConfig"},
+        {"wxConfig config(\"zel\");", "wxConfig"},
+        {"wxConfigBase::Get()->Write(key, value);", "wxConfigBase"},
     };
     for (const auto& [source, name] : samples)
         EXPECT_THAT(FindWriters(source), Contains(name)) << source;
@@ -143,8 +161,9 @@ TEST(Sources, ThatOnlySpeakOfFilesAreLeftInPeace) {
     for (const char* const source :
          {"file.Write(bytes, count);", "/// The rename puts it over the target.", "std::ifstream* in;",
           "TIFFOpenOptions* o = TIFFOpenOptionsAlloc();", "zel_truncate.h", "::open(name, O_RDONLY | O_CLOEXEC)",
-          "class wxFileConfig;", "wxFileName(name)", "wxFileSelector(\"Load\")", "myrename(a)",
-          "a system that is full"})
+          "class wxFileConfig;", "class WXDLLIMPEXP_FWD_BASE wxFileConfig;", "#include <wx/fileconf.h>",
+          "void Read(wxFileConfig& config, wxFileConfig* other);", "void Write(wxConfigBase &) {", "wxFileName(name)",
+          "wxFileSelector(\"Load\")", "myrename(a)", "a system that is full"})
         EXPECT_THAT(FindWriters(source), IsEmpty()) << source;
 }
 

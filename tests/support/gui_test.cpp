@@ -1,9 +1,16 @@
 #include "tests/support/gui_test.h"
 
+#include "tests/support/xwindows.h"
+
 #include <wx/dcclient.h>
 #include <wx/evtloop.h>
 #include <wx/stopwatch.h>
+#include <wx/weakref.h>
 
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <cstdint>
 #include <cstdlib>
 #include <exception>
 
@@ -45,19 +52,86 @@ public:
 
 AssertCatcher* currentAsserts = nullptr;
 
+/// A function of the system beneath the toolkit, which comes with the toolkit, but without its headers.
+template <typename Signature>
+Signature* SystemFunction(const char* name) {
+    void* const function = dlsym(RTLD_DEFAULT, name);
+    if (function == nullptr)
+        throw std::runtime_error(std::string("the system has no ") + name);
+    return reinterpret_cast<Signature*>(function);
+}
+
+/// Everything that was asked of the display is done, and what it says is in the queue of events.
+void SyncDisplay() {
+    static auto* const theDisplay = SystemFunction<void*()>("gdk_display_get_default");
+    static auto* const sync = SystemFunction<void(void*)>("gdk_display_sync");
+    sync(theDisplay());
+}
+
+/// The clock by which a window lays out and paints, or null if it is not on the screen.
+void* FrameClockOf(const wxTopLevelWindow& window) {
+    static auto* const clockOf = SystemFunction<void*(void*)>("gtk_widget_get_frame_clock");
+    return window.IsShown() && !window.IsIconized() ? clockOf(window.GetHandle()) : nullptr;
+}
+
+std::int64_t FramesOf(void* clock) {
+    static auto* const frames = SystemFunction<std::int64_t(void*)>("gdk_frame_clock_get_frame_counter");
+    return frames(clock);
+}
+
+void RequestFrame(void* clock) {
+    constexpr int paintPhase = 1 << 4;
+    static auto* const request = SystemFunction<void(void*, int)>("gdk_frame_clock_request_phase");
+    request(clock, paintPhase);
+}
+
+void PassFrame() {
+    std::vector<std::pair<wxWeakRef<wxTopLevelWindow>, std::int64_t>> framesThen;
+    for (wxWindow* const window : wxTopLevelWindows)
+        if (auto* const topLevel = dynamic_cast<wxTopLevelWindow*>(window))
+            if (void* const clock = FrameClockOf(*topLevel))
+                framesThen.emplace_back(topLevel, FramesOf(clock));
+    const auto waits = [](const auto& then) {
+        void* const clock = then.first ? FrameClockOf(*then.first) : nullptr;
+        if (clock == nullptr || FramesOf(clock) > then.second)
+            return false;
+        RequestFrame(clock); // again and again: one that comes in the middle of a frame is lost
+        return true;
+    };
+    EXPECT_TRUE(WaitUntil([&] { return std::none_of(framesThen.begin(), framesThen.end(), waits); }))
+        << "a window on the screen is not painted";
+}
+
 } // namespace
 
-void Pump(int milliseconds) {
+void Pump() {
     wxEventLoopBase* const loop = wxEventLoopBase::GetActive();
-    const wxStopWatch watch;
     do {
         while (loop->Pending())
             loop->Dispatch();
         wxTheApp->ProcessPendingEvents();
-        loop->ProcessIdle(); // windows that were told to Destroy go here
-        if (milliseconds > 0 && !loop->Pending())
-            wxMilliSleep(1);
-    } while (loop->Pending() || watch.Time() < milliseconds);
+        loop->ProcessIdle();
+    } while (loop->Pending());
+}
+
+void PassFrames(int count) {
+    for (int i = 0; i < count; ++i)
+        PassFrame();
+}
+
+void Settle() {
+    for (int round = 0; round < 2; ++round) { // what comes in the first may ask for more
+        SyncDisplay();
+        EXPECT_TRUE(WaitForWindowManager()) << "the window manager does not answer";
+        SyncDisplay();
+        Pump();
+        PassFrame();
+    }
+}
+
+void LetUnwantedTicksCome(int milliseconds) {
+    const wxStopWatch watch;
+    WaitUntil([&] { return watch.Time() >= milliseconds; }, milliseconds);
 }
 
 bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
@@ -65,7 +139,8 @@ bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
     while (!condition()) {
         if (watch.Time() > milliseconds)
             return false;
-        Pump(2);
+        Pump();
+        wxMilliSleep(1);
     }
     return true;
 }
@@ -81,12 +156,13 @@ bool ShowAndWait(wxTopLevelWindow& window) {
     window.Raise();
     const bool shown = WaitUntil([&] { return painted && window.IsShownOnScreen(); });
     window.Unbind(wxEVT_PAINT, note);
-    Pump(30); // a window manager's last words on the size
+    Settle(); // a window manager's last words on the size
     return shown;
 }
 
 bool ResizeClient(wxTopLevelWindow& window, const wxSize& size) {
     window.SetSize(window.ClientToWindowSize(size));
+    Settle();
     return WaitUntil([&] { return window.GetClientSize() == size; });
 }
 
@@ -104,7 +180,7 @@ wxColour ColourAt(const wxImage& picture, const wxPoint& at) {
     return {picture.GetRed(at.x, at.y), picture.GetGreen(at.x, at.y), picture.GetBlue(at.x, at.y)};
 }
 
-void PressKey(wxWindow& window, int keyCode, int modifiers) {
+bool PressKey(wxWindow& window, int keyCode, int modifiers) {
     wxKeyEvent event(wxEVT_KEY_DOWN);
     event.m_keyCode = keyCode;
     event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
@@ -112,7 +188,7 @@ void PressKey(wxWindow& window, int keyCode, int modifiers) {
     event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
     event.SetId(window.GetId());
     event.SetEventObject(&window);
-    window.ProcessWindowEvent(event);
+    return window.ProcessWindowEvent(event);
 }
 
 void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifiers) {
@@ -122,26 +198,6 @@ void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifi
     event.SetId(window.GetId());
     event.SetEventObject(&window);
     window.ProcessWindowEvent(event);
-}
-
-LogCatcher::LogCatcher() : m_previous(wxLog::SetActiveTarget(this)), m_previousLevel(wxLog::GetLogLevel()) {
-    wxLog::SetLogLevel(wxLOG_Max);
-}
-
-LogCatcher::~LogCatcher() {
-    wxLog::SetLogLevel(m_previousLevel);
-    wxLog::SetActiveTarget(m_previous);
-}
-
-bool LogCatcher::Has(wxLogLevel level, const std::string& text) const {
-    for (const Entry& entry : m_entries)
-        if (entry.level == level && entry.text == text)
-            return true;
-    return false;
-}
-
-void LogCatcher::DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo&) {
-    m_entries.push_back({level, text.utf8_string()});
 }
 
 AssertCatcher::AssertCatcher() : m_previous(wxSetAssertHandler(&Handle)) {
@@ -180,7 +236,7 @@ void DialogAnswers::ExpectDriven(std::function<void(wxDialog&)> drive) {
     Expect([drive = std::move(drive)](wxDialog& dialog) -> int {
         const auto run = [drive, &dialog] {
             EXPECT_TRUE(WaitUntil([&] { return dialog.IsModal() && dialog.IsShownOnScreen(); }));
-            Pump(50); // a window manager's last words, and the first paint
+            Settle(); // a window manager's last words, and the first paint
             drive(dialog);
             if (dialog.IsModal()) {
                 ADD_FAILURE() << "the dialog \"" << dialog.GetTitle().utf8_string() << "\" is still open";

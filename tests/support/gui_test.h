@@ -2,6 +2,8 @@
 
 // For tests with real windows: an event loop that moves only when told, pictures, input, and what the toolkit says.
 
+#include "tests/support/log_catcher.h"
+
 #include <wx/modalhook.h>
 #include <wx/wx.h>
 
@@ -14,16 +16,28 @@
 
 namespace zel::test {
 
-/// Dispatches what is pending: system events, pending events, idle time; goes on for `milliseconds`.
-void Pump(int milliseconds = 0);
+/// Dispatches what is pending: system events, pending events, idle time, in which windows that were told to Destroy go.
+void Pump();
 
 /// Pumps until the condition holds. @return whether it did within the limit
 bool WaitUntil(const std::function<bool()>& condition, int milliseconds = 5000);
 
+/// Pumps until each window on the screen has gone through `count` of its frames. In a frame the toolkit delivers the
+/// moves of the pointer, lays out and paints: what was asked for before has been painted then.
+void PassFrames(int count);
+
+/// Waits until all that has been asked for so far has happened: the display and the window manager, if there is one,
+/// have answered, real input has arrived, windows have their size and picture. Only timers may still have to come.
+void Settle();
+
+/// Pumps for a fixed time: for a tick of a timer that must not come, and by which no event can be told to be missing.
+/// Whatever comes without a timer has come after Settle().
+void LetUnwantedTicksCome(int milliseconds);
+
 /// Shows a top-level window and waits until it has painted: from then on Update() paints at once.
 bool ShowAndWait(wxTopLevelWindow& window);
 
-/// Gives a top-level window a client area of this size, and waits for it.
+/// Gives a top-level window a client area of this size, and waits until it has it and all inside is laid out.
 bool ResizeClient(wxTopLevelWindow& window, const wxSize& size);
 
 /// What stands on the screen in the window's client area.
@@ -31,33 +45,10 @@ wxImage Screen(wxWindow& window);
 
 wxColour ColourAt(const wxImage& picture, const wxPoint& at);
 
-/// The toolkit's own event objects, sent straight to the window.
-void PressKey(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE);
+/// The toolkit's own event objects, sent straight to the window. @return whether the window kept the key, rather than
+/// skip it
+bool PressKey(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE);
 void SendMouse(wxWindow& window, wxEventType type, const wxPoint& at, int modifiers = wxMOD_NONE);
-
-/// While one lives, the toolkit's log comes here and opens no box.
-class LogCatcher : public wxLog {
-public:
-    struct Entry {
-        wxLogLevel level;
-        std::string text;
-    };
-
-    LogCatcher();
-    ~LogCatcher() override;
-    LogCatcher(const LogCatcher&) = delete;
-    LogCatcher& operator=(const LogCatcher&) = delete;
-    const std::vector<Entry>& GetEntries() const { return m_entries; }
-    bool Has(wxLogLevel level, const std::string& text) const;
-
-protected:
-    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo& info) override;
-
-private:
-    std::vector<Entry> m_entries;
-    wxLog* m_previous;
-    wxLogLevel m_previousLevel;
-};
 
 /// While one lives, failed assertions are collected; otherwise each fails the test.
 class AssertCatcher {

@@ -1,5 +1,4 @@
-#include "tests/support/gui_test.h"
-#include "viewer/zel_viewer3dcanvas.h"
+#include "tests/viewer/noting_canvas.h"
 
 #include <wx/dcclient.h>
 
@@ -10,72 +9,30 @@ using namespace zel::test;
 
 namespace {
 
-/// A canvas without voxels: it paints each window in a colour of its own and notes what it is told.
-class PlainCanvas : public zel_Viewer3dCanvas {
+/// Paints each window in a colour of its own.
+class PlainCanvas : public NotingCanvas {
 public:
-    explicit PlainCanvas(wxWindow* parent) : zel_Viewer3dCanvas(parent, wxID_ANY, wxDefaultPosition, wxDefaultSize) {}
+    using NotingCanvas::NotingCanvas;
 
-    void ReverseAxis(int axis) override { calls.push_back("ReverseAxis " + std::to_string(axis)); }
     void Draw(wxDC& dc, zel_ProjectionType type) override {
         ++draws;
         dc.SetPen(*wxTRANSPARENT_PEN);
         dc.SetBrush(wxBrush(wxColour(static_cast<unsigned char>(10 * type), 100, 200)));
         dc.DrawRectangle(0, 0, 4, 4);
     }
-    kep::Vector3d<std::size_t> GetImageSize() override { return {}; }
-    int GetTime() override { return static_cast<int>(m_time); }
-    int GetImageCount() override { return 0; }
-    kep::Resolution GetResolution() override { return {}; }
-    void Save3dData(const wxString&) override {}
-    void SaveActualView(const char*, int, zel_ProjectionType) override {}
-    void SaveGalleryView(const char*, int, int, int, bool, int, int) override {}
     void InfoFrame_UpdatePixelInfo() override { calls.push_back("PixelInfo"); }
-    void InfoFrame_UpdateImageInfo() override {}
-    void InfoFrame_UpdateCutAndVisBoxInfo() override {}
     void MakeDirtyAndRefresh(zel_ProjectionType) override {}
-    wxString CreateTitle() override { return {}; }
-    void OnCutChange(zel_ProjectionType mask) override {
-        calls.push_back("OnCutChange " + std::to_string(mask));
-        zel_Viewer3dCanvas::OnCutChange(mask);
-    }
-    void OnVis3dChange(zel_ProjectionType mask) override {
-        calls.push_back("OnVis3dChange " + std::to_string(mask));
-        zel_Viewer3dCanvas::OnVis3dChange(mask);
-    }
-    void OnContentChange(zel_ProjectionType mask) override {
-        calls.push_back("OnContentChange " + std::to_string(mask));
-        zel_Viewer3dCanvas::OnContentChange(mask);
-    }
 
     using zel_Viewer3dCanvas::CenterViewIfOut;
-    using zel_Viewer3dCanvas::RecomputeVisible;
     using zel_Viewer3dCanvas::RepaintNow;
 
-    std::vector<std::string> calls;
     int draws = 0;
 };
 
-class CanvasTest : public GuiTest {
+class CanvasTest : public CanvasFixture<PlainCanvas> {
 protected:
-    void SetUp() override {
-        frame = new wxFrame(nullptr, wxID_ANY, "canvas");
-        canvas = new PlainCanvas(frame);
-        ASSERT_TRUE(ShowAndWait(*frame));
-        ASSERT_TRUE(ResizeClient(*frame, wxSize(400, 400)));
-        Pump(50);
-        canvas->calls.clear();
-    }
-    void TearDown() override {
-        frame->Destroy();
-        GuiTest::TearDown();
-    }
     wxSize Inner(zel_ProjectionType type) { return canvas->GetDrWin(type)->GetClientSize(); }
-
-    wxFrame* frame = nullptr;
-    PlainCanvas* canvas = nullptr;
 };
-
-using Calls = std::vector<std::string>;
 
 } // namespace
 
@@ -301,23 +258,23 @@ TEST_F(CanvasTest, WindowsShowTheirPictureOnBlack) {
 TEST_F(CanvasTest, ARefreshPaintsEachWindowOnceAndThenAllIsQuiet) {
     canvas->draws = 0;
     canvas->Refresh(false);
-    Pump(300);
+    Settle();
     EXPECT_EQ(canvas->draws, 3);
     canvas->draws = 0;
-    Pump(1000);
+    PassFrames(10);
     EXPECT_EQ(canvas->draws, 0);
 }
 
 TEST_F(CanvasTest, APaintOfOneWindowLeavesTheOthersAlone) {
     canvas->draws = 0;
     canvas->GetDrWin(zel_PT_XZ)->Refresh(false);
-    Pump(300);
+    PassFrames(10);
     EXPECT_EQ(canvas->draws, 1);
 }
 
 TEST_F(CanvasTest, AHiddenFrameStillGetsItsPictures) {
     frame->Hide();
-    Pump(50);
+    Settle();
     canvas->draws = 0;
     canvas->RepaintNow();
     EXPECT_EQ(canvas->draws, 3);
@@ -330,7 +287,6 @@ TEST_F(CanvasTest, AHiddenFrameStillGetsItsPictures) {
 
 TEST_F(CanvasTest, ResizingLaysOutAnew) {
     ASSERT_TRUE(ResizeClient(*frame, wxSize(200, 210)));
-    Pump(50);
     std::erase(canvas->calls, "PixelInfo"); // the pointer may come to lie in another window
     ASSERT_FALSE(canvas->calls.empty());
     EXPECT_EQ(canvas->calls.back(), "OnVis3dChange 7");

@@ -41,8 +41,15 @@ public:
     std::function<void()> onEnd;
 };
 
-inline zel_Viewer3dFrame* MakeFrame(wxWindow* parent = nullptr, wxSize size = {500, 450}) {
-    return new zel_Viewer3dFrame(parent, wxID_ANY, "viewer", wxDefaultPosition, size, wxDEFAULT_FRAME_STYLE);
+/// A frame whose timer can be looked at.
+class OpenFrame : public zel_Viewer3dFrame {
+public:
+    using zel_Viewer3dFrame::m_statusTimer;
+    using zel_Viewer3dFrame::zel_Viewer3dFrame;
+};
+
+inline OpenFrame* MakeFrame(wxWindow* parent = nullptr, wxSize size = {500, 450}) {
+    return new OpenFrame(parent, wxID_ANY, "viewer", wxDefaultPosition, size, wxDEFAULT_FRAME_STYLE);
 }
 
 /// A shown frame with a canvas of 10 frames. Its box wants 200 x 200, 200 x 70 and 70 x 200 pixels; with 6 for each
@@ -74,8 +81,20 @@ protected:
         return event.GetChecked();
     }
     std::string Message() { return frame->GetStatusBar()->GetStatusText(1).utf8_string(); }
+    /// Milliseconds that a message which has just come will stay; 0 if no time runs for one.
+    int TimeLeftToMessage() {
+        const wxTimer& timer = frame->m_statusTimer;
+        EXPECT_TRUE(timer.IsOneShot());
+        return timer.IsRunning() ? timer.GetInterval() : 0;
+    }
+    /// The end of that time, before it is over.
+    void TickForMessage() {
+        ASSERT_TRUE(frame->m_statusTimer.IsRunning());
+        frame->m_statusTimer.Stop();
+        frame->m_statusTimer.Notify();
+    }
 
-    zel_Viewer3dFrame* frame = nullptr;
+    OpenFrame* frame = nullptr;
     FrameCanvas* canvas = nullptr;
 };
 

@@ -12,7 +12,7 @@ TEST(FrameDecorationTest, TheFirstWindowGetsItsClientAreaBackFromTheTitleBar) {
     EXPECT_EQ(frame->GetClientSize(), wxSize(282, 282)); // 200 + 6 + 70 + 6
     frame->Show();
     EXPECT_TRUE(WaitUntil([&] { return frame->IsShownOnScreen() && frame->GetCanvas()->GetSize().x > 2; }));
-    Pump(300);
+    Settle();
     EXPECT_EQ(frame->GetClientSize(), wxSize(282, 282));
     EXPECT_EQ(frame->GetCanvas()->GetSize(), wxSize(282, 282));
     frame->Destroy();

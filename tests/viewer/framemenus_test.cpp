@@ -98,18 +98,9 @@ protected:
         std::vector<int> commands;
         const auto note = [&commands](wxCommandEvent& event) { commands.push_back(event.GetId()); };
         frame->Bind(wxEVT_MENU, note);
-        wxUIActionSimulator keyboard;
-        keyboard.Char(key, modifiers);
-        WaitUntil([&] { return !commands.empty(); }, 1000);
-        Pump(50);
+        Press(key, modifiers);
         frame->Unbind(wxEVT_MENU, note);
         return commands;
-    }
-    void FocusXY() {
-        zel_DrWin3d* const window = canvas->GetDrWin(zel_PT_XY);
-        window->SetFocus();
-        ASSERT_TRUE(WaitUntil([&] { return wxWindow::FindFocus() == window; }));
-        Pump(50);
     }
 };
 
@@ -158,7 +149,7 @@ TEST_F(FrameMenusTest, KeysOfTheKeyboardGiveTheCommands) {
     struct Shortcut {
         int key, modifiers, command;
     };
-    FocusXY();
+    Focus(*canvas->GetDrWin(zel_PT_XY));
     for (const Shortcut& s : std::vector<Shortcut>{
              {WXK_NUMPAD_ADD, wxMOD_CONTROL, 5999},
              {WXK_NUMPAD_SUBTRACT, wxMOD_CONTROL, 6000},
@@ -192,7 +183,7 @@ TEST_F(FrameMenusTest, KeysOfTheKeyboardGiveTheCommands) {
 
 TEST_F(FrameMenusTest, AMenuOpenedByKeyboardGivesItsEntriesWithTheirMarks) {
     canvas->m_iterator.loopMode = true;
-    FocusXY();
+    Focus(*canvas->GetDrWin(zel_PT_XY));
     std::vector<int> commands;
     const auto note = [&commands](wxCommandEvent& event) { commands.push_back(event.GetId()); };
     bool opened = false;
@@ -201,17 +192,13 @@ TEST_F(FrameMenusTest, AMenuOpenedByKeyboardGivesItsEntriesWithTheirMarks) {
         event.Skip();
     });
     frame->Bind(wxEVT_MENU, note);
-    wxUIActionSimulator keyboard;
-    keyboard.Char('S', wxMOD_ALT);
-    ASSERT_TRUE(WaitUntil([&] { return opened; }));
-    Pump(200);
+    Press('S', wxMOD_ALT);
+    ASSERT_TRUE(opened);
     EXPECT_TRUE(frame->GetMenuBar()->IsChecked(6020));
     for (int i = 0; i < 3; ++i) { // from the first entry, 6018, to 6019, 6002 and, over the line, 6020
-        keyboard.Char(WXK_DOWN);
-        Pump(50);
+        Press(WXK_DOWN);
     }
-    keyboard.Char(WXK_RETURN);
-    EXPECT_TRUE(WaitUntil([&] { return !commands.empty(); }, 1000));
+    Press(WXK_RETURN);
     frame->Unbind(wxEVT_MENU, note);
     EXPECT_EQ(commands, (std::vector<int>{6020}));
 }

@@ -236,13 +236,13 @@ protected:
                 const int time = canvas->GetTime();
                 canvas->MakeDirtyAndRefresh(zel_PT_ALL);
                 canvas->Update();
-                Pump(100);
+                LetUnwantedTicksCome(50); // ten, when it browses
                 zel_MappingEvent mapping;
                 frame->ProcessWindowEvent(mapping);
                 canvas->ChangeContent(zel_PC_AUTOFOCUS, zel_PT_ALL);
                 canvas->ToggleAxisReverse(0);
                 frame->RefreshIcon();
-                Pump(100);
+                Settle();
                 EXPECT_EQ(maps, mapsBefore);
                 EXPECT_EQ(canvas->GetTime(), time);
             },
@@ -276,14 +276,14 @@ TEST_F(FrameEndTest, ClosingWhileBrowsingBrowsesNoMore) {
     EXPECT_TRUE(WaitUntil([&] { return canvas->GetTime() != time; }));
     log.clear();
     frame->Close();
-    Pump(100);
+    LetUnwantedTicksCome(50);
     EXPECT_EQ(log, (Calls{"mapper gone", "first gone", "closing", "canvas gone"}));
 }
 
 TEST_F(FrameEndTest, AMessageThatIsStillShownHarmsNobody) {
-    frame->SetInfoStatusText("still here", 1);
-    frame->Destroy();
-    Pump(1300);
+    frame->SetInfoStatusText("still here", 0); // which the next tick would take away
+    delete frame;
+    LetUnwantedTicksCome(20);
     EXPECT_EQ(log, (Calls{"mapper gone", "first gone", "canvas gone"}));
 }
 

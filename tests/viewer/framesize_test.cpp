@@ -1,3 +1,4 @@
+#include "tests/support/xwindows.h"
 #include "tests/viewer/frame_fixture.h"
 
 #include <wx/statusbr.h>
@@ -126,16 +127,17 @@ TEST_F(FrameSizeTest, ANegativeScaleGetsTheSmallestFrame) {
 }
 
 TEST_F(FrameSizeTest, AMaximizedFrameKeepsItsSize) {
+    if (!HasWindowManager())
+        GTEST_SKIP() << "nobody maximizes windows";
     ASSERT_TRUE(ShowAndWait(*frame));
     frame->Maximize();
-    if (!WaitUntil([&] { return frame->IsMaximized(); }, 1000))
-        GTEST_SKIP() << "nobody maximizes windows without a window manager";
-    Pump(100);
+    ASSERT_TRUE(WaitUntil([&] { return frame->IsMaximized(); }));
+    Settle();
     const wxSize size = frame->GetSize();
     for (const int command : {5999, 6000, 6001, 6014}) {
         frame->ProcessCommand(command);
         EXPECT_EQ(frame->GetSize(), size) << "not even until the window manager says no";
-        Pump(50);
+        Settle();
         EXPECT_EQ(frame->GetSize(), size);
         EXPECT_TRUE(frame->IsMaximized());
     }
@@ -145,7 +147,7 @@ TEST_F(FrameSizeTest, AdjustsOnceMoreWhenTheDecorationTakesFromTheClientArea) {
     frame->ResizeFrameIfRequired();
     TakeFromClientArea();
     EXPECT_NE(frame->GetClientSize(), wxSize(282, 282));
-    Pump(50);
+    Settle();
     EXPECT_NE(frame->GetClientSize(), wxSize(282, 282)) << "not before it is shown";
     ASSERT_TRUE(ShowAndWait(*frame));
     EXPECT_TRUE(WaitUntil([&] { return frame->GetClientSize() == wxSize(282, 282); })) << frame->GetClientSize().y;
@@ -154,7 +156,7 @@ TEST_F(FrameSizeTest, AdjustsOnceMoreWhenTheDecorationTakesFromTheClientArea) {
     frame->SetToolBar(nullptr);
     bar->Destroy();
     EXPECT_TRUE(WaitUntil([&] { return frame->GetClientSize().y > 282; })) << "the bar gives back what it took";
-    Pump(50);
+    Settle();
     EXPECT_EQ(frame->GetSize(), adjusted) << "not a second time";
 }
 
@@ -163,20 +165,21 @@ TEST_F(FrameSizeTest, AFrameThatTheHostResizedStaysAsItIs) {
     frame->SetSize(444, 333);
     TakeFromClientArea();
     ASSERT_TRUE(ShowAndWait(*frame));
-    Pump(50);
+    Settle();
     EXPECT_EQ(frame->GetSize(), wxSize(444, 333));
 }
 
 TEST_F(FrameSizeTest, AFrameThatTheUserMaximizedStaysAsItIs) {
+    if (!HasWindowManager())
+        GTEST_SKIP() << "nobody maximizes windows";
     ASSERT_TRUE(ShowAndWait(*frame));
     frame->ResizeFrameIfRequired();
-    Pump(50);
+    Settle();
     frame->Maximize();
-    if (!WaitUntil([&] { return frame->IsMaximized(); }, 1000))
-        GTEST_SKIP() << "nobody maximizes windows without a window manager";
-    Pump(100);
+    ASSERT_TRUE(WaitUntil([&] { return frame->IsMaximized(); }));
+    Settle();
     TakeFromClientArea();
-    Pump(50);
+    Settle();
     EXPECT_TRUE(frame->IsMaximized());
     EXPECT_GT(frame->GetSize().x, 1000);
 }
@@ -184,7 +187,7 @@ TEST_F(FrameSizeTest, AFrameThatTheUserMaximizedStaysAsItIs) {
 TEST_F(FrameSizeTest, AFrameThatWasNeverAdjustedStaysAsItIs) {
     TakeFromClientArea();
     ASSERT_TRUE(ShowAndWait(*frame));
-    Pump(50);
+    Settle();
     EXPECT_EQ(frame->GetSize(), wxSize(500, 450));
 }
 
@@ -194,6 +197,6 @@ TEST_F(FrameSizeTest, AnUnmarkedEntryAlsoHoldsForTheDecoration) {
     frame->GetMenuBar()->Check(6015, false);
     TakeFromClientArea();
     ASSERT_TRUE(ShowAndWait(*frame));
-    Pump(50);
+    Settle();
     EXPECT_EQ(frame->GetSize(), size);
 }

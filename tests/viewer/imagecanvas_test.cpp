@@ -1,4 +1,5 @@
 #include "tests/support/gui_test.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_imagecanvas3d.h"
 
 #include <memory>
@@ -8,64 +9,15 @@ using namespace zel::test;
 
 namespace {
 
-template <typename T>
-struct ToColour {
-    static Colour Of(T v) { return {static_cast<unsigned char>(v), 0, 0}; }
-};
-template <typename C>
-struct ToColour<kep::RGB_generic<C>> {
-    static Colour Of(const kep::RGB_generic<C>& v) {
-        return {static_cast<unsigned char>(v.red), static_cast<unsigned char>(v.green),
-                static_cast<unsigned char>(v.blue)};
-    }
-};
-template <>
-struct ToColour<unsigned short> {
-    /// Low byte red, high byte green: a pixel names its voxel.
-    static Colour Of(unsigned short v) {
-        return {static_cast<unsigned char>(v & 255), static_cast<unsigned char>(v >> 8), 0};
-    }
-};
-template <>
-struct ToColour<std::complex<float>> {
-    static Colour Of(const std::complex<float>& v) { return {static_cast<unsigned char>(v.real()), 0, 0}; }
-};
-
-/// Shows values as they are, and counts.
-template <typename T>
-class PlainMapper : public zel_Mapper<T> {
-public:
-    void Map(const T* data, ColourBuffer& buffer) const override {
-        ++maps;
-        for (int i = 0; i < buffer.width * buffer.height; ++i)
-            buffer.data[i] = ToColour<T>::Of(data[i]);
-    }
-    mutable int maps = 0;
-};
-
 /// A voxel that names its place: 1 + x + 10 y + 100 z + 1000 t, in an image below 10 x 10 x 10.
 unsigned short Named(std::size_t x, std::size_t y, std::size_t z, std::size_t t = 0) {
     return static_cast<unsigned short>(1 + x + 10 * y + 100 * z + 1000 * t);
 }
 
-template <typename T>
-std::unique_ptr<mor::Image4d<T>> MakeImage(kep::Vector3d<std::size_t> size, std::size_t frames,
-                                           const kep::Resolution& resolution, kep::Vector3d<float> offset = {}) {
-    auto image = std::make_unique<mor::Image4d<T>>(&offset, &resolution);
-    image->MakeRoom(size, frames);
-    return image;
-}
-
 std::unique_ptr<mor::Image4d<unsigned short>> NamedImage(kep::Vector3d<std::size_t> size, std::size_t frames = 1,
                                                          const kep::Resolution& resolution = {1, 1, 1},
                                                          kep::Vector3d<float> offset = {}) {
-    auto image = MakeImage<unsigned short>(size, frames, resolution, offset);
-    for (std::size_t t = 0; t < frames; ++t)
-        for (std::size_t z = 0; z < size.z; ++z)
-            for (std::size_t y = 0; y < size.y; ++y)
-                for (std::size_t x = 0; x < size.x; ++x)
-                    image->SetVoxel(x, y, z, t, Named(x, y, z, t));
-    return image;
+    return MakeImage<unsigned short>(size, frames, Named, resolution, offset);
 }
 
 class OpenCanvas : public zel_ImageViewer3dCanvas<unsigned short> {
@@ -80,15 +32,6 @@ public:
     int volumeUpdates = 0;
 };
 
-/// Leaves the pictures to the voxels.
-void HideDecorations(zel_Viewer3dCanvas& canvas) {
-    zel_CanvasSettings settings;
-    canvas.GetSettings(settings);
-    settings.cutPointer.style = 0;
-    settings.timeBar.thickness = 0;
-    canvas.SetSettings(settings);
-}
-
 class ImageCanvasTest : public GuiTest {
 protected:
     void Open(std::unique_ptr<mor::Image4d<unsigned short>> newImage, wxSize client = {300, 280}) {
@@ -98,7 +41,6 @@ protected:
         HideDecorations(*canvas);
         ASSERT_TRUE(ShowAndWait(*frame));
         ASSERT_TRUE(ResizeClient(*frame, client));
-        Pump(50);
     }
     void TearDown() override {
         if (frame != nullptr)
@@ -237,21 +179,20 @@ TEST_F(ImageCanvasTest, AHiddenWindowIsMirroredWhenItIsNextResampled) {
 TEST_F(ImageCanvasTest, AHiddenWindowIsResampledWhenItIsShown) {
     Open(NamedImage({9, 8, 5}));
     canvas->ShowDrWin(zel_PT_YZ, false);
-    Pump(30);
+    Settle();
     canvas->ChangeCut({1.5F, 4.5F, 2.5F});
     canvas->Update();
     EXPECT_TRUE(canvas->IsDataDirty(zel_PT_YZ));
     EXPECT_FALSE(canvas->IsDataDirty(zel_PT_XY));
     canvas->ShowDrWin(zel_PT_YZ, true);
-    Pump(30);
-    EXPECT_FALSE(canvas->IsDataDirty(zel_PT_YZ));
+    EXPECT_TRUE(WaitUntil([&] { return !canvas->IsDataDirty(zel_PT_YZ); }));
     EXPECT_EQ(At(zel_PT_YZ, 3, 2), Named(1, 2, 3));
 }
 
 TEST_F(ImageCanvasTest, AChangeOfMappingDoesNotResample) {
     Open(NamedImage({9, 8, 5}));
     canvas->ShowDrWin(zel_PT_YZ, false);
-    Pump(30);
+    Settle();
     image->SetVoxel(0, 0, 2, 0, 9999); // behind the canvas's back: shows only after resampling
     const int maps = mapper.maps;
     zel_MappingEvent committed(true);
@@ -366,20 +307,15 @@ TEST_F(ImageCanvasTest, XYAsksForNewIconsWhenItIsRecoloured) {
     frame->Bind(
         wxEVT_UPDATE_UI, [asked](wxUpdateUIEvent&) { ++*asked; }, 6035);
     canvas->MakeDirtyAndRefresh(zel_PT_YZ);
-    Pump(50);
+    Settle();
     EXPECT_EQ(*asked, 0);
     canvas->MakeDirtyAndRefresh(zel_PT_XY);
-    Pump(50);
+    Settle();
     EXPECT_EQ(*asked, 1);
 }
 
 TEST_F(ImageCanvasTest, PicturesLargerThanTheWindowShowTheMiddle) {
-    auto wide = MakeImage<unsigned short>({600, 4, 3}, 1, {1, 1, 1});
-    for (std::size_t x = 0; x < 600; ++x)
-        for (std::size_t y = 0; y < 4; ++y)
-            for (std::size_t z = 0; z < 3; ++z)
-                wide->SetVoxel(x, y, z, 0, static_cast<unsigned short>(x));
-    Open(std::move(wide), {300, 280});
+    Open(MakeImage<unsigned short>({600, 4, 3}, 1, [](auto x, auto, auto, auto) { return x; }), {300, 280});
     // The visible range is centred on the middle voxel's centre at the first opening, and keeps its centre.
     const MicronBox& visible = canvas->GetVisibleBox();
     EXPECT_LT(visible.size.x, 300);
@@ -463,9 +399,8 @@ kep::RGB_generic<unsigned short> Voxel(int v) {
 
 TYPED_TEST(ImageCanvasTypes, ShowsItsVoxels) {
     using T = TypeParam;
-    auto image = MakeImage<T>({7, 6, 5}, 1, {1, 1, 1});
-    for (std::size_t i = 0; i < image->GetFrameSize(); ++i)
-        image->SetVoxel(i, 0, Voxel<T>(static_cast<int>(i)));
+    const auto image = MakeImage<T>(
+        {7, 6, 5}, 1, [](auto x, auto y, auto z, auto) { return Voxel<T>(static_cast<int>((z * 6 + y) * 7 + x)); });
     PlainMapper<T> mapper;
     auto* const frame = new wxFrame(nullptr, wxID_ANY, "types");
     auto* const canvas =
@@ -476,7 +411,6 @@ TYPED_TEST(ImageCanvasTypes, ShowsItsVoxels) {
     EXPECT_EQ(&canvas->GetMapper(), &mapper);
     ASSERT_TRUE(ShowAndWait(*frame));
     ASSERT_TRUE(ResizeClient(*frame, {300, 280}));
-    Pump(50);
     const wxImage xy = canvas->GetDrWin(zel_PT_XY)->GetPointerImage();
     ASSERT_EQ(xy.GetSize(), wxSize(7, 6));
     for (int y = 0; y < 6; ++y)

@@ -22,10 +22,10 @@ protected:
     /// The key, and what it told the canvas.
     Calls After(zel_ProjectionType type, int key, int modifiers = wxMOD_NONE) {
         Forget();
-        EXPECT_TRUE(Keeps(Window(type), key, modifiers)) << key;
+        EXPECT_TRUE(PressKey(Window(type), key, modifiers)) << key;
         return canvas->calls;
     }
-    void PointAt(zel_ProjectionType type, const wxPoint& client) { MovePointer(Window(type).ClientToScreen(client)); }
+    void PointAt(zel_ProjectionType type, const wxPoint& client) { MovePointerTo(Window(type), client); }
     void PointNowhere() { MovePointer({1590, 1190}); }
 
     const MicronBox view{{5, 6, 2}, {4, 5, 3}};
@@ -212,7 +212,7 @@ TEST_F(InputTest, CtrlCIsPassedOn) {
     for (const int key : {'C', 'c'})
         for (const int modifiers : {0 | wxMOD_CONTROL, wxMOD_CONTROL | wxMOD_ALT, wxMOD_CONTROL | wxMOD_SHIFT}) {
             Forget();
-            EXPECT_FALSE(Keeps(Window(zel_PT_XY), key, modifiers));
+            EXPECT_FALSE(PressKey(Window(zel_PT_XY), key, modifiers));
             EXPECT_EQ(canvas->calls, Calls{});
             EXPECT_EQ(canvas->GetVisibleBox(), view);
         }
@@ -228,7 +228,7 @@ TEST_F(InputTest, OtherKeysArePassedOn) {
                           static_cast<int>(WXK_CONTROL), static_cast<int>(WXK_ALT), static_cast<int>('F'),
                           static_cast<int>('x'), static_cast<int>('1'), static_cast<int>('+'), static_cast<int>('_')}) {
         Forget();
-        EXPECT_FALSE(Keeps(Window(zel_PT_XY), key)) << key;
+        EXPECT_FALSE(PressKey(Window(zel_PT_XY), key)) << key;
         EXPECT_EQ(canvas->calls, Calls{}) << key;
         EXPECT_EQ(canvas->shown, std::vector<int>{}) << key;
     }
@@ -251,7 +251,7 @@ TEST_F(InputTest, KeysMoveInTime) {
                           Case{WXK_NUMPAD_SUBTRACT, {1}, -1}, Case{'-', {}, -1}, Case{WXK_NUMPAD_SUBTRACT, {}, -1},
                           Case{'=', {3}, -1}, Case{WXK_NUMPAD_ADD, {5}, -1}, Case{WXK_HOME, {1}, 1}}) {
         Forget();
-        EXPECT_TRUE(Keeps(Window(zel_PT_YZ), c.key));
+        EXPECT_TRUE(PressKey(Window(zel_PT_YZ), c.key));
         EXPECT_EQ(canvas->shown, c.shown) << c.key;
         EXPECT_EQ(canvas->GetImageIterator().direction, c.direction) << c.key;
         EXPECT_EQ(canvas->GetTime(), canvas->GetImageIterator().current);
@@ -266,7 +266,7 @@ TEST_F(InputTest, KeysInTimeStartAgainInALoop) {
     canvas->m_iterator.loopMode = canvas->m_iterator.oscillationMode = true; // by hand it never turns round
     Forget();
     for (const int key : {'=', '=', '=', '-', '-'})
-        Keeps(Window(zel_PT_XY), key);
+        PressKey(Window(zel_PT_XY), key);
     EXPECT_EQ(canvas->shown, (std::vector<int>{7, 3, 7, 3, 7}));
 }
 
@@ -342,13 +342,10 @@ TEST_F(InputTest, APressGivesTheWindowTheKeyboard) {
 
 TEST_F(InputTest, RealKeysReachTheWindowWithTheKeyboard) {
     canvas->Play(3);
-    Window(zel_PT_XZ).SetFocus();
-    ASSERT_TRUE(WaitUntil([&] { return wxWindow::FindFocus() == canvas->GetDrWin(zel_PT_XZ); }));
-    wxUIActionSimulator hand;
+    Focus(Window(zel_PT_XZ));
     const auto press = [&](int key, int modifiers = wxMOD_NONE) {
         Forget();
-        hand.Char(key, modifiers);
-        Pump(60);
+        Press(key, modifiers);
     };
     const auto seesView = [&](const char* call) { EXPECT_EQ(canvas->calls, (Calls{call})); };
     press(WXK_LEFT), seesView("OnVis3dChange 3");
@@ -375,14 +372,14 @@ TEST_F(InputTest, RealKeysReachTheWindowWithTheKeyboard) {
 
 TEST_F(InputTest, AHeldKeyQueuesUpNoWork) {
     canvas->Play(1000);
-    Pump(200);
+    Settle();
     canvas->paintsXY = 0;
     for (int i = 0; i < 500; ++i) {
-        Keeps(Window(zel_PT_XY), '=');
-        Keeps(Window(zel_PT_XY), WXK_PAGEDOWN);
-        Keeps(Window(zel_PT_XY), WXK_LEFT);
+        PressKey(Window(zel_PT_XY), '=');
+        PressKey(Window(zel_PT_XY), WXK_PAGEDOWN);
+        PressKey(Window(zel_PT_XY), WXK_LEFT);
     }
-    Pump(300);
+    Settle();
     EXPECT_GE(canvas->paintsXY, 1);
     EXPECT_LE(canvas->paintsXY, 3) << "1,500 keys before the first paint";
     EXPECT_EQ(canvas->paintedTime, 500);
@@ -394,9 +391,8 @@ TEST_F(InputTest, AHeldKeyQueuesUpNoWork) {
 TEST_F(InputTest, APictureThatIsSlowFollowsTheHand) {
     canvas->Play(1000);
     canvas->drawMilliseconds = 60; // far longer than a held key takes to repeat
-    Window(zel_PT_XY).SetFocus();
-    ASSERT_TRUE(WaitUntil([&] { return wxWindow::FindFocus() == canvas->GetDrWin(zel_PT_XY); }));
-    Pump(300);
+    Focus(Window(zel_PT_XY));
+    Settle();
     Forget();
     wxUIActionSimulator hand;
     int paintsThen = 0;
@@ -407,9 +403,8 @@ TEST_F(InputTest, APictureThatIsSlowFollowsTheHand) {
         }
     };
     hand.KeyDown('=');
-    Pump(500);
     EXPECT_TRUE(WaitUntil([&] { return canvas->shown.size() >= 15; })) << "the key repeats";
-    Pump(500);
+    Settle();
     EXPECT_LE(canvas->shown.size(), 25U) << "keys that came while the last pictures were painted";
     EXPECT_LE(canvas->paintsXY - paintsThen, 4) << "they share their pictures";
     EXPECT_EQ(canvas->paintedTime, canvas->GetImageIterator().current);
@@ -419,11 +414,11 @@ TEST_F(InputTest, APictureThatIsSlowFollowsTheHand) {
 TEST_F(InputTest, AScaleOfNothingIsHarmless) {
     canvas->GetView().options.baseScale = {0, 0, 0};
     canvas->RecomputeVisible();
-    Pump(50);
+    Settle();
     ASSERT_EQ(Window(zel_PT_XY).GetClientSize(), wxSize(1, 1));
     PointAt(zel_PT_XY, {0, 0}); // 0 / 0 microns
-    Keeps(Window(zel_PT_XY), 'C');
-    Keeps(Window(zel_PT_XY), WXK_SPACE);
+    PressKey(Window(zel_PT_XY), 'C');
+    PressKey(Window(zel_PT_XY), WXK_SPACE);
     EXPECT_EQ(canvas->GetCut(), Vector(0, 0, 3));
     canvas->GetView().options.baseScale = {10, 10, 10};
     canvas->RecomputeVisible();

@@ -1,6 +1,7 @@
 // Two thousand things that a user could do, in no sensible order.
 
 #include "tests/support/gui_test.h"
+#include "tests/support/pictures.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_frame.h"
 #include "viewer/zel_imagecanvas3d.h"
@@ -18,18 +19,6 @@ using namespace zel::test;
 namespace {
 
 constexpr std::array windows{zel_PT_XY, zel_PT_XZ, zel_PT_YZ};
-
-class Mapper : public zel_Mapper<unsigned short> {
-public:
-    void Map(const unsigned short* data, ColourBuffer& buffer) const override {
-        ++maps;
-        for (int i = 0; i < buffer.width * buffer.height; ++i) {
-            const auto gray = static_cast<unsigned char>(data[i] >> 8);
-            buffer.data[i] = {gray, gray, gray};
-        }
-    }
-    mutable int maps = 0;
-};
 
 /// Sends every dialog away as it came.
 class CancelDialogs : public wxModalDialogHook {
@@ -85,7 +74,7 @@ protected:
 
     static constexpr std::size_t frames = 5;
     std::mt19937 m_random{20240611}; // the same monkey each time
-    Mapper mapper;
+    PlainMapper<unsigned short> mapper;
     zel_Viewer3dFrame* frame = nullptr;
     zel_ImageViewer3dCanvas<unsigned short>* canvas = nullptr;
 };
@@ -267,7 +256,7 @@ void MonkeyTest::CheckState() {
 
 void MonkeyTest::CheckPictures() {
     canvas->SetSize(frame->GetClientSize());
-    Pump(10);
+    Pump();
     for (const zel_ProjectionType type : windows) {
         zel_DrWin3d& window = *canvas->GetDrWin(type);
         ASSERT_EQ(window.IsShown(), canvas->IsDrWinShown(type));

@@ -2,10 +2,8 @@
 
 // For tests of what keys, mouse, commands and time do to a canvas.
 
-#include "tests/support/gui_test.h"
+#include "tests/support/user.h"
 #include "viewer/zel_viewer3dcanvas.h"
-
-#include <wx/uiaction.h>
 
 #include <functional>
 #include <string>
@@ -88,16 +86,16 @@ public:
     MicronBox paintedVisible;
 };
 
-/// A frame of 400 by 400 pixels inside, with the canvas. Its box of 20 x 20 x 7 microns at 10 pixels per micron fits:
+/// A frame of 400 by 400 pixels inside, with a canvas. Its box of 20 x 20 x 7 microns at 10 pixels per micron fits:
 /// XY is 200 x 200 pixels, XZ 200 x 70, YZ 70 x 200.
-class NotingCanvasTest : public GuiTest {
+template <typename Canvas>
+class CanvasFixture : public GuiTest {
 protected:
     void SetUp() override {
         frame = new wxFrame(nullptr, wxID_ANY, "canvas");
-        canvas = new NotingCanvas(frame);
+        canvas = new Canvas(frame);
         ASSERT_TRUE(ShowAndWait(*frame));
         ASSERT_TRUE(ResizeClient(*frame, wxSize(400, 400)));
-        Pump(50);
         Forget();
     }
     void TearDown() override {
@@ -112,27 +110,9 @@ protected:
     zel_DrWin3d& Window(zel_ProjectionType type) { return *canvas->GetDrWin(type); }
 
     wxFrame* frame = nullptr;
-    NotingCanvas* canvas = nullptr;
+    Canvas* canvas = nullptr;
 };
 
-/// Puts the mouse pointer on a place of the screen.
-inline void MovePointer(const wxPoint& screen) {
-    wxUIActionSimulator mouse;
-    mouse.MouseMove(screen);
-    EXPECT_TRUE(WaitUntil([&] { return wxGetMousePosition() == screen; }));
-    Pump(20);
-}
-
-/// Sends a key straight to a window. @return whether the window kept it, rather than skip it
-inline bool Keeps(wxWindow& window, int keyCode, int modifiers = wxMOD_NONE) {
-    wxKeyEvent event(wxEVT_KEY_DOWN);
-    event.m_keyCode = keyCode;
-    event.SetControlDown((modifiers & wxMOD_CONTROL) != 0);
-    event.SetAltDown((modifiers & wxMOD_ALT) != 0);
-    event.SetShiftDown((modifiers & wxMOD_SHIFT) != 0);
-    event.SetId(window.GetId());
-    event.SetEventObject(&window);
-    return window.ProcessWindowEvent(event);
-}
+using NotingCanvasTest = CanvasFixture<NotingCanvas>;
 
 } // namespace zel::test

@@ -1,3 +1,4 @@
+#include "tests/support/pictures.h"
 #include "tests/viewer/noting_canvas.h"
 #include "viewer/zel_imagecanvas3d.h"
 
@@ -165,10 +166,10 @@ TEST_F(SettingsTest, ACutThatIsNotInsideBecomesTheCentre) {
 }
 
 TEST_F(SettingsTest, ThePointersStyleAloneRefreshesNothing) {
-    Pump(200);
+    Settle();
     canvas->paintsXY = 0;
     canvas->SetPointerStyle({4, wxColour(1, 2, 3)});
-    Pump(200);
+    Settle();
     EXPECT_EQ(canvas->paintsXY, 0);
     EXPECT_EQ(canvas->GetPointerStyle().style, 4);
     EXPECT_EQ(canvas->GetPointerStyle().colour, wxColour(1, 2, 3));
@@ -180,7 +181,7 @@ TEST_F(SettingsTest, OddBaseScalesAreStoredAndSurvived) {
     for (const Vector& odd : {Vector(0, 0, 0), Vector(-3, 10, 10), Vector(10, 0, -1), Vector(1e30F, 10, 10)}) {
         s.baseScale = odd;
         canvas->SetSettings(s);
-        Pump(50);
+        Settle();
         zel_CanvasSettings back;
         canvas->GetSettings(back);
         EXPECT_EQ(back.baseScale, odd);
@@ -192,30 +193,14 @@ TEST_F(SettingsTest, OddBaseScalesAreStoredAndSurvived) {
     EXPECT_EQ(canvas->GetVisibleBox(), MicronBox({0, 0, 0}, {20, 20, 7})) << "nothing of it stays";
 }
 
-namespace {
-
-class GrayMapper : public zel_Mapper<unsigned char> {
-public:
-    void Map(const unsigned char* data, ColourBuffer& buffer) const override {
-        ++maps;
-        for (int i = 0; i < buffer.width * buffer.height; ++i)
-            buffer.data[i] = {data[i], data[i], data[i]};
-    }
-    mutable int maps = 0;
-};
-
-} // namespace
-
 TEST_F(SettingsTest, NoBaseScaleMakesWindowsLargerThanTheCanvas) {
     constexpr float inf = std::numeric_limits<float>::infinity();
     constexpr int furthest = std::numeric_limits<int>::max();
-    const kep::Resolution resolution(1, 1, 1);
-    mor::Image4d<unsigned char> image(nullptr, &resolution);
-    image.MakeRoom({6, 5, 4}, 1);
-    const GrayMapper mapper;
+    const auto image = MakeImage<unsigned char>({6, 5, 4}, 1, [](auto...) { return 0; });
+    const PlainMapper<unsigned char> mapper;
     auto* const typed =
-        new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, &image, false, wxID_ANY, {0, 0}, {300, 300});
-    Pump(50);
+        new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, image.get(), false, wxID_ANY, {0, 0}, {300, 300});
+    Settle();
     zel_ImageCanvasSettings s;
     typed->GetSettings(s);
     for (const Vector& odd : {Vector(-1, -1, 1), Vector(1, 1, -1), Vector(-inf, 1, inf), Vector(1, inf, -1),
@@ -238,18 +223,12 @@ TEST_F(SettingsTest, NoBaseScaleMakesWindowsLargerThanTheCanvas) {
 }
 
 TEST_F(SettingsTest, TheTypedCanvasMirrorsByTheNewFlags) {
-    const Vector origin(0, 0, 0);
-    const kep::Resolution resolution(1, 1, 1);
-    mor::Image4d<unsigned char> image(&origin, &resolution);
-    image.MakeRoom({6, 5, 4}, 1);
-    for (std::size_t z = 0; z < 4; ++z)
-        for (std::size_t y = 0; y < 5; ++y)
-            for (std::size_t x = 0; x < 6; ++x)
-                image.SetVoxel(x, y, z, 0, static_cast<unsigned char>(1 + x + 10 * y + 50 * z));
-    const GrayMapper mapper;
+    const auto image =
+        MakeImage<unsigned char>({6, 5, 4}, 1, [](auto x, auto y, auto z, auto) { return 1 + x + 10 * y + 50 * z; });
+    const PlainMapper<unsigned char> mapper;
     auto* const typed =
-        new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, &image, false, wxID_ANY, {0, 0}, {300, 300});
-    Pump(100);
+        new zel_ImageViewer3dCanvas<unsigned char>(canvas, mapper, image.get(), false, wxID_ANY, {0, 0}, {300, 300});
+    Settle();
     zel_ImageCanvasSettings s;
     typed->GetSettings(s);
     EXPECT_EQ(s.baseScale, Vector(1, 1, 1));
@@ -258,7 +237,7 @@ TEST_F(SettingsTest, TheTypedCanvasMirrorsByTheNewFlags) {
     s.reversedX = true;
     s.reversedZ = true;
     typed->SetSettings(s);
-    Pump(100);
+    Settle();
     const auto at = [&](zel_ProjectionType type, int x, int y) {
         return static_cast<int>(typed->GetDrWin(type)->GetPointerImage().GetRed(x, y));
     };

@@ -20,22 +20,12 @@ protected:
         frame->SetCanvas(canvas);
         frame->ResizeFrameIfRequired();
         ASSERT_TRUE(ShowAndWait(*frame));
-        Pump(100);
-        Focus(zel_PT_XY);
+        Focus(*canvas->GetDrWin(zel_PT_XY));
         canvas->calls.clear();
     }
     void TearDown() override {
         frame->Destroy();
         GuiTest::TearDown();
-    }
-    void Focus(zel_ProjectionType type) {
-        canvas->GetDrWin(type)->SetFocus();
-        ASSERT_TRUE(WaitUntil([&] { return wxWindow::FindFocus() == canvas->GetDrWin(type); }));
-    }
-    void Press(int key, int modifiers = wxMOD_NONE) {
-        wxUIActionSimulator hand;
-        hand.Char(key, modifiers);
-        Pump(60);
     }
     std::string Status() { return frame->GetStatusBar()->GetStatusText(1).utf8_string(); }
     /// The commands that reach the frame, from here on.
@@ -134,12 +124,12 @@ TEST_F(ShortcutTest, OnlyTheVeryKeyOfAnEnabledEntryCounts) {
                           Case{'W', wxMOD_SHIFT, {}}, Case{'K', wxMOD_NONE, {7003}}, Case{'k', wxMOD_NONE, {7003}},
                           Case{'7', wxMOD_NONE, {7004}}, Case{'8', wxMOD_NONE, {}}, Case{WXK_F5, wxMOD_NONE, {}}}) {
         commands->clear();
-        EXPECT_EQ(Keeps(window, c.key, c.modifiers), !c.ids.empty()) << c.key;
+        EXPECT_EQ(PressKey(window, c.key, c.modifiers), !c.ids.empty()) << c.key;
         EXPECT_EQ(*commands, c.ids) << c.key;
     }
     menu->Enable(7001, false);
     commands->clear();
-    EXPECT_FALSE(Keeps(window, 'Q'));
+    EXPECT_FALSE(PressKey(window, 'Q'));
     EXPECT_EQ(*commands, std::vector<int>{});
 }
 

@@ -26,10 +26,9 @@ constexpr std::size_t hugeFrom = std::size_t{4} << 20;
 /// Asks for huge pages below a block that nobody has touched. Only advice: it may go unheard.
 void AdviseHugePages(void* block, std::size_t bytes) {
     static const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const auto address = reinterpret_cast<std::uintptr_t>(block);
-    const std::uintptr_t from = address / page * page;
-    const std::uintptr_t to = (address + bytes + page - 1) / page * page;
-    ::madvise(reinterpret_cast<void*>(from), to - from, MADV_HUGEPAGE);
+    const std::size_t before = reinterpret_cast<std::uintptr_t>(block) % page;
+    const std::size_t pages = (before + bytes + page - 1) / page;
+    ::madvise(static_cast<std::byte*>(block) - before, pages * page, MADV_HUGEPAGE);
 }
 
 /// The block of a new object of std::valarray, which frees it.

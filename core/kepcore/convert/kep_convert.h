@@ -55,6 +55,9 @@ inline constexpr TargetType targetType<bool>{Channel::Bool, VoxelShape::Single, 
 /// How the numbers of a channel are stored when they are written. Two-valued voxels are written as bytes.
 SampleType GetStoredType(const TargetType& type);
 
+/// Converts numbers one by one and returns the index of the first that does not fit, or count.
+using NumberKernel = std::size_t (*)(const void* from, std::size_t count, void* to);
+
 /// Where a voxel stands in a file.
 struct VoxelPlace {
     std::size_t x = 0;
@@ -79,8 +82,6 @@ public:
     void Convert(const std::byte* from, const VoxelPlace& place, std::size_t count, std::byte* to) const;
 
 private:
-    /// Converts numbers one by one and returns the index of the first that does not fit, or count.
-    using NumberKernel = std::size_t (*)(const void* from, std::size_t count, void* to);
     struct Scratch;
     enum class Before { Nothing, TakeGray };
     enum class After { Nothing, Triple, AddImaginary, TellIfAnySet };
@@ -88,6 +89,7 @@ private:
     void ConvertBlock(const std::byte* from, const VoxelPlace& place, std::size_t count, std::byte* to,
                       Scratch& scratch) const;
     void LookUpColours(const std::byte* from, std::size_t count, std::byte* to) const;
+    [[noreturn]] void ThrowCannotConvert(const std::string& kind) const;
     [[noreturn]] void Refuse(const std::byte* number, const VoxelPlace& place) const;
 
     const FrameHeader& header;

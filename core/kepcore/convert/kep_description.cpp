@@ -1,11 +1,10 @@
 #include "core/kepcore/convert/kep_description.h"
 
+#include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_text.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -58,28 +57,15 @@ std::optional<std::string> Unescape(std::string_view text) {
     return plain;
 }
 
-std::string FormatTriple(const Vector3d<float>& v) {
-    return FormatNineDigits(v.x) + " " + FormatNineDigits(v.y) + " " + FormatNineDigits(v.z);
+Triple ToTriple(const Vector3d<float>& v) {
+    return {v.x, v.y, v.z};
 }
 
-std::optional<Vector3d<float>> ParseTriple(std::string_view text) {
-    std::array<float, 3> numbers{};
-    const char* at = text.data();
-    const char* const end = at + text.size();
-    for (std::size_t i = 0; i < numbers.size(); ++i) {
-        if (i > 0) {
-            if (at == end || *at != ' ')
-                return std::nullopt;
-            ++at;
-        }
-        const auto [next, error] = std::from_chars(at, end, numbers[i]);
-        if (error != std::errc{})
-            return std::nullopt;
-        at = next;
-    }
-    if (at != end)
+std::optional<Vector3d<float>> ParseVector(std::string_view text) {
+    const auto numbers = ParseTriple(text, &ParseWhole<float>);
+    if (!numbers)
         return std::nullopt;
-    return Vector3d<float>(numbers[0], numbers[1], numbers[2]);
+    return Vector3d<float>((*numbers)[0], (*numbers)[1], (*numbers)[2]);
 }
 
 void ParseEntry(std::string_view line, std::map<std::string, std::string>& entries) {
@@ -149,17 +135,11 @@ private:
 
 } // namespace
 
-std::string FormatNineDigits(double value) {
-    std::array<char, 64> text{};
-    const auto written = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::general, 9);
-    return {text.data(), written.ptr};
-}
-
 std::string FormatOwnLines(const Vector3d<float>& resolution, const Vector3d<float>& offset,
                            const std::map<std::string, std::string>& entries) {
     std::string lines;
-    lines.append(resolutionKey).append(FormatTriple(resolution)).append("\n");
-    lines.append(offsetKey).append(FormatTriple(offset)).append("\n");
+    lines.append(resolutionKey).append(FormatTriple(ToTriple(resolution))).append("\n");
+    lines.append(offsetKey).append(FormatTriple(ToTriple(offset))).append("\n");
     for (const auto& [key, value] : entries)
         AppendOwnLine(lines, key, value);
     return lines;
@@ -213,9 +193,9 @@ OwnLines ParseOwnLines(std::string_view text) {
         const std::string_view line = text.substr(0, end);
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
         if (line.starts_with(resolutionKey))
-            lines.resolution = ParseTriple(line.substr(resolutionKey.size()));
+            lines.resolution = ParseVector(line.substr(resolutionKey.size()));
         else if (line.starts_with(offsetKey))
-            lines.offset = ParseTriple(line.substr(offsetKey.size()));
+            lines.offset = ParseVector(line.substr(offsetKey.size()));
         else if (line.starts_with(entryKey))
             ParseEntry(line.substr(entryKey.size()), lines.entries);
     }

@@ -63,7 +63,4 @@ struct DescriptionRoom {
 /// for is cut, between two characters, and the others are left out.
 FittedDescription FitDescription(const std::map<std::string, std::string>& entries, const DescriptionRoom& room);
 
-/// Nine significant digits at most, without a trailing zero, whatever the locale.
-std::string FormatNineDigits(double value);
-
 } // namespace kep::detail

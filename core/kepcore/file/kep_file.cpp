@@ -1,7 +1,6 @@
 #include "core/kepcore/file/kep_file.h"
 
 #include "core/kepcore/file/kep_systemerror.h"
-#include "core/kepcore/kep_exceptions.h"
 
 #include <algorithm>
 #include <array>
@@ -22,7 +21,7 @@ constexpr std::size_t headBytes = 512;
 
 InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()) {
     if (!file.IsOpen())
-        throw IOException("ReadImage(): Cannot open the file '" + name + "'.");
+        ThrowCannotRead("Cannot open the file", " ", name, ".");
 }
 
 std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
@@ -85,21 +84,7 @@ std::unique_ptr<FrameSource> OpenFrame(const char* fileName) {
         return OpenTiffFrame(std::move(file));
     if (LooksLikeIcs(head.data(), bytes))
         return OpenIcsFrame(std::move(file));
-    throw IOException("ReadImage(): '" + std::string(fileName) + "' is not an ICS or TIFF image.");
-}
-
-void ThrowDamaged(const std::string& fileName, const std::string& what) {
-    throw IOException("ReadImage(): The file '" + fileName + "' is damaged: " + what);
-}
-
-void ThrowCannotWrite(const std::string& fileName, const std::string& reason) {
-    throw IOException("SaveImage(): Cannot write the file '" + fileName + "': " + reason);
-}
-
-void ThrowOutOfMemory(std::string&& text) {
-    if (text.empty())
-        throw IOException("Out of memory."); // short enough to need no memory of its own
-    throw IOException(std::move(text));
+    ThrowCannotRead("", "", file->GetName(), " is not an ICS or TIFF image.");
 }
 
 } // namespace kep::detail

@@ -2,6 +2,7 @@
 
 // Private to the library: what the formats and the frames tell each other.
 
+#include "core/kepcore/file/kep_refusal.h"
 #include "core/kepcore/kep_fileformat.h"
 #include "core/kepcore/kep_plainfile.h"
 #include "core/kepcore/kep_resolution.h"
@@ -13,10 +14,7 @@
 #include <functional>
 #include <map>
 #include <memory>
-#include <new>
-#include <stdexcept>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace kep::detail {
@@ -114,7 +112,7 @@ std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file);
 std::unique_ptr<FrameSource> OpenFrame(const char* fileName);
 
 /// What a writer gets: the header's size, sample, components, resolution, offset and description, and the voxels,
-/// components together, in the machine's byte order. `labels` says nothing to the formats: labels are 16-bit numbers.
+/// components together, in the machine's byte order.
 struct FrameToWrite {
     FrameHeader header;
     const std::byte* voxels = nullptr;
@@ -123,26 +121,5 @@ struct FrameToWrite {
 /// @return a sentence for the user on what the file lacks of the description; empty if it has all of it
 std::string WriteTiffFrame(const std::string& fileName, const FrameToWrite& frame);
 std::string WriteIcsFrame(const std::string& fileName, const FrameToWrite& frame);
-
-/// Texts of the exceptions, in one place.
-[[noreturn]] void ThrowDamaged(const std::string& fileName, const std::string& what);
-[[noreturn]] void ThrowCannotWrite(const std::string& fileName, const std::string& reason);
-/// @param text  what to say; nothing, if there was no memory even for that
-[[noreturn]] void ThrowOutOfMemory(std::string&& text);
-
-/// Calls `read` and returns what it does, with lack of memory turned into an IOException that names the file. Memory
-/// may stay out, so its text is made before; where it does not come so far, the exception says less and takes none.
-template <typename Read>
-auto ReadWithinMemory(const char* fileName, const Read& read) {
-    std::string text;
-    try {
-        text = "ReadImage(): Not enough memory for '" + std::string(fileName) + "'.";
-        return read();
-    } catch (const std::bad_alloc&) {
-        ThrowOutOfMemory(std::move(text));
-    } catch (const std::length_error&) {
-        ThrowOutOfMemory(std::move(text));
-    }
-}
 
 } // namespace kep::detail

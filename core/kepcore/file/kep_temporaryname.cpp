@@ -1,12 +1,12 @@
 #include "core/kepcore/file/kep_temporaryname.h"
 
+#include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_systemcalls.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <climits>
 #include <csignal>
 #include <fcntl.h>
@@ -16,7 +16,7 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::time_t staleAge = 60 * 60; // seconds
+constexpr std::time_t staleAge = 3600; // seconds
 constexpr std::size_t longestHost = HOST_NAME_MAX;
 constexpr std::size_t markDigits = 8;
 constexpr std::size_t longestSuffix = 32;
@@ -42,8 +42,9 @@ std::string_view TakeWord(std::string_view& text) {
 /// A number and nothing else, without a sign.
 template <typename Number>
 bool Parse(std::string_view word, Number& number) {
-    const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), number);
-    return error == std::errc() && end == word.data() + word.size() && word.front() != '-';
+    const std::optional<Number> parsed = word.starts_with('-') ? std::nullopt : ParseWhole<Number>(word);
+    number = parsed.value_or(number);
+    return parsed.has_value();
 }
 
 /// The beginning of a file of the system's, which tells no length.

@@ -1,10 +1,10 @@
 #include "core/kepcore/ics/kep_icsheader.h"
 
+#include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_file.h"
 
 #include <algorithm>
-#include <charconv>
 #include <limits>
 
 namespace kep::detail {
@@ -35,13 +35,8 @@ std::optional<Separators> ReadSeparators(std::string_view text) {
     return found;
 }
 
-std::string_view Trim(std::string_view word) {
-    constexpr std::string_view blanks = " \t\r";
-    const std::size_t first = word.find_first_not_of(blanks);
-    if (first == std::string_view::npos)
-        return {};
-    return word.substr(first, word.find_last_not_of(blanks) - first + 1);
-}
+/// ICS takes no line ends off: lines may end with another character.
+constexpr std::string_view blanks = " \t\r";
 
 /// Words between the separators, without blanks around them and without empty ones at the end. A line that says
 /// anything of the voxels has few; a longer one is cut, which its reader notices by the number of words.
@@ -50,7 +45,7 @@ std::vector<std::string> SplitWords(std::string_view line, char separator) {
     std::vector<std::string> words;
     while (words.size() < mostWords) {
         const std::size_t end = line.find(separator);
-        words.emplace_back(Trim(line.substr(0, end)));
+        words.emplace_back(Trim(line.substr(0, end), blanks));
         if (end == std::string_view::npos)
             break;
         line.remove_prefix(end + 1);
@@ -111,7 +106,7 @@ private:
     /// @param whole  the line ended with its separator, not with the file
     /// @return whether it was the header's last one
     bool ReadLine(std::string_view line, bool whole) {
-        const std::string category = ToLowerAscii(Trim(line.substr(0, line.find(separators.field))));
+        const std::string category = ToLowerAscii(Trim(line.substr(0, line.find(separators.field)), blanks));
         if (category == "end")
             return true;
         if (category == "history") {
@@ -189,16 +184,15 @@ private:
     }
 
     std::uint64_t ToNumber(const std::string& word, std::uint64_t least, std::uint64_t most) const {
-        std::uint64_t number = 0;
-        const char* const last = word.data() + word.size();
-        const auto [end, error] = std::from_chars(word.data(), last, number);
-        if (error != std::errc() || end != last || number < least || number > most)
+        const auto number = ParseWhole<std::uint64_t>(word);
+        if (!number || *number < least || *number > most)
             Fail(Quote(word) + " is not a number from " + std::to_string(least) + " to " + std::to_string(most));
-        return number;
+        return *number;
     }
 
     std::vector<std::uint64_t> ToNumbers(const std::vector<std::string>& words, std::uint64_t most) const {
         std::vector<std::uint64_t> numbers;
+        numbers.reserve(words.size());
         for (const std::string& word : words)
             numbers.push_back(ToNumber(word, 1, most));
         return numbers;
@@ -272,14 +266,6 @@ private:
 };
 
 } // namespace
-
-std::string ToLowerAscii(std::string_view text) {
-    std::string lower(text);
-    for (char& c : lower)
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    return lower;
-}
 
 bool StartsLikeIcsHeader(std::string_view text) {
     constexpr std::string_view word = "ics_version";

@@ -52,7 +52,4 @@ bool StartsLikeIcsHeader(std::string_view text);
 /// @throws IOException damaged header
 IcsHeader ParseIcsHeader(std::string_view text, bool wholeFile, const std::string& fileName);
 
-/// The text in small letters, as far as it is ASCII.
-std::string ToLowerAscii(std::string_view text);
-
 } // namespace kep::detail

@@ -1,13 +1,15 @@
+#include "core/kepcore/convert/kep_bytes.h"
 #include "core/kepcore/convert/kep_description.h"
 #include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_path.h"
+#include "core/kepcore/ics/kep_icsbyteorder.h"
+#include "core/kepcore/ics/kep_icsfiles.h"
 #include "core/kepcore/ics/kep_icsgeometry.h"
 #include "core/kepcore/ics/kep_icsheader.h"
 #include "core/kepcore/kep_atomicfile.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
-#include <cstring>
 #include <deque>
 #include <future>
 #include <limits>
@@ -151,9 +153,7 @@ void AddLine(std::string& header, std::string_view category, std::string_view ke
 
 /// The name without folder and suffix, which the format wants to see in the header.
 std::string TitleOf(const std::string& fileName) {
-    std::string title = fileName.substr(fileName.rfind('/') + 1);
-    if (ToLowerAscii(title).ends_with(".ics"))
-        title.resize(title.size() - 4);
+    std::string title = RemoveIcsSuffix(GetBaseName(fileName));
     std::replace_if(
         title.begin(), title.end(), [](unsigned char c) { return c < ' '; }, ' ');
     return title;
@@ -163,17 +163,6 @@ const char* FormatName(const SampleType& sample) {
     if (sample.IsComplex())
         return "complex";
     return sample.kind == NumberKind::Float ? "real" : "integer";
-}
-
-std::vector<std::string> ByteOrderTexts(const SampleType& sample) {
-    std::vector<std::string> texts;
-    const auto part = static_cast<std::size_t>(sample.bytes);
-    for (std::size_t i = 0; i < sample.GetSampleBytes(); ++i) {
-        const std::size_t within = i % part;
-        const bool little = std::endian::native == std::endian::little;
-        texts.push_back(std::to_string(i - within + (little ? within : part - 1 - within) + 1));
-    }
-    return texts;
 }
 
 std::string FormatHistory(const IcsHistory& history) {
@@ -222,7 +211,7 @@ std::string MakeHeader(const std::string& fileName, const FrameHeader& about, bo
     AddLine(header, "representation", "format", {FormatName(about.sample)});
     AddLine(header, "representation", "sign", {isUnsigned ? "unsigned" : "signed"});
     AddLine(header, "representation", "compression", {compress ? "gzip" : "uncompressed"});
-    AddLine(header, "representation", "byte_order", ByteOrderTexts(about.sample));
+    AddLine(header, "representation", "byte_order", GetNativeByteOrder(about.sample));
     AddLine(header, "parameter", "origin", origins);
     AddLine(header, "parameter", "scale", scales);
     AddLine(header, "parameter", "units", units);
@@ -248,39 +237,27 @@ FittedDescription FitIcsDescription(const std::map<std::string, std::string>& en
 }
 
 /// Writes the components one behind the other, each as a volume of its own.
-template <std::size_t Bytes>
-void WritePlanar(const std::byte* voxels, std::size_t count, std::size_t components, IcsOutput& out) {
-    constexpr std::size_t room = 8 * GzipOutput::blockBytes / Bytes; // enough for all threads to have something
-    std::vector<std::byte> part(std::min(room, count) * Bytes);
+void WritePlanar(const FrameToWrite& frame, std::size_t count, IcsOutput& out) {
+    const auto components = static_cast<std::size_t>(frame.header.components);
+    const std::size_t bytes = frame.header.sample.GetSampleBytes();
+    const std::size_t room = 8 * GzipOutput::blockBytes / bytes; // enough for all threads to have something
+    std::vector<std::byte> part(std::min(room, count) * bytes);
     for (std::size_t c = 0; c < components; ++c) {
         for (std::size_t first = 0; first < count; first += room) {
             const std::size_t here = std::min(room, count - first);
-            const std::byte* from = voxels + (first * components + c) * Bytes;
-            for (std::size_t i = 0; i < here; ++i)
-                std::memcpy(part.data() + i * Bytes, from + i * components * Bytes, Bytes);
-            out.Write(part.data(), here * Bytes);
+            CopyApart(bytes, frame.voxels + (first * components + c) * bytes, components, here, part.data(), 1);
+            out.Write(part.data(), here * bytes);
         }
     }
 }
 
 void WriteVoxels(const FrameToWrite& frame, IcsOutput& out) {
     const FrameHeader& about = frame.header;
-    const auto components = static_cast<std::size_t>(about.components);
     const std::size_t count = about.size.x * about.size.y * about.size.z;
-    if (components == 1) {
+    if (about.components == 1)
         out.Write(frame.voxels, count * about.sample.GetSampleBytes());
-        return;
-    }
-    switch (about.sample.bytes) {
-    case 1:
-        return WritePlanar<1>(frame.voxels, count, components, out);
-    case 2:
-        return WritePlanar<2>(frame.voxels, count, components, out);
-    case 4:
-        return WritePlanar<4>(frame.voxels, count, components, out);
-    default:
-        return WritePlanar<8>(frame.voxels, count, components, out);
-    }
+    else
+        WritePlanar(frame, count, out);
 }
 
 } // namespace

@@ -1,6 +1,11 @@
+#include "core/kepcore/convert/kep_bytes.h"
+#include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_path.h"
+#include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/tiff/kep_tiffblocks.h"
 #include "core/kepcore/tiff/kep_tifflayout.h"
+#include "core/kepcore/tiff/kep_tifflimits.h"
 #include "core/kepcore/tiff/kep_tiffmeta.h"
 #include "core/kepcore/tiff/kep_tiffpages.h"
 #include "core/kepcore/tiff/kep_tiffplain.h"
@@ -21,27 +26,8 @@ namespace kep::detail {
 
 namespace {
 
-/// Of a text that goes into the frame's description.
-constexpr std::size_t longestText = std::size_t{1} << 20U;
-/// Of the description that is looked through: OME-XML of a long series says in each file where every plane is.
-constexpr std::size_t longestDescription = std::size_t{16} << 20U;
-constexpr std::uint64_t maxFrameBytes = std::uint64_t{1} << 40U;
-
 /// Below this a second thread costs more than it saves.
 constexpr std::uint64_t bytesForTwoThreads = std::uint64_t{1} << 19U;
-
-std::string GetBaseName(const std::string& path) {
-    return path.substr(path.find_last_of('/') + 1);
-}
-
-/// Cuts a text off between two characters.
-void CutUtf8(std::string& text, std::size_t longest) {
-    if (text.size() <= longest)
-        return;
-    while (longest > 0 && (static_cast<unsigned char>(text[longest]) & 0xC0U) == 0x80U)
-        --longest;
-    text.resize(longest);
-}
 
 TiffScaleTags ReadScaleTags(const TiffValues& values, const TiffDirectory& directory) {
     TiffScaleTags tags;
@@ -57,13 +43,8 @@ TiffScaleTags ReadScaleTags(const TiffValues& values, const TiffDirectory& direc
 /// The tags that are words, and those that tell how the picture is meant where that is not the common way.
 void DescribeTags(const TiffValues& values, const TiffDirectory& directory, const TiffLayout& layout,
                   std::map<std::string, std::string>& description) {
-    constexpr std::array<std::pair<TiffTag, const char*>, 5> texts{{{tagSoftware, "Software"},
-                                                                    {tagDateTime, "DateTime"},
-                                                                    {tagArtist, "Artist"},
-                                                                    {tagMake, "Make"},
-                                                                    {tagModel, "Model"}}};
-    for (const auto& [tag, key] : texts) {
-        const std::string text = ToUtf8(values.ReadText(directory.Find(tag), longestText));
+    for (const auto& [key, tag] : tiffTextTags) {
+        const std::string text = ToUtf8(values.ReadText(directory.Find(tag), longestTiffText));
         if (!text.empty())
             description.insert_or_assign(key, text);
     }
@@ -129,7 +110,7 @@ TiffSource::TiffSource(std::unique_ptr<InputFile> input)
 void TiffSource::ReadHeader() {
     const TiffLayout& layout = found.layouts.front();
     const TiffVoxels voxels = GetTiffVoxels(layout, file->GetName());
-    const std::string text = values.ReadText(found.first.Find(tagDescription), longestDescription);
+    const std::string text = values.ReadText(found.first.Find(tagDescription), longestTiffDescription);
     const TiffDescription description = ParseTiffDescription(text, GetBaseName(file->GetName()));
     arrangement = ArrangeTiffPages(values, found, voxels, description);
     isPlain = arrangement.isOneBlock || std::all_of(found.layouts.begin(), found.layouts.end(),
@@ -144,10 +125,9 @@ void TiffSource::ReadHeader() {
     header.halfFloat = layout.format == 3 && layout.bits == 16;
     header.compression = GetCompressionName(layout.compression);
     header.fileSize = file->GetLength();
-    std::uint64_t bytes = 0;
     const std::uint64_t voxelBytes = header.sample.GetSampleBytes() * static_cast<unsigned>(header.components);
-    if (__builtin_mul_overflow(std::uint64_t{layout.width} * layout.height, voxelBytes, &bytes) ||
-        __builtin_mul_overflow(bytes, std::uint64_t{arrangement.slices}, &bytes) || bytes > maxFrameBytes)
+    const auto bytes = Multiply({layout.width, layout.height, voxelBytes, arrangement.slices});
+    if (!bytes || *bytes > mostVoxelBytes)
         ThrowDamaged(file->GetName(), "it promises more than 2^40 bytes of voxels");
 
     const TiffPlace place = FindTiffPlace(ReadScaleTags(values, found.first), description, arrangement.slices);
@@ -155,7 +135,7 @@ void TiffSource::ReadHeader() {
     header.offset = place.offset;
     header.description = description.entries;
     for (auto& [key, value] : header.description)
-        CutUtf8(value, longestText);
+        value.resize(FindUtf8Cut(value, longestTiffText));
     DescribeTags(values, found.first, layout, header.description);
     if (header.components == 1)
         header.palette = ReadPalette(values, found.first, layout);

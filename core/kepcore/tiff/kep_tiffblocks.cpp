@@ -1,8 +1,7 @@
 #include "core/kepcore/tiff/kep_tiffblocks.h"
 
+#include "core/kepcore/convert/kep_bytes.h"
 #include "core/kepcore/tiff/kep_tifffax.h"
-#include "core/kepcore/tiff/kep_tiffplain.h"
-#include "core/kepcore/tiff/kep_tiffunpack.h"
 
 #include <algorithm>
 #include <cstring>

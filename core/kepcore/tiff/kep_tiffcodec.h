@@ -40,7 +40,7 @@ public:
     std::optional<std::string> DecodeJpeg(std::uint32_t number, PackedBytes stream, BlockBytes block);
 
 private:
-    struct Channel;
+    class Channel;
 
     void CheckLayout(const TiffLayout& layout) const;
     [[noreturn]] void Fail(const std::string& what) const;

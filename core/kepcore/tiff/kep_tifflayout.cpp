@@ -1,6 +1,7 @@
 #include "core/kepcore/tiff/kep_tifflayout.h"
 
-#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/frame/kep_extent.h"
+#include "core/kepcore/tiff/kep_tifflimits.h"
 
 #include <algorithm>
 #include <array>
@@ -13,7 +14,6 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::uint64_t maxSide = 0x7FFFFFFF;
 constexpr std::uint64_t maxSamples = 4;
 constexpr std::uint64_t maxBlocks = std::uint64_t{1} << 24U;
 
@@ -54,19 +54,14 @@ const Packing* FindPacking(unsigned compression) {
 }
 
 /// The product, or the largest number where it does not fit.
-std::uint64_t Multiply(std::uint64_t a, std::uint64_t b) {
-    std::uint64_t product = 0;
-    return __builtin_mul_overflow(a, b, &product) ? std::numeric_limits<std::uint64_t>::max() : product;
-}
-
-[[noreturn]] void ThrowNotSupported(const std::string& fileName, const std::string& type) {
-    throw IOException("ReadImage(): The voxel type of '" + fileName + "' is not supported: " + type + ".");
+std::uint64_t MultiplyUpToLargest(std::initializer_list<std::uint64_t> factors) {
+    return Multiply(factors).value_or(std::numeric_limits<std::uint64_t>::max());
 }
 
 /// A number with an upper bound, and 1 for a lower one.
 std::uint32_t ReadSize(const TiffValues& values, const TiffDirectory& directory, TiffTag tag, const char* name) {
     const std::uint64_t size = values.ReadNumber(directory.Find(tag), 0);
-    if (size == 0 || size > maxSide)
+    if (size == 0 || size > longestTiffSide)
         ThrowDamaged(values.GetFile().GetName(), "its " + std::string(name) + " is " + std::to_string(size));
     return static_cast<std::uint32_t>(size);
 }
@@ -173,7 +168,7 @@ bool TiffLayout::HasSamePicture(const TiffLayout& other) const {
 }
 
 std::uint64_t TiffLayout::GetBlockCount() const {
-    return Multiply(std::uint64_t{GetBlocksAcross()} * GetBlocksDown(), planesApart ? samples : 1);
+    return MultiplyUpToLargest({GetBlocksAcross(), GetBlocksDown(), planesApart ? samples : 1});
 }
 
 std::uint64_t TiffLayout::GetRowBytes() const {
@@ -202,8 +197,8 @@ std::size_t TiffLayout::GetNumberBytes() const {
 
 std::uint64_t TiffLayout::GetPageBytes() const {
     if (isTiled)
-        return Multiply(Multiply(GetBlockCount(), GetRowBytes()), blockHeight);
-    return Multiply(Multiply(GetRowBytes(), height), planesApart ? samples : 1);
+        return MultiplyUpToLargest({GetBlockCount(), GetRowBytes(), blockHeight});
+    return MultiplyUpToLargest({GetRowBytes(), height, planesApart ? samples : 1});
 }
 
 bool TiffLayout::IsPlain() const {
@@ -319,11 +314,6 @@ std::string GetCompressionName(unsigned compression) {
 std::uint64_t GetExpansion(unsigned compression) {
     const Packing* const packing = FindPacking(compression);
     return packing == nullptr ? 1 : packing->expansion;
-}
-
-void ThrowChannels(const std::string& fileName, std::size_t channels) {
-    throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(channels) +
-                      " channels; one frame holds one.");
 }
 
 } // namespace kep::detail

@@ -109,6 +109,4 @@ std::string GetCompressionName(unsigned compression);
 /// The most bytes that a byte of a packed file can stand for.
 std::uint64_t GetExpansion(unsigned compression);
 
-[[noreturn]] void ThrowChannels(const std::string& fileName, std::size_t channels);
-
 } // namespace kep::detail

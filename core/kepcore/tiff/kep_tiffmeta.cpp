@@ -1,7 +1,9 @@
 #include "core/kepcore/tiff/kep_tiffmeta.h"
 
 #include "core/kepcore/convert/kep_description.h"
-#include "core/kepcore/tiff/kep_tiffnumber.h"
+#include "core/kepcore/convert/kep_number.h"
+#include "core/kepcore/convert/kep_text.h"
+#include "core/kepcore/convert/kep_unit.h"
 #include "core/kepcore/tiff/kep_tiffome.h"
 
 #include <algorithm>
@@ -113,39 +115,14 @@ std::optional<double> FindUnit(const TiffScaleTags& tags, const TiffDescription&
 
 /// A number of a file as a float; 0 for what float can't hold, as a resolution of infinity means nothing.
 float ToFloat(double number) {
-    const auto rounded = static_cast<float>(number);
+    const float rounded = ToNearestFloat(number);
     return std::isfinite(rounded) ? rounded : 0.0F;
 }
 
 } // namespace
 
 std::optional<double> GetMicronsOfUnit(std::string_view unit) {
-    std::string name(TrimBlanks(unit));
-    for (char& c : name) {
-        if (c >= 'A' && c <= 'Z')
-            c = static_cast<char>(c - 'A' + 'a');
-    }
-    // The micro sign as ImageJ escapes it, as UTF-8 (micro sign and the Greek letter), and as Latin-1.
-    for (const std::string_view micro : {"\\u00b5", "\xC2\xB5", "\xCE\xBC", "\xB5"}) {
-        if (name.starts_with(micro)) {
-            name.erase(0, micro.size() - 1);
-            name[0] = 'u';
-            break;
-        }
-    }
-    struct Unit {
-        std::string_view name;
-        double microns;
-    };
-    constexpr Unit units[] = {
-        {"um", 1.0},          {"micrometer", 1.0}, {"micrometers", 1.0}, {"micron", 1.0},      {"microns", 1.0},
-        {"nm", 1e-3},         {"nanometer", 1e-3}, {"nanometers", 1e-3}, {"mm", 1e3},          {"millimeter", 1e3},
-        {"millimeters", 1e3}, {"cm", 1e4},         {"centimeter", 1e4},  {"centimeters", 1e4}, {"m", 1e6},
-        {"meter", 1e6},       {"meters", 1e6},     {"inch", 25400.0},    {"inches", 25400.0},  {"in", 25400.0},
-    };
-    const auto* const found =
-        std::find_if(std::begin(units), std::end(units), [&](const Unit& u) { return u.name == name; });
-    return found == std::end(units) ? std::nullopt : std::optional<double>(found->microns);
+    return FindMicrons(TrimBlanks(unit), UnitNames::Tiff);
 }
 
 TiffDescription ParseTiffDescription(const std::string& text, const std::string& fileName) {

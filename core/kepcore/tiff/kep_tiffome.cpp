@@ -1,6 +1,8 @@
 #include "core/kepcore/tiff/kep_tiffome.h"
 
-#include "core/kepcore/tiff/kep_tiffnumber.h"
+#include "core/kepcore/convert/kep_number.h"
+#include "core/kepcore/convert/kep_text.h"
+#include "core/kepcore/tiff/kep_tifflimits.h"
 
 #include <algorithm>
 #include <pugixml.hpp>
@@ -11,9 +13,6 @@
 namespace kep::detail {
 
 namespace {
-
-/// More planes than a TIFF file may have pages; the rest of what a description promises is not counted out.
-constexpr std::size_t maxPlanes = 1000000;
 
 /// The name without the prefix of its namespace.
 std::string_view GetLocalName(const pugi::xml_node& node) {
@@ -27,7 +26,7 @@ pugi::xml_node FindChild(const pugi::xml_node& parent, std::string_view name) {
 }
 
 std::size_t GetCount(const pugi::xml_node& node, const char* name, std::size_t absent) {
-    return ParseNumber<std::size_t>(node.attribute(name).as_string()).value_or(absent);
+    return ParseNumber<std::size_t>(TrimBlanks(node.attribute(name).as_string())).value_or(absent);
 }
 
 /// Numbers along z, c and t.
@@ -44,9 +43,10 @@ class PlaneCounter {
 public:
     PlaneCounter(const Axes& extents, std::string axisOrder) : sizes(extents), order(std::move(axisOrder)) {}
 
-    /// A run of planes from one on, in the order of the dimensions.
+    /// A run of planes from one on, in the order of the dimensions. More than a file may have pages are not counted
+    /// out.
     void Add(Axes at, std::size_t run) {
-        for (std::size_t i = 0; i < run && counted < maxPlanes; ++i, ++counted) {
+        for (std::size_t i = 0; i < run && counted < mostTiffPages; ++i, ++counted) {
             if (at.z >= sizes.z || at.c >= sizes.c || at.t >= sizes.t)
                 return;
             slices.insert(at.z);
@@ -94,7 +94,7 @@ bool IsInThisFile(const pugi::xml_node& tiffData, std::string_view ownId, const 
 }
 
 std::optional<double> GetMicrons(const pugi::xml_node& pixels, const char* size, const char* unit) {
-    const auto number = ParseNumber<double>(pixels.attribute(size).as_string());
+    const auto number = ParseNumber<double>(TrimBlanks(pixels.attribute(size).as_string()));
     const auto microns = GetMicronsOfUnit(pixels.attribute(unit).as_string("um"));
     if (!number || !microns)
         return std::nullopt;
@@ -123,7 +123,7 @@ PlanesHere CountPlanes(const pugi::xml_node& pixels, std::string_view ownId, con
         isSaid = true;
         if (!IsInThisFile(child, ownId, fileName))
             continue;
-        const std::size_t run = child.attribute("IFD") ? 1 : maxPlanes;
+        const std::size_t run = child.attribute("IFD") ? 1 : mostTiffPages;
         counter.Add({GetCount(child, "FirstZ", 0), GetCount(child, "FirstC", 0), GetCount(child, "FirstT", 0)},
                     GetCount(child, "PlaneCount", run));
     }

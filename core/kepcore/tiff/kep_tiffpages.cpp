@@ -1,6 +1,6 @@
 #include "core/kepcore/tiff/kep_tiffpages.h"
 
-#include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/tiff/kep_tiffmeta.h"
 
 #include <algorithm>
@@ -12,12 +12,7 @@ namespace kep::detail {
 namespace {
 
 [[noreturn]] void ThrowPagesDiffer(const std::string& fileName) {
-    throw IOException("ReadImage(): The pages of '" + fileName + "' differ in size or type.");
-}
-
-[[noreturn]] void ThrowNotOneFrame(const std::string& fileName, std::size_t count, const char* what) {
-    throw IOException("ReadImage(): '" + fileName + "' holds " + std::to_string(count) + " " + what +
-                      "; one file must hold one frame.");
+    ThrowCannotRead("The pages", " of ", fileName, " differ in size or type.");
 }
 
 /// Palettes that differ make one index stand for two colours.
@@ -151,9 +146,7 @@ TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& page
     if (arrangement.channels != 1 && (arrangement.channels != 3 || voxels.components != 1 || voxels.sample.IsComplex()))
         ThrowChannels(name, arrangement.channels);
 
-    std::size_t promised = 0;
-    if (__builtin_mul_overflow(description.slices, arrangement.channels, &promised))
-        promised = SIZE_MAX;
+    const std::uint64_t promised = Multiply({description.slices, arrangement.channels}).value_or(UINT64_MAX);
     if (promised <= count) {
         if (count % arrangement.channels != 0)
             ThrowDamaged(name, "its " + std::to_string(count) + " pages are not whole slices of " +
@@ -162,14 +155,13 @@ TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& page
         return arrangement;
     }
     const std::string promise = "its description promises " + std::to_string(promised) + " pages, and it holds ";
-    const std::uint64_t pageBytes = pages.layouts.front().GetPageBytes();
-    std::uint64_t bytes = 0;
+    const auto bytes = Multiply({pages.layouts.front().GetPageBytes(), promised});
     const std::uint64_t length = values.GetFile().GetLength();
-    if (__builtin_mul_overflow(pageBytes, std::uint64_t{promised}, &bytes) || bytes > length ||
-        !FindOneBlock(values, pages, arrangement.blockAt) || arrangement.blockAt > length - bytes)
+    if (!bytes || *bytes > length || !FindOneBlock(values, pages, arrangement.blockAt) ||
+        arrangement.blockAt > length - *bytes)
         ThrowDamaged(name, promise + std::to_string(count));
     // Nothing tells where the slices without pages are, so what a tag has there speaks against them.
-    const TiffStretch block{arrangement.blockAt, arrangement.blockAt + bytes};
+    const TiffStretch block{arrangement.blockAt, arrangement.blockAt + *bytes};
     if (HoldsOthers(values, block))
         ThrowDamaged(name, promise + std::to_string(count) + "; where the others should be, it has something else");
     arrangement.isOneBlock = true;

@@ -1,6 +1,6 @@
 #include "core/kepcore/tiff/kep_tiffplain.h"
 
-#include "core/kepcore/tiff/kep_tiffunpack.h"
+#include "core/kepcore/convert/kep_bytes.h"
 
 #include <algorithm>
 

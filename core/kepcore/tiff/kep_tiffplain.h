@@ -4,14 +4,11 @@
 
 #include "core/kepcore/file/kep_file.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
 namespace kep::detail {
-
-constexpr bool isMachineBigEndian = std::endian::native == std::endian::big;
 
 /// Reads stretches of a file into memory, one behind the other, with as few calls of the system as there are gaps.
 class PlainReader {

@@ -1,22 +1,13 @@
 #include "core/kepcore/tiff/kep_tiffpredictor.h"
 
-#include "core/kepcore/tiff/kep_tiffunpack.h"
+#include "core/kepcore/convert/kep_bytes.h"
 
-#include <bit>
 #include <cstdint>
-#include <cstring>
 #include <vector>
 
 namespace kep::detail {
 
 namespace {
-
-template <typename T>
-T Load(const std::byte* from) {
-    T value;
-    std::memcpy(&value, from, sizeof value);
-    return value;
-}
 
 /// With the step known to the compiler, the last pixel stays in registers.
 template <typename T, std::size_t step>
@@ -26,7 +17,7 @@ void AddUp(std::span<std::byte> row) {
     for (std::byte* at = row.data(); at < end; at += sizeof(T) * step) {
         for (std::size_t i = 0; i < step; ++i) {
             last[i] = static_cast<T>(last[i] + Load<T>(at + i * sizeof(T)));
-            std::memcpy(at + i * sizeof(T), &last[i], sizeof(T));
+            Store(at + i * sizeof(T), last[i]);
         }
     }
 }
@@ -68,7 +59,7 @@ void AddUpFloats(std::span<std::byte> row, unsigned bits, std::size_t step) {
     const std::size_t bytes = bits / 8;
     const std::size_t count = row.size() / bytes;
     for (std::size_t k = 0; k < bytes; ++k) { // of the highest bytes, then of the next
-        const std::size_t place = std::endian::native == std::endian::little ? bytes - 1 - k : k;
+        const std::size_t place = isMachineBigEndian ? k : bytes - 1 - k;
         for (std::size_t i = 0; i < count; ++i)
             row[i * bytes + place] = apart[k * count + i];
     }

@@ -9,8 +9,8 @@ namespace kep::detail {
 
 /// How samples are packed in a row, which begins with a whole byte.
 struct PackedSamples {
-    unsigned bits =
-        8; ///< 1 to 16, 24, 32, 64, 128; those of less than 16 but 8 run on from byte to byte, highest bit first
+    /// 1 to 16, 24, 32, 64, 128. Those of less than 16 bits, but for 8, run on from byte to byte, highest bit first.
+    unsigned bits = 8;
     bool half = false; ///< 16-bit floats
 
     /// Of a sample after unpacking: the next whole size; 4 for 24 bits and for half floats.
@@ -24,8 +24,5 @@ void UnpackSamples(const std::byte* row, std::size_t first, std::size_t stride, 
 
 /// The float of the same value; a NaN keeps its bits.
 float HalfToFloat(std::uint16_t half);
-
-/// Turns the order of the bytes of each number round. `bytes` is a multiple of `size`: 1, 2, 3, 4 or 8.
-void SwapBytes(std::byte* numbers, std::size_t bytes, std::size_t size);
 
 } // namespace kep::detail

@@ -1,5 +1,7 @@
 #include "core/kepcore/tiff/kep_tiffwalk.h"
 
+#include "core/kepcore/tiff/kep_tifflimits.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -10,7 +12,6 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::size_t maxPages = 1000000;
 constexpr std::uint64_t maxEntries = 512;
 
 /// Directories may share values, a palette for instance, but not without end: a stack of small pages that all name
@@ -92,8 +93,8 @@ bool TiffWalk::Next(TiffDirectory& directory) {
     if (next == 0)
         return false;
     ++count;
-    if (count > maxPages)
-        Fail("there are more than " + std::to_string(maxPages) + " pages");
+    if (count > mostTiffPages)
+        Fail("there are more than " + std::to_string(mostTiffPages) + " pages");
     if (!seen.insert(next).second)
         Fail("its directory was there before, so the pages never end");
 

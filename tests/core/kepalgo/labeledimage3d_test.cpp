@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <random>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -45,6 +46,24 @@ void ExpectSameLabels(const kep::LabeledImage3d<unsigned short, V>& got,
 }
 
 // --- the frame and its table ---
+
+TEST(LabelledFrame, IsLeftEmptyWhenItIsMovedFrom) {
+    static_assert(std::is_nothrow_move_constructible_v<Labels8> && std::is_nothrow_move_assignable_v<Labels8>);
+    Labels8 labels;
+    labels.CreateForegroundRegionsFF(MakeImage<unsigned char>({3, 1, 1}, {5, 0, 7}), nb3D_6);
+    const unsigned short* const block = labels.begin();
+    Labels8 moved(std::move(labels));
+    EXPECT_EQ(moved.begin(), block);
+    EXPECT_EQ(moved.components.size(), 2U);
+    EXPECT_TRUE(labels.IsEmpty());
+    EXPECT_TRUE(labels.components.empty());
+    labels.CreateForegroundRegionsFF(MakeImage<unsigned char>({1, 1, 1}, {1}), nb3D_6);
+    labels = std::move(moved);
+    EXPECT_EQ(labels.begin(), block);
+    EXPECT_EQ(labels.components.size(), 2U);
+    EXPECT_TRUE(moved.IsEmpty());
+    EXPECT_TRUE(moved.components.empty());
+}
 
 TEST(LabelledFrame, IsEmptyAtFirst) {
     const Labels8 plain;

@@ -8,6 +8,8 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -55,6 +57,41 @@ TEST(LookUpTable, WithoutEntriesGivesNothing) {
     table.Init(-3, 0, 255);
     EXPECT_EQ(table.GetSize(), 0U);
     EXPECT_EQ(Palette().Get(1), kep::RGB_generic<unsigned char>());
+}
+
+TEST(LookUpTable, IsLeftWithoutEntriesWhenItIsMovedFrom) {
+    static_assert(std::is_nothrow_move_constructible_v<Table8> && std::is_nothrow_move_assignable_v<Table8>);
+    auto table = MakeCountingTable<unsigned char>(256, 0, 255);
+    const unsigned char* const entries = table.GetData();
+    const auto expectEmpty = [](Table8& empty) {
+        EXPECT_TRUE(empty.IsEmpty());
+        EXPECT_EQ(empty.GetWholeType(), nullptr) << "it covers nothing";
+        EXPECT_EQ(empty.Get(200), 0);
+        EXPECT_EQ(empty.GetFirst(), 0);
+        EXPECT_EQ(empty.GetLast(), 0);
+        empty.Set(7, 1);
+        empty.CreateGamma(0, 255, 1.0F, 0, 255);
+        empty.CreateThresholding(0, 255, 0, 255);
+        empty.CreateAffine(1.0F, 0.0F, 0, 255);
+        EXPECT_EQ(Table8(empty).Get(7), 0);
+    };
+    Table8 moved(std::move(table));
+    EXPECT_EQ(moved.GetWholeType(), entries) << "nothing was copied";
+    EXPECT_EQ(moved.Get(200), 200);
+    EXPECT_EQ(moved.GetLast(), 255);
+    expectEmpty(table);
+    table.Init(2, 5, 6);
+    EXPECT_EQ(table.GetWholeType(), nullptr);
+
+    table = std::move(moved);
+    EXPECT_EQ(table.GetWholeType(), entries);
+    EXPECT_EQ(table.Get(17), 17);
+    expectEmpty(moved);
+    auto& self = table;
+    table = std::move(self);
+    EXPECT_EQ(table.GetWholeType(), entries);
+    table = Table8();
+    expectEmpty(table);
 }
 
 TEST(LookUpTable, ShowsItsEntriesAndTheirKeys) {

@@ -1,5 +1,7 @@
 #include "core/kepcore/convert/kep_description.h"
 
+#include "core/kepcore/convert/kep_number.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>

@@ -9,6 +9,8 @@
 #include <new>
 #include <random>
 #include <string>
+#include <type_traits>
+#include <utility>
 
 namespace {
 
@@ -48,6 +50,49 @@ TYPED_TEST(AnyFrame, IsEmptyAtFirst) {
     frame.Fill(TypeParam());
     frame.DisposeData();
     EXPECT_TRUE(Image3d<TypeParam>(frame).IsEmpty());
+}
+
+TYPED_TEST(AnyFrame, IsLeftEmptyAndOfUseWhenItIsMovedFrom) {
+    using Frame = Image3d<TypeParam>;
+    static_assert(std::is_nothrow_move_constructible_v<Frame> && std::is_nothrow_move_assignable_v<Frame>);
+    const Vector3d<float> offset(1.0F, 2.0F, 3.0F);
+    const Resolution resolution(4.0F, 5.0F, 6.0F);
+    Frame frame(&offset, &resolution);
+    frame.MakeRoom(3, 2, 1);
+    frame.SetDescription({{"a", "b"}});
+    const TypeParam* const block = frame.begin();
+    const auto expectWhole = [&](const Frame& whole) {
+        EXPECT_EQ(whole.begin(), block) << "no voxel was copied";
+        EXPECT_EQ(whole.GetSize(), Vector3d<std::size_t>(3, 2, 1));
+        EXPECT_EQ(whole.GetOffset(), offset);
+        EXPECT_EQ(whole.GetResolution(), resolution);
+        EXPECT_EQ(whole.GetDescription().size(), 1U);
+    };
+    const auto expectEmpty = [](const Frame& empty) {
+        EXPECT_TRUE(empty.IsEmpty());
+        EXPECT_EQ(empty.GetSize(), Vector3d<std::size_t>());
+        EXPECT_EQ(empty.GetOffset(), Vector3d<float>());
+        EXPECT_EQ(empty.GetResolution(), Resolution());
+        EXPECT_TRUE(empty.GetDescription().empty());
+        EXPECT_EQ(empty.begin(), nullptr);
+        EXPECT_EQ(empty.end(), nullptr);
+    };
+    Frame moved(std::move(frame));
+    expectWhole(moved);
+    expectEmpty(frame);
+    frame.Fill(TypeParam());
+    expectEmpty(Frame(frame));
+    frame.MakeRoom(1, 1, 2);
+    EXPECT_EQ(frame.GetNumVoxels(), 2U);
+
+    frame = std::move(moved);
+    expectWhole(frame);
+    expectEmpty(moved);
+    auto& self = frame;
+    frame = std::move(self);
+    expectWhole(frame);
+    frame = Frame();
+    expectEmpty(frame);
 }
 
 TYPED_TEST(AnyFrame, NewRoomIsZeroed) {

@@ -1,3 +1,4 @@
+#include "core/kepcore/convert/kep_bytes.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/tiff/kep_tiffplain.h"
 #include "core/kepcore/tiff/kep_tiffqueue.h"

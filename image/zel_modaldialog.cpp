@@ -1,4 +1,4 @@
-#include "dialogs/zel_modaldialog.h"
+#include "image/zel_modaldialog.h"
 
 #include <wx/evtloop.h>
 

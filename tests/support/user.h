@@ -1,6 +1,6 @@
 #pragma once
 
-// A user in front of a dialog: the real pointer and the real keyboard.
+// A user in front of a window: the real pointer and the real keyboard.
 
 #include "tests/support/gui_test.h"
 
@@ -14,18 +14,22 @@ Control& In(const wxWindow& dialog, int id) {
     return dynamic_cast<Control&>(*dialog.FindWindow(id));
 }
 
+/// Puts the pointer on a place of the screen.
+inline void MovePointer(const wxPoint& screen) {
+    wxUIActionSimulator().MouseMove(screen);
+    EXPECT_TRUE(WaitUntil([&] { return wxGetMousePosition() == screen; }));
+    Settle();
+}
+
 inline void MovePointerTo(const wxWindow& window, const wxPoint& at) {
-    const wxPoint target = window.ClientToScreen(at);
-    wxUIActionSimulator().MouseMove(target);
-    EXPECT_TRUE(WaitUntil([&] { return wxGetMousePosition() == target; }));
-    Pump(30);
+    MovePointer(window.ClientToScreen(at));
 }
 
 inline void Click(wxWindow& window) {
     const wxSize size = window.GetClientSize();
     MovePointerTo(window, {size.x / 2, size.y / 2});
     wxUIActionSimulator().MouseClick();
-    Pump(60);
+    Settle();
 }
 
 /// Presses the left button at the first place and moves over all others; lets go at the last.
@@ -33,16 +37,22 @@ inline void Drag(wxWindow& window, const std::vector<wxPoint>& path) {
     MovePointerTo(window, path.front());
     wxUIActionSimulator hand;
     hand.MouseDown();
-    Pump(30);
+    Settle();
     for (std::size_t i = 1; i < path.size(); ++i)
         MovePointerTo(window, path[i]);
     hand.MouseUp();
-    Pump(30);
+    Settle();
 }
 
 inline void Press(int key, int modifiers = wxMOD_NONE) {
     wxUIActionSimulator().Char(key, modifiers);
-    Pump(60);
+    Settle();
+}
+
+/// Types into the window that has the focus.
+inline void Type(const std::string& text) {
+    wxUIActionSimulator().Text(text.c_str());
+    Settle();
 }
 
 inline void Focus(wxWindow& window) {
@@ -57,7 +67,6 @@ inline void TypeInto(wxTextCtrl& field, const std::string& text) {
     Press(WXK_DELETE);
     wxUIActionSimulator().Text(text.c_str());
     EXPECT_TRUE(WaitUntil([&] { return field.GetValue() == text; })) << field.GetValue().utf8_string();
-    Pump(30);
 }
 
 } // namespace zel::test
