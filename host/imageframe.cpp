@@ -1,5 +1,6 @@
 #include "host/imageframe.h"
 
+#include "factory/zel_labeledviewerfactory.h"
 #include "factory/zel_viewerfactory.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
@@ -7,6 +8,8 @@
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
 #include "model/zel_histogramcount.h"
+#include "overlay/zel_basicoverlayingmodule.h"
+#include "overlay/zel_labeledimagecanvas3d.h"
 #include "viewer/zel_imagecanvas3d.h"
 
 #include <algorithm>
@@ -22,15 +25,7 @@ namespace {
 
 using zel::zel_Viewer3dFrame;
 using FramePtr = std::unique_ptr<zel_Viewer3dFrame>;
-
-/// The canvas owns the image on return.
-template <typename T>
-void AddCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<T>& mapper, std::unique_ptr<mor::Image4d<T>> image) {
-    auto* const canvas = new zel::zel_ImageViewer3dCanvas<T>(&frame, mapper, image.get(), true, wxID_ANY,
-                                                             wxDefaultPosition, wxDefaultSize);
-    image.release();
-    frame.SetCanvas(canvas);
-}
+using LabelModule = zel::zel_BasicOverlayingModule<unsigned short, unsigned short>;
 
 /// Deletes what a factory that threw has left behind: frames without a canvas.
 void DeleteHalfMadeFrames() {
@@ -41,10 +36,15 @@ void DeleteHalfMadeFrames() {
 }
 
 template <typename T>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image) try {
-    FramePtr frame(zel::zel_CreateImage3dFrame<T>(image.get(), true, nullptr, wxID_ANY, wxEmptyString,
-                                                  wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE));
-    image.release(); // the canvas owns it
+FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels) try {
+    FramePtr frame(labels != nullptr
+                       ? zel::zel_CreateLabeledImage3dFrame<T>(image.get(), labels.get(), true, true, nullptr, wxID_ANY,
+                                                               wxEmptyString, wxDefaultPosition, wxDefaultSize,
+                                                               wxDEFAULT_FRAME_STYLE)
+                       : zel::zel_CreateImage3dFrame<T>(image.get(), true, nullptr, wxID_ANY, wxEmptyString,
+                                                        wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE));
+    image.release();  // the canvas owns it
+    labels.release(); // and the overlaying module these
     return frame;
 } catch (...) {
     DeleteHalfMadeFrames();
@@ -64,14 +64,34 @@ zel::HistogramSet<int> CountInts(const mor::Image4d<int>& image) {
     return histograms;
 }
 
-/// The factory has no form for int: its steps, one by one.
+/// The canvas of int voxels, with the menu of the labels if there are any. It owns the image on return, and the frame
+/// the labels.
+zel::zel_Viewer3dCanvas* MakeIntCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<int>& mapper,
+                                       std::unique_ptr<mor::Image4d<int>> image, std::unique_ptr<Labels> labels) {
+    zel::zel_Viewer3dCanvas* canvas = nullptr;
+    if (labels == nullptr) {
+        canvas = new zel::zel_ImageViewer3dCanvas<int>(&frame, mapper, image.get(), true, wxID_ANY, wxDefaultPosition,
+                                                       wxDefaultSize);
+    } else {
+        auto* const overlayer = new LabelModule(&frame, labels.get(), true);
+        labels.release();
+        frame.AddExtensionModule(overlayer, "&Overlaying", true);
+        canvas = new zel::zel_LabeledImageViewer3dCanvas<int, unsigned short, unsigned short>(
+            &frame, mapper, *overlayer, image.get(), true, wxID_ANY, wxDefaultPosition, wxDefaultSize);
+    }
+    image.release();
+    return canvas;
+}
+
+/// The factories count a bin for each whole number between the ends, and the plain one has no form for int: their
+/// steps, one by one.
 template <>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<int>> image) {
+FramePtr BuildFrame(std::unique_ptr<mor::Image4d<int>> image, std::unique_ptr<Labels> labels) {
     auto frame = std::make_unique<zel_Viewer3dFrame>(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                                                      wxDEFAULT_FRAME_STYLE);
     auto* const mapper = zel::zel_CreateGrayMapperForType<int>(frame.get(), CountInts(*image));
     frame->AddExtensionModule(mapper, "&Mapping", true);
-    AddCanvas<int>(*frame, *mapper, std::move(image));
+    frame->SetCanvas(MakeIntCanvas(*frame, *mapper, std::move(image), std::move(labels)));
     return frame;
 }
 
@@ -106,7 +126,7 @@ void RefuseConstant(const mor::Image4d<T>& image) {
     }
 }
 
-/// The mapping module of a frame; null if there is none of this type.
+/// The module of a frame; null if there is none of this type.
 template <typename Module>
 Module* FindModule(zel_Viewer3dFrame& frame) {
     for (wxEvtHandler* handler = frame.GetEventHandler(); handler != nullptr; handler = handler->GetNextHandler())
@@ -135,13 +155,16 @@ void ShowPart(zel_Viewer3dFrame& frame, zel::ComplexMode part) {
 } // namespace
 
 template <typename T>
-zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look) {
+zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
+                             std::unique_ptr<Labels> labels) {
     RefuseConstant(*image);
-    FramePtr frame = BuildFrame(std::move(image));
+    FramePtr frame = BuildFrame(std::move(image), std::move(labels));
     if (look.part)
         ShowPart(*frame, *look.part);
     if (look.stretch != Stretch::None)
         RunStretch<T>(*frame, look.stretch);
+    if (const auto* const module = FindModule<LabelModule>(*frame); module != nullptr && look.outlines)
+        frame->ProcessCommand(module->GetMenuId(zel::zel_OE_BOUNDARY));
     PrepareFrame(*frame, look.inVoxels);
     return frame.release();
 }
@@ -163,7 +186,9 @@ void PrepareFrame(zel_Viewer3dFrame& frame, bool inVoxels) {
     frame.ResizeFrameIfRequired();
 }
 
-#define ZEL_INSTANTIATE(T) template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, const FirstLook&);
+#define ZEL_INSTANTIATE(T)                                                                                             \
+    template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, const FirstLook&,                       \
+                                             std::unique_ptr<Labels>);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

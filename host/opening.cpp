@@ -128,11 +128,18 @@ std::unique_ptr<mor::Image4d<T>> SequenceOf(std::vector<std::unique_ptr<kep::Ima
 
 } // namespace
 
-std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells() {
+LabeledCells OpenSyntheticCells() {
+    std::vector<SyntheticFrame> cells = MakeSyntheticCells();
+    const kep::Image3d<unsigned short>& first = *cells.front().intensity;
+    auto labels = std::make_unique<Labels>(false, &first.GetOffset(), &first.GetResolution());
+    labels->MakeRoom(first.GetSize(), cells.size());
     std::vector<std::unique_ptr<kep::Image3d<unsigned short>>> frames;
-    for (SyntheticFrame& frame : MakeSyntheticCells())
-        frames.push_back(std::move(frame.intensity));
-    return SequenceOf(std::move(frames), "Synthetic cells");
+    for (SyntheticFrame& cell : cells) {
+        labels->GetImage(frames.size())->CreateRegionsOfLabels(*cell.labels);
+        cell.labels.reset(); // it was copied
+        frames.push_back(std::move(cell.intensity));
+    }
+    return {SequenceOf(std::move(frames), "Synthetic cells"), std::move(labels)};
 }
 
 std::unique_ptr<mor::Image4d<std::complex<float>>> OpenVortex() {

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "host/displaytype.h"
+#include "host/labels.h"
 #include "host/options.h"
 #include "image/zel_image4d.h"
-#include "image/zel_labeledimage4d.h"
 
 #include <complex>
 #include <cstdint>
@@ -26,17 +26,20 @@ OpeningPlan PlanOpening(const Options& options);
 template <typename T>
 std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan);
 
-/// Labels of any whole numbers up to 65535.
-using Labels = mor::LabeledImage4d<unsigned short, unsigned short>;
-
 /// Reads the label files as one sequence, as stored or as connected components. A voxel size that they lack is the
 /// image's. Exists for the types of KEP_DISPLAY_TYPES.
 /// @throws Failure, also if the labels differ from the image in position or size, and if the user cancels
 template <typename T>
 std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image);
 
+/// A sequence and which cell each voxel belongs to.
+struct LabeledCells {
+    std::unique_ptr<mor::Image4d<unsigned short>> image;
+    std::unique_ptr<Labels> labels;
+};
+
 /// The cells that are shown when there are no files.
-std::unique_ptr<mor::Image4d<unsigned short>> OpenSyntheticCells();
+LabeledCells OpenSyntheticCells();
 
 /// The wave that is shown instead when a complex image is asked for.
 std::unique_ptr<mor::Image4d<std::complex<float>>> OpenVortex();

@@ -65,16 +65,15 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
     const OpeningPlan plan = PlanOpening(m_options);
     if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
         throw Failure(m_options.files.front() + ": " + conflict);
-    const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part};
+    // Who names labels wants to see them, and the image as well.
+    const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part,
+                         !m_options.labels.empty()};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         auto image = ReadFiles<T>(m_options, plan);
-        if (!m_options.labels.empty()) {
-            ReadLabels<T>(m_options, *image);
-            PrintMessage("The labels fit the image, but this window does not show them.");
-        }
+        auto labels = m_options.labels.empty() ? nullptr : ReadLabels<T>(m_options, *image);
         try {
-            return MakeFrame(std::move(image), look);
+            return MakeFrame(std::move(image), look, std::move(labels));
         } catch (const kep::InternalException& error) {
             throw kep::InternalException(NameAndReason(m_options.files.front(), error));
         }
@@ -85,7 +84,9 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic() {
     if (m_options.type == DisplayType::Complex)
         return MakeFrame(OpenVortex(), {m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part});
     // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
-    return MakeFrame(OpenSyntheticCells(), {m_options.stretch.value_or(Stretch::Linear), m_options.voxels, {}});
+    LabeledCells cells = OpenSyntheticCells();
+    return MakeFrame(std::move(cells.image), {m_options.stretch.value_or(Stretch::Linear), m_options.voxels, {}},
+                     std::move(cells.labels));
 }
 
 void ViewerApp::OnFirstPaint() {

@@ -88,11 +88,16 @@ void zel_DrWin3d::Render() {
     const wxSize size = GetClientSize();
     if (size.x < 1 || size.y < 1)
         return;
+    const bool isDetached = m_canvas->IsMapperDetached(); // then the image may be gone, too
+    if (isDetached && m_backing.GetSize() == size)
+        return; // the last picture stays
     if (m_backing.GetSize() != size)
         m_backing.Create(size);
     wxMemoryDC dc(m_backing);
     dc.SetBackground(*wxBLACK_BRUSH);
     dc.Clear();
+    if (isDetached)
+        return;
     m_canvas->Draw(dc, m_plane.type);
     DrawCutPointer(dc);
     if (m_plane.type == zel_PT_XY)

@@ -113,6 +113,12 @@ zel_Viewer3dFrame::~zel_Viewer3dFrame() {
     }
 }
 
+bool zel_Viewer3dFrame::Destroy() {
+    if (m_canvas != nullptr)
+        m_canvas->DetachMapper();
+    return wxFrame::Destroy();
+}
+
 void zel_Viewer3dFrame::SetCanvas(zel_Viewer3dCanvas* canvas) {
     zel_Viewer3dCanvas* const former = std::exchange(m_canvas, canvas);
     if (former != nullptr && former != canvas)

@@ -33,6 +33,10 @@ public:
                       long style);
     ~zel_Viewer3dFrame() override;
 
+    /// The toolkit deletes the frame a little later; from here on nothing is drawn or browsed, so a host may delete an
+    /// image of its own, and labels.
+    bool Destroy() override;
+
     zel_Viewer3dCanvas* GetCanvas() const { return m_canvas; }
     /// Takes a canvas, made as a child of this frame, and gives it the client area. One that was there is destroyed
     /// at once, so this is not for handlers of its own events.

@@ -43,7 +43,7 @@ zel_ImageViewer3dCanvas<T>::zel_ImageViewer3dCanvas(wxWindow* parent, const zel_
     RecomputeVisible();
     m_view.CentreOnCutIfOut();
     if (ownsImage)
-        m_ownedImage.reset(image); // last, so that the caller still owns it when something throws
+        TakeImage(); // last, so that the caller still owns it when something throws
 }
 
 template <typename T>

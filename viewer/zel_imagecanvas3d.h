@@ -82,6 +82,19 @@ protected:
     bool IsColourDirty(zel_ProjectionType type) const { return Window(type).colourDirty; }
     void SetColourDirty(zel_ProjectionType type, bool dirty) { Window(type).colourDirty = dirty; }
 
+    // Where a derived canvas adds its own to the drawing of a window. They are called in a paint, with a frame to show
+    // and a mapper.
+
+    /// The window's slice has just got its place and its voxels.
+    virtual void OnResampled(const Plane& plane);
+    /// Whether the window must be coloured anew although voxels and mapping are the same.
+    virtual bool IsOverlayStale(const Plane& plane) const;
+    /// Writes the colours of the window's slice into its buffer, which has the same size.
+    virtual void FillBuffer(const Plane& plane, ColourBuffer& buffer);
+
+    /// From here on the destructor deletes the image.
+    void TakeImage() { m_ownedImage.reset(m_image); }
+
 private:
     struct WindowPicture {
         WindowPicture() = default;

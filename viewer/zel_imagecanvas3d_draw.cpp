@@ -29,14 +29,14 @@ const kep::Image3d<T>& zel_ImageViewer3dCanvas<T>::GetAutofocusImage(zel_Project
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Draw(wxDC& dc, zel_ProjectionType type) {
-    if (!IsFrameThere() || IsMapperDetached())
+    if (IsMapperDetached() || !IsFrameThere()) // in this order: once detached, the image may be gone as well
         return;
     dc.SetTextForeground(*wxGREEN);
     if (const Plane* const plane = FindPlane(type)) {
         WindowPicture& picture = Window(type);
         if (picture.dataDirty && GetDrWin(type)->IsShown())
             Resample(*plane);
-        if (picture.colourDirty && !picture.slice.IsEmpty())
+        if ((picture.colourDirty || IsOverlayStale(*plane)) && !picture.slice.IsEmpty())
             Colourise(*plane);
         if (picture.bitmap.IsOk())
             dc.DrawBitmap(picture.bitmap, 0, 0, false);
@@ -65,6 +65,20 @@ void zel_ImageViewer3dCanvas<T>::Resample(const Plane& plane) {
     slice.SetOffset(m_view.GetSliceOffset(plane));
     slice.SetResolution(kep::Resolution(m_view.scale));
     kep::CopyToImage(autofocus ? GetAutofocusImage(plane.type, frame) : *m_image->GetImage(frame), slice);
+    OnResampled(plane);
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnResampled(const Plane&) {}
+
+template <typename T>
+bool zel_ImageViewer3dCanvas<T>::IsOverlayStale(const Plane&) const {
+    return false;
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::FillBuffer(const Plane& plane, ColourBuffer& buffer) {
+    m_mapper->Map(Window(plane.type).slice.GetFirstVoxelAddr(), buffer);
 }
 
 template <typename T>
@@ -78,7 +92,7 @@ void zel_ImageViewer3dCanvas<T>::Colourise(const Plane& plane) {
         if (buffer.width != width || buffer.height != height)
             buffer.Resize(width, height);
     }
-    m_mapper->Map(picture.slice.GetFirstVoxelAddr(), buffer);
+    FillBuffer(plane, buffer);
 
     const SeenPicture seen =
         TurnPicture(plane, m_view.options, buffer.data, {buffer.width, buffer.height}, picture.turned);
@@ -103,6 +117,9 @@ void zel_ImageViewer3dCanvas<T>::ReverseAxis(int axis) {
     template const kep::Image3d<T>& zel_ImageViewer3dCanvas<T>::GetAutofocusImage(zel_ProjectionType, std::size_t);    \
     template void zel_ImageViewer3dCanvas<T>::Draw(wxDC&, zel_ProjectionType);                                         \
     template void zel_ImageViewer3dCanvas<T>::Resample(const Plane&);                                                  \
+    template void zel_ImageViewer3dCanvas<T>::OnResampled(const Plane&);                                               \
+    template bool zel_ImageViewer3dCanvas<T>::IsOverlayStale(const Plane&) const;                                      \
+    template void zel_ImageViewer3dCanvas<T>::FillBuffer(const Plane&, ColourBuffer&);                                 \
     template void zel_ImageViewer3dCanvas<T>::Colourise(const Plane&);                                                 \
     template void zel_ImageViewer3dCanvas<T>::ReverseAxis(int);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)

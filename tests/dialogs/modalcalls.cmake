@@ -1,7 +1,7 @@
 # Fails if a source of the viewer shows a modal dialog by a call of the toolkit's: RunModal and ShowMessage bear that a
 # host closes the viewer meanwhile, and the toolkit's calls do not (image/zel_modaldialog.h).
 set(found 0)
-foreach(room image dialogs factory host mapping viewer volume)
+foreach(room image dialogs factory host mapping overlay viewer volume)
   file(GLOB_RECURSE sources "${ROOT}/${room}/*.cpp" "${ROOT}/${room}/*.h")
   foreach(source IN LISTS sources)
     if(source MATCHES "/zel_modaldialog\\.cpp$")

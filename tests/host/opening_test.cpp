@@ -169,11 +169,18 @@ TEST_F(Opening, LabelsThatDoNotBelongToTheImageAreRefused) {
 }
 
 TEST_F(Opening, TheSyntheticSequenceIsConsistent) {
-    const auto image = OpenSyntheticCells();
+    const auto [image, labels] = OpenSyntheticCells();
     EXPECT_EQ(image->TestConsistency(), 0);
     EXPECT_EQ(image->GetNumFrames(), 10U);
     EXPECT_GT(image->GetCachedMaxValue(), 500);
     EXPECT_LT(image->GetCachedMinValue(), 150);
+    EXPECT_EQ(labels->TestConsistency(), 0);
+    EXPECT_EQ(labels->GetNumFrames(), 10U);
+    EXPECT_EQ(labels->GetSize(), image->GetSize());
+    EXPECT_EQ(labels->GetOffset(), image->GetOffset());
+    EXPECT_EQ(labels->GetResolution(), image->GetResolution());
+    EXPECT_EQ(labels->GetImage(0)->components.size(), 12U) << "cells of the first frame";
+    EXPECT_GT(labels->GetImage(9)->components.size(), 12U) << "some have divided";
 }
 
 } // namespace

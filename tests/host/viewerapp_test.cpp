@@ -231,6 +231,40 @@ TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveTheirMenus) {
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
+/// One label, on both voxels of a pair.
+std::unique_ptr<Labels> MakeLabelPair() {
+    auto labels = std::make_unique<Labels>();
+    labels->MakeRoom(2, 1, 1, 1);
+    labels->SetVoxel(0, 0, 4);
+    labels->SetVoxel(1, 0, 4);
+    return labels;
+}
+
+TEST_F(ViewerAppTest, LabelsHaveTheirMenuAndAreOutlinedIfAsked) {
+    for (const bool outlines : {false, true}) {
+        const FirstLook look{.outlines = outlines};
+        for (zel::zel_Viewer3dFrame* frame :
+             {MakeFrame(MakePair<unsigned char>(1, 2), look, MakeLabelPair()),
+              MakeFrame(MakePair<int>(-1'000'000'000, 1'000'000'000), look, MakeLabelPair()),
+              MakeFrame(MakePair(-1.0F, 2.0F), look, MakeLabelPair())}) {
+            const wxMenuBar& bar = *frame->GetMenuBar();
+            const int at = bar.FindMenu("Overlaying");
+            ASSERT_NE(at, wxNOT_FOUND);
+            bar.GetMenu(static_cast<std::size_t>(at))->UpdateUI();
+            std::vector<std::string> marked;
+            for (const wxMenuItem* item : bar.GetMenu(static_cast<std::size_t>(at))->GetMenuItems())
+                if (item->IsCheckable() && item->IsChecked())
+                    marked.push_back(item->GetItemLabelText().utf8_string());
+            if (outlines)
+                EXPECT_THAT(marked, ElementsAre("Enable", "Boundary", "Default palette"));
+            else
+                EXPECT_THAT(marked, ElementsAre("Components", "Default palette"));
+            frame->Destroy();
+        }
+    }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
     EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {}), kep::InternalException);
     EXPECT_THROW(MakeFrame(MakePair(-3, -3), {}), kep::InternalException);

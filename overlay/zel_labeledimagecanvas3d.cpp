@@ -1,0 +1,114 @@
+#include "overlay/zel_labeledimagecanvas3d.h"
+
+namespace zel {
+
+namespace {
+
+zel_OverlayWindowType CutOf(const Plane& plane) {
+    return static_cast<zel_OverlayWindowType>(zel_OverlayWindowCutXY + static_cast<int>(IndexOf(plane.type)));
+}
+
+zel_OverlayWindowType AutofocusOf(const Plane& plane) {
+    return static_cast<zel_OverlayWindowType>(zel_OverlayWindowAutofocusXY + static_cast<int>(IndexOf(plane.type)));
+}
+
+} // namespace
+
+template <typename T, typename L, typename V>
+zel_LabeledImageViewer3dCanvas<T, L, V>::zel_LabeledImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper,
+                                                                        zel_Overlayer<L, V>& overlayer,
+                                                                        mor::Image4d<T>* image, bool ownsImage, int id,
+                                                                        const wxPoint& pos, const wxSize& size)
+    : zel_ImageViewer3dCanvas<T>(parent, mapper, image, false, id, pos, size), m_overlayer(&overlayer) {
+    for (const Plane& plane : planes)
+        m_overlays[plane.type].cut = overlayer.Buffer_Create(CutOf(plane));
+    for (const Plane& plane : planes)
+        m_overlays[plane.type].autofocus = overlayer.Buffer_Create(AutofocusOf(plane));
+    if (ownsImage)
+        this->TakeImage(); // last, so that the caller still owns it when something throws
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::MakeOverlaysDirty() {
+    for (WindowOverlay& overlay : m_overlays)
+        overlay.dirty = true;
+}
+
+template <typename T, typename L, typename V>
+bool zel_LabeledImageViewer3dCanvas<T, L, V>::HasLabels() const {
+    return !m_overlayer->IsEmpty(false, static_cast<std::size_t>(this->m_time));
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::OnDataChange() {
+    MakeOverlaysDirty();
+    zel_ImageViewer3dCanvas<T>::OnDataChange();
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::OnTimeChange() {
+    MakeOverlaysDirty();
+    zel_ImageViewer3dCanvas<T>::OnTimeChange();
+    this->UpdateIsosurface();
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::OverlayingChanged(zel_OverlayingEvent& event) {
+    MakeOverlaysDirty();
+    const mor::Image4d<T>* const image = this->GetImage();
+    if (event.GetReload() && image != nullptr && !this->IsMapperDetached()) {
+        m_overlayer->LoadOverlay(false, image->GetSize(), image->GetOffset(), image->GetResolution());
+        this->MakeDirtyAndRefresh(zel_PT_ALL);
+    } else {
+        this->Refresh(false);
+    }
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::OnResampled(const Plane& plane) {
+    WindowOverlay& overlay = m_overlays[plane.type];
+    overlay.dirty = true;
+    overlay.placed = false;
+    if (HasLabels())
+        PlaceBuffers(plane);
+}
+
+template <typename T, typename L, typename V>
+bool zel_LabeledImageViewer3dCanvas<T, L, V>::IsOverlayStale(const Plane& plane) const {
+    return IsOverlayDirty(plane.type) && HasLabels();
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::FillBuffer(const Plane& plane, ColourBuffer& buffer) {
+    if (!HasLabels()) {
+        zel_ImageViewer3dCanvas<T>::FillBuffer(plane, buffer);
+        return;
+    }
+    WindowOverlay& overlay = m_overlays[plane.type];
+    if (!overlay.placed)
+        PlaceBuffers(plane); // the labels have come after the voxels
+    const bool isAutofocus = this->GetContent(plane.type) == zel_PC_AUTOFOCUS;
+    if (isAutofocus)
+        m_overlayer->Buffer_Render(overlay.autofocus, static_cast<std::size_t>(this->m_time));
+    zel_ImageViewer3dCanvas<T>::FillBuffer(plane, buffer);
+    m_overlayer->Overlay(isAutofocus ? overlay.autofocus : overlay.cut, buffer);
+    overlay.dirty = false;
+}
+
+/// Gives the window's buffers the slice's place, and the labels there to that of the cut.
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::PlaceBuffers(const Plane& plane) {
+    WindowOverlay& overlay = m_overlays[plane.type];
+    const kep::Image3d<T>& slice = this->GetSlice(plane.type);
+    for (const std::size_t buffer : {overlay.cut, overlay.autofocus})
+        m_overlayer->Buffer_SetDim(buffer, slice.GetSize(), slice.GetOffset(), slice.GetResolution().GetRes());
+    if (this->GetContent(plane.type) == zel_PC_CUT)
+        m_overlayer->Buffer_Render(overlay.cut, static_cast<std::size_t>(this->m_time));
+    overlay.placed = true;
+}
+
+#define ZEL_INSTANTIATE(T, L, V) template class zel_LabeledImageViewer3dCanvas<T, L, V>;
+ZEL_LABELED_TYPES(ZEL_INSTANTIATE)
+#undef ZEL_INSTANTIATE
+
+} // namespace zel

@@ -1,0 +1,60 @@
+#pragma once
+
+#include "overlay/zel_labeledtypes.h"
+#include "overlay/zel_overlayer.h"
+#include "viewer/zel_imagecanvas3d.h"
+
+namespace zel {
+
+/// The canvas of an image that has labels: it draws as its base does, and lets an overlayer paint labels over each
+/// picture before it is turned for the screen. A frame without labels is drawn as if there were no overlayer. Exists
+/// for ZEL_LABELED_TYPES.
+///
+/// A change of the overlay colours the pictures anew and resamples nothing.
+template <typename T, typename L, typename V>
+class ZEL_EXPORT zel_LabeledImageViewer3dCanvas : public zel_ImageViewer3dCanvas<T> {
+public:
+    /// @param mapper, image, ownsImage  as for the base; if this throws, the image is still the caller's
+    /// @param overlayer  gets six buffers here, of window types 1 to 6; must live until the canvas is no longer
+    /// painted,
+    ///                   and is not touched by the destructor
+    zel_LabeledImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, zel_Overlayer<L, V>& overlayer,
+                                   mor::Image4d<T>* image, bool ownsImage, int id, const wxPoint& pos,
+                                   const wxSize& size);
+
+    void OnDataChange() override;
+    void OnTimeChange() override;
+    /// A reload asks the overlayer to load its labels anew, and all is resampled.
+    void OverlayingChanged(zel_OverlayingEvent& event) override;
+
+    zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; }
+
+protected:
+    void OnResampled(const Plane& plane) override;
+    bool IsOverlayStale(const Plane& plane) const override;
+    void FillBuffer(const Plane& plane, ColourBuffer& buffer) override;
+
+    bool IsOverlayDirty(zel_ProjectionType type) const { return m_overlays[type].dirty; }
+    void SetOverlayDirty(zel_ProjectionType type, bool dirty) { m_overlays[type].dirty = dirty; }
+
+private:
+    struct WindowOverlay {
+        std::size_t cut = 0;       // index of a buffer
+        std::size_t autofocus = 0; // likewise
+        bool dirty = true;         // the overlay of this picture must be done again
+        bool placed = false;       // the buffers lie where the slice does
+    };
+
+    bool HasLabels() const;
+    void PlaceBuffers(const Plane& plane);
+    void MakeOverlaysDirty();
+
+    PerPlane<WindowOverlay> m_overlays;
+    zel_Overlayer<L, V>* m_overlayer;
+};
+
+#define ZEL_DECLARE(T, L, V) extern template class zel_LabeledImageViewer3dCanvas<T, L, V>;
+ZEL_LABELED_TYPES(ZEL_DECLARE)
+#undef ZEL_DECLARE
+
+} // namespace zel
