@@ -77,18 +77,6 @@ void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
     case zel_ME_RANGE:
         SetRange();
         return;
-    case zel_ME_NO_STRETCH:
-        SetIdentity();
-        break;
-    case zel_ME_LINEAR_STRETCH:
-        SetLinearStretch();
-        break;
-    case zel_ME_PERCENTIL_STRETCH:
-        SetPercentilStretch();
-        break;
-    case zel_ME_EQUALIZATION:
-        SetHistEqualStretch();
-        break;
     case zel_ME_LEVELS:
         isChosen = SetLevelsStretch();
         break;
@@ -96,7 +84,8 @@ void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
         isChosen = SetThreshold();
         break;
     default:
-        return;
+        if (!RunStretch(offset))
+            return;
     }
     if (!self)
         return;
@@ -106,6 +95,26 @@ void zel_MappingModule<T>::OnMapping(wxCommandEvent& event) {
         // The click has moved the mark already. In this order, as the two may be the same entry.
         CheckEntry(offset, false);
         CheckEntry(m_stretchMode, true);
+    }
+}
+
+template <typename T>
+bool zel_MappingModule<T>::RunStretch(int entry) {
+    switch (entry) {
+    case zel_ME_NO_STRETCH:
+        SetIdentity();
+        return true;
+    case zel_ME_LINEAR_STRETCH:
+        SetLinearStretch();
+        return true;
+    case zel_ME_PERCENTIL_STRETCH:
+        SetPercentilStretch();
+        return true;
+    case zel_ME_EQUALIZATION:
+        SetHistEqualStretch();
+        return true;
+    default:
+        return false;
     }
 }
 

@@ -96,6 +96,8 @@ protected:
     /// The offset of the active stretch: no stretch to threshold, or whatever a configuration held.
     int GetStretchEntry() const { return m_stretchMode; }
     void SetStretchEntry(int entry) { m_stretchMode = entry; }
+    /// Runs a stretch that asks nothing, from no stretch to equalization. @return whether the entry is one of them
+    bool RunStretch(int entry);
     /// The entry "Set bitdepth...", for voxels of 8 and 16 bits. @param menu  as CreateMenu has made it
     void InsertBitdepth(wxMenu& menu) const;
     /// Sets the mark of a menu entry. An offset without an entry, or of one that has no mark, is left alone: whatever

@@ -96,27 +96,15 @@ void zel_PaletteMappingModule<Voxel>::SetHistEqualStretch() {
 template <typename Voxel>
 void zel_PaletteMappingModule<Voxel>::ResetMapping() {
     InitMappingTable();
-    switch (this->GetStretchEntry()) {
-    case zel_ME_NO_STRETCH:
-        SetIdentity();
-        break;
-    case zel_ME_LINEAR_STRETCH:
-        SetLinearStretch();
-        break;
-    case zel_ME_PERCENTIL_STRETCH:
-        SetPercentilStretch();
-        break;
-    case zel_ME_EQUALIZATION:
-        SetHistEqualStretch();
-        break;
-    case zel_ME_LEVELS:
+    const int stretch = this->GetStretchEntry();
+    if (stretch == zel_ME_LEVELS) {
         Shown().HoldLevels(GetShownHistogram());
         UpdateLUT();
-        break;
-    case zel_ME_THRESHOLD:
+    } else if (stretch == zel_ME_THRESHOLD) {
         Shown().HoldThresholds(GetShownHistogram());
         DoThresholding();
-        break;
+    } else {
+        this->RunStretch(stretch);
     }
 }
 

@@ -130,26 +130,13 @@ void zel_RGBMappingModule<T>::ResetMapping() {
     m_blackTable.CreateAffine(0.0F, 0.0F, 0, 255);
     for (const int c : channels)
         this->GetChannel(c).HoldAll(this->GetHistogram(c));
-    switch (this->GetStretchEntry()) {
-    case zel_ME_NO_STRETCH:
-        SetIdentity();
-        break;
-    case zel_ME_LINEAR_STRETCH:
-        SetLinearStretch();
-        break;
-    case zel_ME_PERCENTIL_STRETCH:
-        SetPercentilStretch();
-        break;
-    case zel_ME_EQUALIZATION:
-        SetHistEqualStretch();
-        break;
-    case zel_ME_LEVELS:
+    const int stretch = this->GetStretchEntry();
+    if (stretch == zel_ME_LEVELS)
         UpdateLUTs();
-        break;
-    case zel_ME_THRESHOLD:
+    else if (stretch == zel_ME_THRESHOLD)
         DoThresholding();
-        break;
-    }
+    else
+        this->RunStretch(stretch);
 }
 
 template <typename T>

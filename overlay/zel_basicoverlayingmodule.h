@@ -18,9 +18,8 @@ namespace zel {
 template <typename L, typename V>
 class ZEL_EXPORT zel_BasicOverlayingModule : public zel_OverlayingModule<L, V> {
 public:
-    /// @param image      one labelled frame for each frame of the picture; a frame beyond the last has no labels.
-    /// Frames
-    ///                   may be added later. May be null: then there are no labels at all
+    /// @param image      one labelled frame for each frame of the picture; a frame beyond the last has no labels, and
+    ///                   frames may be added later. May be null: then there are no labels at all
     /// @param ownsImage  the module deletes the image when it goes; else the host keeps it alive as long as the module
     zel_BasicOverlayingModule(wxFrame* frame, mor::LabeledImage4d<L, V>* image, bool ownsImage);
     ~zel_BasicOverlayingModule() override;

@@ -15,9 +15,8 @@ template <typename T, typename L, typename V>
 class ZEL_EXPORT zel_LabeledImageViewer3dCanvas : public zel_ImageViewer3dCanvas<T> {
 public:
     /// @param mapper, image, ownsImage  as for the base; if this throws, the image is still the caller's
-    /// @param overlayer  gets six buffers here, of window types 1 to 6; must live until the canvas is no longer
-    /// painted,
-    ///                   and is not touched by the destructor
+    /// @param overlayer  gets six buffers here, of window types 1 to 6; must live as long as the canvas is painted, and
+    ///                   is not touched by the destructor
     zel_LabeledImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, zel_Overlayer<L, V>& overlayer,
                                    mor::Image4d<T>* image, bool ownsImage, int id, const wxPoint& pos,
                                    const wxSize& size);

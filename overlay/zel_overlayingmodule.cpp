@@ -1,7 +1,7 @@
 #include "overlay/zel_overlayingmodule.h"
 
-#include "image/zel_modaldialog.h"
 #include "image/zel_assert.h"
+#include "image/zel_modaldialog.h"
 #include "model/zel_labelpicture.h"
 #include "overlay/zel_overlayingevents.h"
 

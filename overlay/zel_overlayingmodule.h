@@ -64,8 +64,7 @@ private:
     void TellOverlayingChanged(bool reload);
 
     bool m_defaultPalette = true;
-    wxColour m_userColour{255, 0,
-                          0}; // red, without asking the toolkit for names of colours, which may not be there yet
+    wxColour m_userColour{255, 0, 0}; // red; not by name, as the toolkit may not know names of colours yet
     wxWeakRef<wxMenu> m_menu;
 };
 

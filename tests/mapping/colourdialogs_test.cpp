@@ -60,11 +60,6 @@ protected:
         event.SetEventObject(&choice);
         choice.ProcessWindowEvent(event);
     }
-    template <typename Viewer>
-    static wxColour Middle(const Viewer& viewer) {
-        const wxImage picture = viewer.Picture(zel_PT_XY);
-        return ColourAt(picture, {picture.GetWidth() / 2, picture.GetHeight() / 2});
-    }
 
     LogCatcher toolkitLog;
     DialogAnswers answers;
@@ -90,14 +85,14 @@ TEST_F(ColourDialogs, LevelsOfAllChannelsAreSeenAndKept) {
         EXPECT_EQ(Channels(dialog), (Texts{"Red", "Green", "Blue", "All"}));
         ChooseChannel(dialog, "All");
         TypeRange<Byte>(dialog, "0", "200");
-        EXPECT_EQ(Middle(viewer), wxColour(64, 128, 255)); // 63.75, 127.5
+        EXPECT_EQ(viewer.Middle(), wxColour(64, 128, 255)); // 63.75, 127.5
         EXPECT_EQ(viewer.module->GetLevels(0), (ByteLevels{0, 255, 1.0, 0, 255})) << "until OK";
         Click(In(dialog, wxID_OK));
     });
     for (const int c : {0, 1, 2})
         EXPECT_EQ(viewer.module->GetLevels(c), (ByteLevels{0, 200, 1.0, 0, 255}));
     EXPECT_EQ(viewer.module->GetStretchMode(), 4);
-    EXPECT_EQ(Middle(viewer), wxColour(64, 128, 255));
+    EXPECT_EQ(viewer.Middle(), wxColour(64, 128, 255));
 }
 
 TEST_F(ColourDialogs, LevelsOfOneChannelLeaveTheOthersAlone) {
@@ -105,12 +100,12 @@ TEST_F(ColourDialogs, LevelsOfOneChannelLeaveTheOthersAlone) {
     Choose(viewer, zel_ME_LEVELS, [&](wxDialog& dialog) {
         ChooseChannel(dialog, "Green");
         TypeRange<Byte>(dialog, "100", "150");
-        EXPECT_EQ(Middle(viewer), wxColour(50, 0, 200));
+        EXPECT_EQ(viewer.Middle(), wxColour(50, 0, 200));
         Click(In(dialog, wxID_OK));
     });
     EXPECT_EQ(viewer.module->GetLevels(0), (ByteLevels{0, 255, 1.0, 0, 255}));
     EXPECT_EQ(viewer.module->GetLevels(1), (ByteLevels{100, 150, 1.0, 0, 255}));
-    EXPECT_EQ(Middle(viewer), wxColour(50, 0, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(50, 0, 200));
 }
 
 TEST_F(ColourDialogs, AChannelIsThresholdedAndTheOthersKeepTheirLevels) {
@@ -119,29 +114,29 @@ TEST_F(ColourDialogs, AChannelIsThresholdedAndTheOthersKeepTheirLevels) {
         EXPECT_EQ(dialog.GetTitle(), "Adjust Thresholds");
         ChooseChannel(dialog, "Red");
         TypeRange<Byte>(dialog, "40", "60");
-        EXPECT_EQ(Middle(viewer), wxColour(255, 100, 200));
+        EXPECT_EQ(viewer.Middle(), wxColour(255, 100, 200));
         Click(In(dialog, wxID_OK));
     });
     EXPECT_EQ(viewer.module->GetThresholds(0), (ByteThresholds{40, 60}));
     EXPECT_EQ(viewer.module->GetThresholds(1), (ByteThresholds{0, 255}));
-    EXPECT_EQ(Middle(viewer), wxColour(255, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(255, 100, 200));
 
     // Levels tried and given up bring the thresholds back, and thresholds too.
     Choose(viewer, zel_ME_LEVELS, [&](wxDialog& dialog) {
         ChooseChannel(dialog, "All");
         TypeRange<Byte>(dialog, "0", "200");
-        EXPECT_EQ(Middle(viewer), wxColour(64, 128, 255));
+        EXPECT_EQ(viewer.Middle(), wxColour(64, 128, 255));
         Click(In(dialog, wxID_CANCEL));
     });
-    EXPECT_EQ(Middle(viewer), wxColour(255, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(255, 100, 200));
     EXPECT_EQ(viewer.module->GetStretchMode(), 5);
     Choose(viewer, zel_ME_THRESHOLD, [&](wxDialog& dialog) {
         ChooseChannel(dialog, "Blue");
         TypeRange<Byte>(dialog, "10", "20");
-        EXPECT_EQ(Middle(viewer).Blue(), 0);
+        EXPECT_EQ(viewer.Middle().Blue(), 0);
         Click(In(dialog, wxID_CANCEL));
     });
-    EXPECT_EQ(Middle(viewer), wxColour(255, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(255, 100, 200));
 }
 
 TEST_F(ColourDialogs, ARangeIsGivenToAllChannelsByAButton) {
@@ -158,7 +153,7 @@ TEST_F(ColourDialogs, ARangeIsGivenToAllChannelsByAButton) {
     });
     for (const int c : {0, 1, 2})
         EXPECT_EQ(viewer.module->GetRangeMax(c), 200);
-    EXPECT_EQ(Middle(viewer), wxColour(64, 128, 255)) << "without a stretch the range is what is shown";
+    EXPECT_EQ(viewer.Middle(), wxColour(64, 128, 255)) << "without a stretch the range is what is shown";
     EXPECT_EQ(viewer.TakeLog(), (std::vector<std::string>{"changed", "command 6040"}));
     Choose(viewer, zel_ME_RANGE, [&](wxDialog& dialog) {
         TypeInto(In<wxTextCtrl>(dialog, 10013), "7");
@@ -197,7 +192,7 @@ TEST_F(ColourDialogs, TheBitDepthIsThatOfTheLeastChannel) {
     setBits(16, 12);
     for (const int c : {0, 1, 2})
         EXPECT_EQ(viewer.module->GetRangeMax(c), 4095);
-    EXPECT_EQ(Middle(viewer), wxColour(62, 125, 255)); // 62.3, 124.5
+    EXPECT_EQ(viewer.Middle(), wxColour(62, 125, 255)); // 62.3, 124.5
     setBits(12, 11);
     EXPECT_EQ(viewer.module->GetRangeMax(2), 2047);
 }
@@ -227,7 +222,7 @@ TEST_F(ColourDialogs, APartHasLevelsThresholdsAndRangeOfItsOwn) {
         EXPECT_EQ(Channels(dialog), (Texts{"Gray"}));
         EXPECT_EQ(Input<float>(dialog).GetHighText()->GetValue(), "29.000000");
         TypeRange<float>(dialog, "5", "15");
-        EXPECT_EQ(Middle(viewer).Red(), 255) << "15";
+        EXPECT_EQ(viewer.Middle().Red(), 255) << "15";
         Click(In(dialog, wxID_OK));
     });
     EXPECT_EQ(viewer.module->GetLevels(Imaginary), (TLevelsParams<float, Byte>{5.0F, 15.0F, 1.0, 0, 255}));
@@ -241,9 +236,9 @@ TEST_F(ColourDialogs, APartHasLevelsThresholdsAndRangeOfItsOwn) {
     EXPECT_EQ(viewer.module->GetRangeMax(Real), 40.0F);
     Choose(viewer, zel_ME_THRESHOLD, [&](wxDialog& dialog) {
         TypeRange<float>(dialog, "0", "10");
-        EXPECT_EQ(Middle(viewer).Red(), 0);
+        EXPECT_EQ(viewer.Middle().Red(), 0);
         Click(In(dialog, wxID_CANCEL));
     });
-    EXPECT_EQ(Middle(viewer).Red(), 255) << "the curve of the levels";
+    EXPECT_EQ(viewer.Middle().Red(), 255) << "the curve of the levels";
     EXPECT_EQ(viewer.module->GetThresholds(Imaginary), (ThresParams<float>{0.0F, 29.0F}));
 }

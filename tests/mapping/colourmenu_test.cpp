@@ -34,12 +34,6 @@ protected:
         hand.Char(key);
         EXPECT_TRUE(WaitUntil([&] { return !viewer.log.empty(); })) << "no command came";
     }
-    /// The colour in the middle of the XY window.
-    template <typename Viewer>
-    static wxColour Middle(const Viewer& viewer) {
-        const wxImage picture = viewer.Picture(zel_PT_XY);
-        return ColourAt(picture, {picture.GetWidth() / 2, picture.GetHeight() / 2});
-    }
 
     LogCatcher toolkitLog;
     DialogAnswers answers;
@@ -125,19 +119,19 @@ TEST_F(ColourMenu, IsMadeOnce) {
 
 TEST_F(ColourMenu, KeysHideAndShowTheChannels) {
     ColourViewer viewer(Coloured());
-    EXPECT_EQ(Middle(viewer), wxColour(10, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(10, 100, 200));
     Press(viewer, WXK_F7); // the very first thing that the user does
     EXPECT_EQ(viewer.TakeLog(), (Log{"changed", "command 6054"}));
-    EXPECT_EQ(Middle(viewer), wxColour(10, 0, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(10, 0, 200));
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 14, 16}));
     Press(viewer, WXK_F6);
     Press(viewer, WXK_F8);
-    EXPECT_EQ(Middle(viewer), wxColour(0, 0, 0));
+    EXPECT_EQ(viewer.Middle(), wxColour(0, 0, 0));
     Press(viewer, WXK_F8);
-    EXPECT_EQ(Middle(viewer), wxColour(0, 0, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(0, 0, 200));
     Press(viewer, WXK_F5);
     EXPECT_EQ(viewer.TakeLog(), (Log{"changed", "command 6052"}));
-    EXPECT_EQ(Middle(viewer), wxColour(10, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(10, 100, 200));
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 14, 15, 16}));
 }
 
@@ -149,7 +143,7 @@ TEST_F(ColourMenu, AHiddenChannelResamplesNothing) {
     for (Colour8& voxel : *viewer.image->GetImage(0))
         voxel = Colour8(77, 77, 77);
     viewer.Choose(zel_CE_RED);
-    EXPECT_EQ(Middle(viewer), wxColour(0, 100, 200));
+    EXPECT_EQ(viewer.Middle(), wxColour(0, 100, 200));
 }
 
 TEST_F(ColourMenu, EntriesWithoutDataAreGray) {
@@ -171,7 +165,7 @@ TEST_F(ColourMenu, ReadingAConfigurationMarksTheMenuAtOnce) {
     EXPECT_TRUE(viewer.IsChecked(4));
     EXPECT_TRUE(viewer.IsChecked(14));
     EXPECT_FALSE(viewer.IsChecked(15));
-    EXPECT_EQ(Middle(viewer), wxColour(10, 100, 200)) << "until the tables are made";
+    EXPECT_EQ(viewer.Middle(), wxColour(10, 100, 200)) << "until the tables are made";
     viewer.module->ResetMapping();
     EXPECT_EQ(viewer.GetMarks(), (Marks{4, 14, 16}));
 
@@ -190,17 +184,17 @@ TEST_F(ColourMenu, ReadingAConfigurationMarksTheMenuAtOnce) {
 TEST_F(ColourMenu, KeysChooseThePart) {
     ComplexViewer viewer(Wave());
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 8, 17}));
-    EXPECT_EQ(Middle(viewer), wxColour(255, 255, 255)); // 3 between -6 and 3
+    EXPECT_EQ(viewer.Middle(), wxColour(255, 255, 255)); // 3 between -6 and 3
     Press(viewer, WXK_F7);
     EXPECT_EQ(viewer.TakeLog(), (Log{"changed", "command 6058"}));
     EXPECT_EQ(viewer.module->GetShowMode(), Phase);
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 8, 19}));
     Press(viewer, WXK_F8);
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 8, 20}));
-    EXPECT_EQ(Middle(viewer), wxColour(128, 128, 128)); // 5 between 0 and 10
+    EXPECT_EQ(viewer.Middle(), wxColour(128, 128, 128)); // 5 between 0 and 10
     Press(viewer, WXK_F6);
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 8, 18}));
-    EXPECT_EQ(Middle(viewer), wxColour(255, 255, 255));
+    EXPECT_EQ(viewer.Middle(), wxColour(255, 255, 255));
     Press(viewer, WXK_F5);
     EXPECT_EQ(viewer.GetMarks(), (Marks{2, 8, 17}));
 }
@@ -220,15 +214,15 @@ TEST_F(ColourMenu, APartThatIsConstantHasNoKey) {
 TEST_F(ColourMenu, ChoosingAPartAgainLeavesTheCurveOfTheLevelsUnderAStretch) {
     ComplexViewer viewer(Wave());
     viewer.Choose(zel_ME_EQUALIZATION);
-    const int equalised = Middle(viewer).Red();
+    const int equalised = viewer.Middle().Red();
     EXPECT_EQ(equalised, 255);
     viewer.Choose(20);
     viewer.Choose(zel_ME_EQUALIZATION);
-    EXPECT_EQ(Middle(viewer).Red(), 254); // all but one of 2880 voxels are at or below 5
+    EXPECT_EQ(viewer.Middle().Red(), 254); // all but one of 2880 voxels are at or below 5
     wxCommandEvent again(wxEVT_MENU, viewer.module->GetMenuId(20));
     again.SetInt(1);
     EXPECT_TRUE(viewer.frame->ProcessWindowEvent(again));
-    EXPECT_EQ(Middle(viewer).Red(), 128) << "the ramp of the levels";
+    EXPECT_EQ(viewer.Middle().Red(), 128) << "the ramp of the levels";
     EXPECT_EQ(viewer.module->GetStretchMode(), 3);
 }
 
@@ -240,9 +234,9 @@ TEST_F(ColourMenu, AutofocusGoesByThePartShownWhenItWasMade) {
     }));
     viewer.Choose(17 + Amplitude);
     viewer.canvas->ChangeContent(zel_PC_AUTOFOCUS, zel_PT_XY);
-    EXPECT_EQ(Middle(viewer).Red(), 255) << "9 of 0 to 9";
+    EXPECT_EQ(viewer.Middle().Red(), 255) << "9 of 0 to 9";
     viewer.Choose(17 + Real);
-    EXPECT_EQ(Middle(viewer).Red(), 0) << "still the voxel -9, whose real part is the least";
+    EXPECT_EQ(viewer.Middle().Red(), 0) << "still the voxel -9, whose real part is the least";
     viewer.canvas->ChangeContent(zel_PC_AUTOFOCUS, zel_PT_YZ);
     const wxImage side = viewer.Picture(zel_PT_YZ);
     EXPECT_EQ(ColourAt(side, {0, 5}).Red(), 255) << "made now: 1 along x";

@@ -4,6 +4,7 @@
 
 #include <wx/fileconf.h>
 #include <wx/sstream.h>
+#include <wx/wfstream.h>
 
 #include <gtest/gtest.h>
 
@@ -126,12 +127,14 @@ TEST(RGBConfig, GoesRoundByAFile) {
     {
         ColourModule<Byte> module(OfVoxels<Byte>({}));
         module.ReadFromConfig(*ConfigOf(everyKey));
-        wxFileConfig config("zel", "zel", name, "", wxCONFIG_USE_LOCAL_FILE);
-        config.SetPath("/viewer/mapping");
-        module.WriteToConfig(config);
-        EXPECT_TRUE(config.Flush());
+        const auto config = ConfigOf("");
+        config->SetPath("/viewer/mapping");
+        module.WriteToConfig(*config);
+        wxFFileOutputStream file(name);
+        EXPECT_TRUE(config->Save(file));
     }
-    wxFileConfig config("zel", "zel", name, "", wxCONFIG_USE_LOCAL_FILE);
+    wxFFileInputStream file(name);
+    wxFileConfig config(file);
     EXPECT_FALSE(config.HasEntry("RGBMAP_STRETCH_MODE")) << "the path is the caller's";
     config.SetPath("/viewer/mapping");
     ColourModule<Byte> module(OfVoxels<Byte>({}));

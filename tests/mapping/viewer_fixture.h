@@ -74,6 +74,12 @@ public:
         return PaintedPicture(type);
     }
 
+    /// The colour in the middle of the XY window.
+    wxColour Middle() const {
+        const wxImage picture = Picture(zel_PT_XY);
+        return ColourAt(picture, {picture.GetWidth() / 2, picture.GetHeight() / 2});
+    }
+
     std::unique_ptr<mor::Image4d<T>> image;
     zel_Viewer3dFrame* frame = nullptr;
     Module* module = nullptr;
