@@ -1,7 +1,10 @@
 #include "model/zel_volumetexture.h"
 
+#include "core/kepcore/kep_hugepages.h"
+
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -29,46 +32,75 @@ unsigned char AlphaOf(std::uint32_t brightness) {
 }
 
 /// Alpha of all brightnesses, in short: it rises by one after no less than 6000 steps, hence at most once in a block of
-/// 4096. So a block's first alpha and the brightness of the next one tell all.
+/// 4096. An entry says for a block what to add to a brightness so that the sum has the alpha above its lowest 12 bits:
+/// the sum passes a multiple of 4096 where the alpha rises.
 class AlphaTable {
 public:
     AlphaTable() {
         for (std::uint32_t block = 0; block < blockCount; ++block) {
-            std::uint32_t low = block << blockBits, high = std::min(low + (1U << blockBits), brightest + 1);
-            const unsigned char first = AlphaOf(low);
-            while (low < high) { // the first brightness with another alpha, if there is one before the block's end
-                const std::uint32_t middle = low + (high - low) / 2;
-                if (AlphaOf(middle) == first)
-                    low = middle + 1;
-                else
-                    high = middle;
-            }
-            m_first[block] = first;
-            m_next[block] = low;
+            const std::uint32_t begin = block * blockSize, end = begin + blockSize;
+            const std::uint32_t first = AlphaOf(begin);
+            m_added[block] = (first + 1) * blockSize - FindRise(begin, std::min(end, brightest + 1), end);
         }
     }
-    unsigned char operator[](std::uint32_t brightness) const {
-        const std::uint32_t block = brightness >> blockBits;
-        return static_cast<unsigned char>(m_first[block] + (brightness >= m_next[block] ? 1 : 0));
+    std::uint32_t operator[](std::uint32_t brightness) const {
+        return (m_added[brightness / blockSize] + brightness) / blockSize;
     }
 
 private:
-    static constexpr std::uint32_t blockBits = 12;
-    static constexpr std::uint32_t blockCount = (brightest >> blockBits) + 1;
-    std::array<unsigned char, blockCount> m_first;
-    std::array<std::uint32_t, blockCount> m_next;
+    static constexpr std::uint32_t blockSize = 4096;
+    static constexpr std::uint32_t blockCount = brightest / blockSize + 1;
+
+    /// The first brightness whose alpha is not that of `begin`, or `none` if there is none before `end`.
+    static std::uint32_t FindRise(std::uint32_t begin, std::uint32_t end, std::uint32_t none) {
+        const unsigned char first = AlphaOf(begin);
+        if (AlphaOf(end - 1) == first)
+            return none;
+        std::uint32_t low = begin, high = end - 1; // the rise is behind low and not behind high
+        while (high - low > 1) {
+            const std::uint32_t middle = low + (high - low) / 2;
+            (AlphaOf(middle) == first ? low : high) = middle;
+        }
+        return high;
+    }
+
+    std::array<std::uint32_t, blockCount> m_added;
 };
 
 constexpr std::size_t voxelBytes = 4;
 
-void FillRow(const Colour* from, std::size_t count, const AlphaTable& alpha, unsigned char* to) {
-    for (std::size_t i = 0; i < count; ++i) {
-        const Colour colour = from[i];
-        to[voxelBytes * i] = colour.red;
-        to[voxelBytes * i + 1] = colour.green;
-        to[voxelBytes * i + 2] = colour.blue;
-        to[voxelBytes * i + 3] = alpha[BrightnessOf(colour)];
+static_assert(std::endian::native == std::endian::little); // R, G, B, A are the bytes of a number from the lowest up
+
+/// What each channel adds to the brightness.
+struct BrightnessTable {
+    std::array<std::uint32_t, 256> red, green, blue;
+
+    BrightnessTable() {
+        for (std::uint32_t i = 0; i < 256; ++i) {
+            red[i] = redWeight * i;
+            green[i] = greenWeight * i;
+            blue[i] = blueWeight * i;
+        }
     }
+};
+
+/// Pixels are read as numbers of four bytes, which takes a byte of the next pixel along, and voxels written as such.
+void FillRow(const Colour* from, std::size_t count, unsigned char* to) {
+    static const AlphaTable alpha;
+    static const BrightnessTable added;
+    const auto fill = [&](std::size_t i, std::size_t readable) {
+        std::uint32_t rgb = 0;
+        std::memcpy(&rgb, from + i, readable);
+        rgb &= 0x00FF'FFFFU;
+        const std::uint32_t brightness = added.red[rgb & 0xFFU] + added.green[rgb >> 8 & 0xFFU] + added.blue[rgb >> 16];
+        const std::uint32_t voxel = rgb | alpha[brightness] << 24;
+        std::memcpy(to + voxelBytes * i, &voxel, voxelBytes);
+    };
+    if (count == 0)
+        return;
+    for (std::size_t i = 0; i + 1 < count; ++i)
+        fill(i, voxelBytes);
+    fill(count - 1, sizeof(Colour));
 }
 
 /// @throws std::bad_alloc if the product is too big for its type
@@ -104,10 +136,10 @@ unsigned char VoxelAlpha(const kep::RGB_generic<unsigned char>& colour) {
 }
 
 VolumeTexture MakeVolume(const kep::RGB_generic<unsigned char>* pixels, const kep::Vector3d<std::size_t>& size) {
-    static const AlphaTable alpha;
     const kep::Vector3d<std::size_t> padded(size.x + 2, size.y + 2, size.z + 2);
     const std::size_t bytes = CountOf({padded.x, padded.y, padded.z, voxelBytes});
     VolumeTexture volume{padded, std::make_unique_for_overwrite<unsigned char[]>(bytes)};
+    kep::AdviseHugePages(volume.rgba.get(), bytes);
 
     const std::size_t rowBytes = voxelBytes * padded.x, sliceBytes = rowBytes * padded.y;
     unsigned char* to = volume.rgba.get();
@@ -120,7 +152,7 @@ VolumeTexture MakeVolume(const kep::RGB_generic<unsigned char>* pixels, const ke
         clear(rowBytes);
         for (std::size_t y = 0; y < size.y; ++y) {
             clear(voxelBytes);
-            FillRow(pixels, size.x, alpha, to);
+            FillRow(pixels, size.x, to);
             pixels += size.x;
             to += voxelBytes * size.x;
             clear(voxelBytes);
