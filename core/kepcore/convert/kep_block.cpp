@@ -1,14 +1,12 @@
 #include "core/kepcore/convert/kep_block.h"
 
+#include "core/kepcore/kep_hugepages.h"
 #include "core/kepcore/kep_voxeltypes.h"
 
-#include <cstdint>
 #include <cstring>
 #include <limits>
 #include <new>
-#include <sys/mman.h>
 #include <type_traits>
-#include <unistd.h>
 
 namespace kep::detail {
 
@@ -20,24 +18,12 @@ namespace kep::detail {
 
 namespace {
 
-/// Below this the advice costs more than it saves.
-constexpr std::size_t hugeFrom = std::size_t{4} << 20;
-
-/// Asks for huge pages below a block that nobody has touched. Only advice: it may go unheard.
-void AdviseHugePages(void* block, std::size_t bytes) {
-    static const auto page = static_cast<std::uintptr_t>(::sysconf(_SC_PAGESIZE));
-    const std::size_t before = reinterpret_cast<std::uintptr_t>(block) % page;
-    const std::size_t pages = (before + bytes + page - 1) / page;
-    ::madvise(static_cast<std::byte*>(block) - before, pages * page, MADV_HUGEPAGE);
-}
-
 /// The block of a new object of std::valarray, which frees it.
 void* TakeMemory(std::size_t count, std::size_t bytesEach) {
     if (count > static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max()) / bytesEach)
         throw std::bad_array_new_length();
     void* const block = ::operator new(count* bytesEach);
-    if (count * bytesEach >= hugeFrom)
-        AdviseHugePages(block, count * bytesEach);
+    AdviseHugePages(block, count * bytesEach);
     return block;
 }
 
