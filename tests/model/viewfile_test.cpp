@@ -167,6 +167,26 @@ TEST(ViewFile, ThatCannotBeOpenedSaysSo) {
     EXPECT_EQ(pose, MakePose());
 }
 
+TEST(ViewFile, ThatCannotBeReadSaysSoAndLeavesThePose) {
+    const ScratchFolder folder;
+    const std::string name = folder / "pose.zelview";
+    SavePose(name, MakePose());
+    bool failed = true;
+    int notLoaded = 0;
+    for (std::size_t call = 0; failed; ++call) {
+        VolumePose pose;
+        bool loaded = false;
+        {
+            const FailingCall fault(call, EIO);
+            loaded = LoadPose(name, pose);
+            failed = fault.HasFailed();
+        }
+        EXPECT_EQ(pose, loaded ? MakePose() : VolumePose()) << "call " << call;
+        notLoaded += loaded ? 0 : 1;
+    }
+    EXPECT_GE(notLoaded, 2); // when opening fails, and when reading does
+}
+
 TEST(ViewFile, IsReadForItsFirstMegabyte) {
     const ScratchFolder folder;
     const std::string name = folder / "long.zelview";
