@@ -50,7 +50,7 @@ std::string WritePose(const VolumePose& pose) {
 
 void ReadPose(std::string_view text, VolumePose& pose) {
     if (text.empty())
-        return; // fmemopen may refuse to open nothing
+        return;             // fmemopen may refuse to open nothing
     std::string copy(text); // for a stream that only reads, but doesn't say so
     const std::unique_ptr<std::FILE, CloseFile> file(fmemopen(copy.data(), copy.size(), "r"));
     if (!file)
