@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <cmath>
 #include <concepts>
 #include <cstdint>
 #include <cstring>
@@ -110,7 +111,8 @@ void WriteColoursByProcessor(const T* voxels, std::size_t count, const std::uint
 }
 #endif
 
-/// Places of float keys in a table, as LUT::GetIndex finds them, for many keys at once. `last` lies above `first`.
+/// Places of float keys in a table, as LUT::GetIndex finds them, for many keys at once. The last key lies above the
+/// first, and both are finite.
 struct PlaceRule {
     double first;
     double span; ///< from the first to the last key
@@ -238,7 +240,10 @@ void MapToPixels(const LUT<T, unsigned char>& levels, const Palette* palette, co
         }
     }
     if constexpr (std::is_same_v<T, float>) {
-        if (!levels.IsEmpty() && levels.GetFirst() < levels.GetLast()) {
+        // Between infinite ends places are no numbers, which each look-up settles for itself.
+        const bool hasRange =
+            levels.GetFirst() < levels.GetLast() && std::isfinite(levels.GetFirst()) && std::isfinite(levels.GetLast());
+        if (!levels.IsEmpty() && hasRange) {
             WriteFloats(levels, colours, voxels, count, pixels);
             return;
         }

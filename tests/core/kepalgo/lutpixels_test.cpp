@@ -81,6 +81,13 @@ TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
     ExpectPixelsOfLevels(MakeCurve<float>(100000, -1.5F, 2.5F), floats);
     constexpr float largest = std::numeric_limits<float>::max();
     ExpectPixelsOfLevels(MakeCurve<float>(256, -largest, largest), floats);
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    for (const auto& [first, last] : {std::pair{-infinite, infinite}, {-infinite, 1.0F}, {1.0F, infinite}}) {
+        kep::LUT<float, unsigned char> endless;
+        endless.Init(256, first, last);
+        std::iota(endless.GetData(), endless.GetData() + 256, static_cast<unsigned char>(0));
+        ExpectPixelsOfLevels(endless, floats);
+    }
     ExpectPixelsOfLevels(MakeCurve<float>(256, 1.0F, 1.0F), floats);
     ExpectPixelsOfLevels(MakeCurve<float>(256, 2.0F, 1.0F), floats);
 }
