@@ -105,6 +105,9 @@ std::string FindConflict(const Options& options) {
         return std::string("--stretch and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
     if (options.part && (options.info || options.exportMeshes))
         return std::string("--part and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+    if (options.volume && (options.info || options.exportMeshes))
+        return std::string(options.view ? "--view" : "--volume") + " and " +
+               (options.info ? "--info" : "--export-meshes") + " exclude each other.";
     if (options.type)
         if (std::string conflict = FindConflict(options, *options.type); !conflict.empty())
             return conflict;
@@ -131,7 +134,7 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CommandLine line;
     Options& options = line.options;
     bool showVersion = false;
-    std::string type, resolution, stretch, part, meshes, screenshot;
+    std::string type, resolution, stretch, part, meshes, view, screenshot;
 
     CLI::App app(description, "zelviewer");
     app.footer(footer);
@@ -171,8 +174,14 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     const CLI::Option* const partOption =
         app.add_option("--part", part, "The part of a complex image that is shown first:\n" + JoinedNames(partNames))
             ->type_name("NAME");
+    app.add_flag("--volume", options.volume, "Open the volume window as well");
+    const CLI::Option* const viewOption =
+        app.add_option("--view", view, "Open the volume window with a view that was saved there")
+            ->type_name("FILE.zelview");
     const CLI::Option* const screenshotOption =
-        app.add_option("--screenshot", screenshot, "Write the picture of the window to a PNG file and exit")
+        app.add_option("--screenshot", screenshot,
+                       "Write the picture of the window to a PNG file and exit;\nthat of the volume window to "
+                       "FILE-volume.png")
             ->type_name("FILE.png");
     app.add_flag("--info", options.info, "Print what the files contain, without reading voxels, and exit");
     app.add_flag("--json", options.json, "With --info: as JSON");
@@ -219,6 +228,10 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     }
     if (meshesOption->count() > 0)
         options.exportMeshes = meshes;
+    if (viewOption->count() > 0) {
+        options.view = view;
+        options.volume = true;
+    }
     if (screenshotOption->count() > 0) {
         if (screenshot.empty())
             return refuse("--screenshot needs a file name.");

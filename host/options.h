@@ -26,6 +26,8 @@ struct Options {
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored
     std::optional<std::string> exportMeshes;        ///< write the labels' meshes under this prefix and leave
+    bool volume = false;                            ///< the volume window opens as well
+    std::optional<std::string> view;                ///< file with the view that the volume window opens with
     std::optional<std::string> screenshot;          ///< write the picture here and leave
     bool info = false;                              ///< print what the files are and leave
     bool json = false;                              ///< the same as JSON

@@ -4,6 +4,7 @@
 #include "host/meshexport.h"
 #include "host/message.h"
 #include "host/outputs.h"
+#include "host/screenshot.h"
 #include "host/viewerapp.h"
 
 #include <wx/init.h>
@@ -37,9 +38,15 @@ std::string RefusalOfOutputs(const Options& options) {
         return {};
     std::vector<std::string> names = options.files;
     names.insert(names.end(), options.labels.begin(), options.labels.end());
+    if (options.view)
+        names.push_back(*options.view);
     const InputFiles inputs(names);
-    if (options.screenshot)
-        return inputs.RefusalOf(*options.screenshot, ".png");
+    if (options.screenshot) {
+        std::string refusal = inputs.RefusalOf(*options.screenshot, ".png");
+        if (refusal.empty() && options.volume)
+            refusal = inputs.RefusalOf(VolumePictureName(*options.screenshot), ".png");
+        return refusal;
+    }
     for (const std::string& mesh : FindMeshFiles(*options.exportMeshes))
         if (std::string refusal = inputs.RefusalOf(mesh, ".ply"); !refusal.empty())
             return refusal;

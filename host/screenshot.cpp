@@ -25,6 +25,11 @@ wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
     return picture;
 }
 
+std::string VolumePictureName(const std::string& fileName) {
+    const std::size_t ending = fileName.rfind('.');
+    return fileName.substr(0, ending) + "-volume" + fileName.substr(ending);
+}
+
 void WritePng(const wxImage& picture, const std::string& fileName) {
     if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr)
         wxImage::AddHandler(new wxPNGHandler);

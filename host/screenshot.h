@@ -12,6 +12,10 @@ namespace zelviewer {
 /// screen, where another window may cover them.
 wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas);
 
+/// Where the picture of the volume window goes: beside that of the viewer, "a.png" becomes "a-volume.png".
+/// @param fileName  with an ending
+std::string VolumePictureName(const std::string& fileName);
+
 /// Writes a picture as PNG; the file gets its name once it is complete.
 /// @throws kep::IOException
 void WritePng(const wxImage& picture, const std::string& fileName);

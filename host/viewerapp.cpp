@@ -5,9 +5,11 @@
 #include "host/opening.h"
 #include "host/screenshot.h"
 #include "image/zel_modaldialog.h"
+#include "volume/vol3D_canvas.h"
 
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
+#include <wx/weakref.h>
 
 namespace zelviewer {
 
@@ -90,15 +92,36 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic() {
 }
 
 void ViewerApp::OnFirstPaint() {
+    if (m_options.volume)
+        ShowVolume();
     if (!m_options.screenshot)
         return;
     m_frame->ResizeFrameIfRequired(); // what the window manager puts around the window counts only now
     CallAfter([this] { TakeScreenshot(); });
 }
 
+void ViewerApp::ShowVolume() {
+    const wxWeakRef<zel::zel_Viewer3dFrame> frame(m_frame); // the user may close it while OpenGL starts
+    frame->GetCanvas()->ShowVolVis(frame->GetIcons());
+    if (!frame || frame->GetCanvas()->GetVolVisFrame() == nullptr || !m_options.view)
+        return;
+    zel::vol3D_VolVisCanvas& volume = *frame->GetCanvas()->GetVolVisFrame()->GetCanvas();
+    if (!volume.LoadViewFile(*m_options.view))
+        throw Failure(*m_options.view + ": The file cannot be opened.");
+    volume.Refresh(false);
+}
+
 void ViewerApp::TakeScreenshot() {
     try {
-        WritePng(ComposePicture(*m_frame->GetCanvas()), *m_options.screenshot);
+        const wxImage picture = ComposePicture(*m_frame->GetCanvas());
+        if (m_options.volume) {
+            zel::vol3D_VolVisFrame* const volume = m_frame->GetCanvas()->GetVolVisFrame();
+            const wxImage seen = volume != nullptr ? volume->GetCanvas()->TakePicture() : wxImage();
+            if (!seen.IsOk())
+                throw Failure(VolumePictureName(*m_options.screenshot) + ": There is no OpenGL to draw the volume.");
+            WritePng(seen, VolumePictureName(*m_options.screenshot));
+        }
+        WritePng(picture, *m_options.screenshot);
         LeaveWith(0);
     } catch (const kep::LibException& error) {
         PrintMessage(NameAndReason(*m_options.screenshot, error));

@@ -37,6 +37,7 @@ protected:
 private:
     zel::zel_Viewer3dFrame* OpenSynthetic();
     void OnFirstPaint();
+    void ShowVolume();
     void TakeScreenshot();
     void LeaveWith(int exitCode);
     void ReportException();

@@ -1,5 +1,13 @@
 #include "overlay/zel_labeledimagecanvas3d.h"
 
+#include "model/zel_palette.h"
+#include "model/zel_volumesurfaces.h"
+#include "volume/vol3D_canvas.h"
+#include "volume/zel_updatenotice.h"
+
+#include <cstddef>
+#include <map>
+
 namespace zel {
 
 namespace {
@@ -59,9 +67,60 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::OverlayingChanged(zel_OverlayingEv
     if (event.GetReload() && image != nullptr && !this->IsMapperDetached()) {
         m_overlayer->LoadOverlay(false, image->GetSize(), image->GetOffset(), image->GetResolution());
         this->MakeDirtyAndRefresh(zel_PT_ALL);
+        if (this->IsVolVisShown())
+            UpdateIsosurface();
     } else {
         this->Refresh(false);
     }
+    if (vol3D_VolVisFrame* const frame = this->GetVolVisFrame()) {
+        frame->GetCanvas()->SetSurfaceColours(m_overlayer->GetOverlaying(), GetSurfaceColours());
+        frame->GetCanvas()->Refresh(false);
+    }
+}
+
+template <typename T, typename L, typename V>
+std::vector<kep::RGB_generic<unsigned char>> zel_LabeledImageViewer3dCanvas<T, L, V>::GetSurfaceColours() const {
+    const auto* const palette = m_overlayer->GetPalette();
+    if (palette != nullptr)
+        return {palette, palette + m_overlayer->GetPaletteSize()};
+    Palette standard;
+    CreatePalette(zel_whiteFirstPalette, standard);
+    return standard;
+}
+
+/// The labels of which surfaces can be made, or null.
+template <typename T, typename L, typename V>
+const kep::LabeledImage3d<L, V>* zel_LabeledImageViewer3dCanvas<T, L, V>::FindSurfaceLabels() const {
+    const mor::Image4d<T>* const image = this->GetImage();
+    if (image == nullptr || image->IsEmpty() || this->IsMapperDetached() || !FitsIsosurface(image->GetSize()))
+        return nullptr;
+    const auto* const labels = m_overlayer->GetLabeledImage(false, false, static_cast<std::size_t>(this->m_time));
+    const bool enough = labels != nullptr && labels->GetNumVoxels() >= image->GetFrameSize();
+    return enough ? labels : nullptr;
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::UpdateIsosurface() {
+    vol3D_VolVisFrame* const frame = this->GetVolVisFrame();
+    const kep::LabeledImage3d<L, V>* const labels = frame != nullptr ? FindSurfaceLabels() : nullptr;
+    if (labels == nullptr)
+        return;
+    const zel_UpdateNotice notice("Updating isosurface data...", frame);
+    std::map<L, std::size_t> surfaceOf;
+    for (const auto& [label, component] : labels->components)
+        surfaceOf.emplace(label, surfaceOf.size());
+    const kep::Vector3d<std::size_t> size = this->GetImage()->GetSize();
+    const Vector3f cell = ComputeIsosurfaceCells(size, labels->GetResolution());
+    IsosurfaceGenerator generator;
+    generator.GenerateSurfaces(labels->GetFirstVoxelAddr(), surfaceOf, size.x, size.y, size.z, cell.x, cell.y, cell.z);
+    if (!generator.IsValid()) {
+        this->ReportVolumeError("Error occured during creation of an isosurface!");
+        return;
+    }
+    vol3D_VolVisCanvas& canvas = *frame->GetCanvas();
+    canvas.SetSurfaceColours(m_overlayer->GetOverlaying(), GetSurfaceColours());
+    canvas.MakeCurrent();
+    canvas.SetIsosurfaces(generator, ComputeIsosurfaceTranslation(size, cell));
 }
 
 template <typename T, typename L, typename V>

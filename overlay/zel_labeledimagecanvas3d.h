@@ -4,6 +4,8 @@
 #include "overlay/zel_overlayer.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <vector>
+
 namespace zel {
 
 /// The canvas of an image that has labels: it draws as its base does, and lets an overlayer paint labels over each
@@ -25,6 +27,10 @@ public:
     void OnTimeChange() override;
     /// A reload asks the overlayer to load its labels anew, and all is resampled.
     void OverlayingChanged(zel_OverlayingEvent& event) override;
+    /// Makes a surface for each label of the present frame, also while the volume window is hidden. The labels must
+    /// have the image's size. A frame without labels leaves the surfaces that are there.
+    /// @throws std::bad_alloc; likewise
+    void UpdateIsosurface() override;
 
     zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; }
 
@@ -45,6 +51,8 @@ private:
     };
 
     bool HasLabels() const;
+    const kep::LabeledImage3d<L, V>* FindSurfaceLabels() const;
+    std::vector<kep::RGB_generic<unsigned char>> GetSurfaceColours() const;
     void PlaceBuffers(const Plane& plane);
     void MakeOverlaysDirty();
 

@@ -1,6 +1,7 @@
 // Commands that open windows of their own.
 
 #include "viewer/zel_frame.h"
+#include "viewer/zel_viewer3dcanvas.h"
 
 namespace zel {
 
@@ -26,7 +27,8 @@ void zel_Viewer3dFrame::OnSaveGalleryView(wxCommandEvent&) {
 }
 
 void zel_Viewer3dFrame::OnVisualizeVolume(wxCommandEvent&) {
-    SayUnavailable();
+    if (m_canvas != nullptr)
+        m_canvas->ShowVolVis(GetIcons());
 }
 
 void zel_Viewer3dFrame::OnPreferences(wxCommandEvent&) {

@@ -81,7 +81,7 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
-// Empty by intention, here and further below: nothing is saved yet, and there is no info window and no volume window.
+// Empty by intention, here and further below: nothing is saved yet, and there is no info window.
 // The frame says so to the user; a host's canvas may override them.
 
 template <typename T>
@@ -148,9 +148,6 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
 }
 
 // Empty by intention, as above.
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::UpdateVolVis() {}
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}

@@ -3,6 +3,7 @@
 #include "image/zel_image4d.h"
 #include "model/zel_mapper.h"
 #include "model/zel_picture.h"
+#include "model/zel_volumetexture.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/bitmap.h>
@@ -112,6 +113,7 @@ private:
     const WindowPicture& Window(zel_ProjectionType type) const { return m_pictures[type]; }
     ImageGeometry GetGeometry() const;
     bool IsFrameThere() const;
+    VolumeTexture MakeFrameVolume() const;
     void Resample(const Plane& plane);
     void Colourise(const Plane& plane);
 

@@ -26,7 +26,9 @@ zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& 
     Show(true);
 }
 
-zel_Viewer3dCanvas::~zel_Viewer3dCanvas() = default;
+zel_Viewer3dCanvas::~zel_Viewer3dCanvas() {
+    DeleteVolVisFrame();
+}
 
 zel_DrWin3d* zel_Viewer3dCanvas::GetDrWin(zel_ProjectionType type) const {
     return FindPlane(type) != nullptr ? m_windows[type] : nullptr;
@@ -82,8 +84,8 @@ void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) {
     InfoFrame_UpdatePixelInfo();
 }
 
-// Empty by intention, here and below: this canvas has no voxels, so no volume window and no info window. Canvases that
-// have them override the virtual ones.
+// Empty by intention, here and below: this canvas has no voxels, so nothing to show in a volume window or an info
+// window. Canvases that have them override these.
 
 void zel_Viewer3dCanvas::UpdateVolVis() {}
 
@@ -98,10 +100,6 @@ bool zel_Viewer3dCanvas::InfoFrame_IsShown() const {
 }
 
 void zel_Viewer3dCanvas::InfoFrame_Move() {}
-
-void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle&) {}
-
-void zel_Viewer3dCanvas::RefreshVolVisIcon(const wxIconBundle&) {}
 
 void zel_Viewer3dCanvas::DetachMapper() {
     m_sequenceTimer.Stop();

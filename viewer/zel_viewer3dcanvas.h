@@ -7,9 +7,11 @@
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
 #include "viewer/zel_styles.h"
+#include "volume/vol3D_frame.h"
 
 #include <wx/panel.h>
 #include <wx/timer.h>
+#include <wx/weakref.h>
 
 #include <optional>
 
@@ -57,7 +59,9 @@ public:
     virtual void OnDataChange();
     virtual void OnTimeChange();
     virtual void OnMouse3d(zel_Mouse3dEvent& event);
+    /// Uploads the present frame to the volume window, if that is shown.
     virtual void UpdateVolVis();
+    /// Makes the surfaces of the present frame's labels anew, if there is a volume window.
     virtual void UpdateIsosurface();
     virtual void InfoFrame_Show(bool show);
     virtual void InfoFrame_Create();
@@ -139,8 +143,12 @@ public:
     void DetachMapper();
     bool IsMapperDetached() const { return m_mapperDetached; }
 
+    /// Shows the present frame in the volume window, which comes to the front with a new view. It is made at the first
+    /// call; without OpenGL there is none, and the log says why.
     void ShowVolVis(const wxIconBundle& icons);
     void RefreshVolVisIcon(const wxIconBundle& icons);
+    /// Null before the first ShowVolVis, and after the window was destroyed. Closing only hides it.
+    vol3D_VolVisFrame* GetVolVisFrame() const { return m_volVisFrame; }
 
     wxFrame* InfoFrame_Get() const { return m_infoFrame; }
     bool InfoFrame_IsShown() const;
@@ -168,6 +176,10 @@ protected:
     /// bitmaps, so that saving finds the present picture there too.
     void RepaintNow();
 
+    bool IsVolVisShown() const;
+    /// Shows a message box once the present event is handled; while one is open, further ones are dropped.
+    void ReportVolumeError(const wxString& text);
+
     View m_view;
     long long m_time = 0; // equals the iterator's current index after every change of time
     mor::ImageIterator m_iterator{0, 0};
@@ -185,12 +197,15 @@ private:
     std::optional<wxString> ChangeStep(int step);
     void StartBrowsing(int direction);
     void RestartTimer();
+    void DeleteVolVisFrame();
 
     PerPlane<zel_DrWin3d*> m_windows;
     DecorationOptions m_decorations;
     int m_border = 0;
     bool m_keyboardWaits = false; // the keyboard was in a window when the last one was hidden
     wxFrame* m_infoFrame = nullptr;
+    wxWeakRef<vol3D_VolVisFrame> m_volVisFrame; // this canvas's, though a window of its own on the screen
+    bool m_volumeErrorIsTold = false;
     bool m_mapperDetached = false;
     int m_unpainted = 0; // windows that were shown when the canvas was painted, and were not painted since
 };

@@ -176,6 +176,15 @@ wxImage Screen(wxWindow& window) {
     return bitmap.ConvertToImage();
 }
 
+wxImage OpenGLScreen(wxWindow& window) {
+    const wxSize size = window.GetClientSize();
+    const wxPoint at = window.ClientToScreen({0, 0});
+    const std::vector<unsigned char> pixels = ReadScreen(at.x, at.y, size.x, size.y);
+    wxImage picture(size.x, size.y, false);
+    std::copy(pixels.begin(), pixels.end(), picture.GetData());
+    return picture;
+}
+
 wxColour ColourAt(const wxImage& picture, const wxPoint& at) {
     return {picture.GetRed(at.x, at.y), picture.GetGreen(at.x, at.y), picture.GetBlue(at.x, at.y)};
 }

@@ -42,6 +42,8 @@ bool ResizeClient(wxTopLevelWindow& window, const wxSize& size);
 
 /// What stands on the screen in the window's client area.
 wxImage Screen(wxWindow& window);
+/// The same for a window in which OpenGL draws. No part of it may be covered or off the screen.
+wxImage OpenGLScreen(wxWindow& window);
 
 wxColour ColourAt(const wxImage& picture, const wxPoint& at);
 

@@ -2,6 +2,7 @@
 
 #include <X11/Xatom.h>
 #include <X11/Xlib.h>
+#include <X11/Xutil.h>
 
 #include <poll.h>
 
@@ -94,6 +95,23 @@ int CountXWindows() {
 
 bool HasWindowManager() {
     return Connection() != nullptr && HasWindowManager(Connection());
+}
+
+std::vector<unsigned char> ReadScreen(int x, int y, int width, int height) {
+    Display* const display = Connection();
+    const auto destroy = [](XImage* image) { XDestroyImage(image); };
+    const std::unique_ptr<XImage, decltype(destroy)> image(XGetImage(display, DefaultRootWindow(display), x, y,
+                                                                     static_cast<unsigned>(width),
+                                                                     static_cast<unsigned>(height), AllPlanes, ZPixmap),
+                                                           destroy);
+    std::vector<unsigned char> pixels;
+    for (int row = 0; row < height; ++row)
+        for (int column = 0; column < width; ++column) {
+            const unsigned long pixel = XGetPixel(image.get(), column, row); // 24 bits: red, green, blue
+            for (const int shift : {16, 8, 0})
+                pixels.push_back(static_cast<unsigned char>(pixel >> shift));
+        }
+    return pixels;
 }
 
 bool WaitForWindowManager() {
