@@ -10,6 +10,8 @@ void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle& icons) {
     // To start OpenGL takes some events, in which a host may close the viewer.
     const wxWeakRef<wxWindow> self(this);
     if (!m_volVisFrame) {
+        if (!vol3D_VolVisCanvas::CheckDisplay())
+            return;
         m_volVisFrame = new vol3D_VolVisFrame(nullptr, wxID_ANY, "Volume visualization", wxDefaultPosition,
                                               wxSize(600, 600), wxDEFAULT_FRAME_STYLE);
         const bool ready = m_volVisFrame->GetCanvas()->Init();

@@ -3,6 +3,7 @@
 #include "image/zel_modaldialog.h"
 #include "model/zel_trackball.h"
 #include "model/zel_viewfile.h"
+#include "volume/gl/zel_opengldisplay.h"
 #include "volume/gl/zel_volumescene.h"
 #include "volume/vol3D_canvas.h"
 
@@ -44,6 +45,10 @@ std::optional<VolumeStep> StepOfKey(int key) {
 wxString TextOf(GLenum name) {
     const GLubyte* const text = glGetString(name);
     return text != nullptr ? wxString::FromUTF8(reinterpret_cast<const char*>(text)) : wxString();
+}
+
+void LogMissing() {
+    wxLogError("Unable to init GLEW.");
 }
 
 /// GLEW asks the X server's OpenGL for more functions last; where the toolkit has another one, that fails when all that
@@ -88,11 +93,18 @@ vol3D_VolVisCanvas::~vol3D_VolVisCanvas() {
         m_scene->Release();
 }
 
+bool vol3D_VolVisCanvas::CheckDisplay() {
+    const bool isThere = HasOpenGLDisplay();
+    if (!isThere)
+        LogMissing();
+    return isThere;
+}
+
 bool vol3D_VolVisCanvas::Init() {
     const wxWeakRef<wxWindow> self(this);
     GetParent()->Show();
     WaitUntilShown(self);
-    return self && StartOpenGL();
+    return self && CheckDisplay() && StartOpenGL();
 }
 
 bool vol3D_VolVisCanvas::StartOpenGL() {
@@ -101,7 +113,7 @@ bool vol3D_VolVisCanvas::StartOpenGL() {
         m_context.reset();
     MakeCurrent(); // without a context GLEW fails, and so says why
     if (!IsGlewReady()) {
-        wxLogError("Unable to init GLEW.");
+        LogMissing();
         return false;
     }
     wxLogMessage("Starting OpenGL window");

@@ -29,7 +29,11 @@ public:
     /// in the order of their labels.
     static constexpr int attributes[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, 0};
 
-    /// Makes the window without a picture; Init must follow.
+    /// Whether the display has OpenGL at all; the log says so if not. Without it no such window can be made.
+    static bool CheckDisplay();
+
+    /// Makes the window without a picture; Init must follow. CheckDisplay must be true, or the toolkit fails in
+    /// assertions, and Init.
     /// @param statusBar       gets the mode in its field 0 and the numbers in field 1; outlives the canvas; may be null
     /// @param attributeList   as `attributes`
     vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos, const wxSize& size,
