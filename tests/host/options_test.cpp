@@ -101,12 +101,21 @@ TEST(Options, EveryPartHasAName) {
     EXPECT_EQ(ParseCommandLine({"a.tif"}).options.part, std::nullopt);
 }
 
+TEST(Options, AViewIsForTheVolumeWindow) {
+    EXPECT_FALSE(ParseCommandLine({"a.tif"}).options.volume);
+    EXPECT_TRUE(ParseCommandLine({"--volume"}).options.volume);
+    const CommandLine line = ParseCommandLine({"--view", "v.zelview", "a.tif"});
+    EXPECT_TRUE(line.options.volume);
+    EXPECT_EQ(line.options.view, "v.zelview");
+    EXPECT_EQ(line.options.files, std::vector<std::string>{"a.tif"});
+}
+
 TEST(Options, HelpNamesEveryOption) {
     const CommandLine line = ParseCommandLine({"--help"});
     EXPECT_EQ(line.command, Command::Help);
-    for (const char* option :
-         {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels", "--stretch", "--part",
-          "--export-meshes", "--screenshot", "--info", "--json", "--verbose", "--help", "--version", "FILE"})
+    for (const char* option : {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels",
+                               "--stretch", "--part", "--export-meshes", "--volume", "--view", "--screenshot", "--info",
+                               "--json", "--verbose", "--help", "--version", "FILE"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }
@@ -151,6 +160,10 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--type", "int"}, "--type needs a FILE"},
         {{"--resolution", "1,1,1"}, "--resolution needs a FILE"},
         {{"--info", "--screenshot", "a.png", "a.tif"}, "--screenshot"},
+        {{"--info", "--volume", "a.tif"}, "--volume and --info exclude each other."},
+        {{"--view", "v.zelview", "--export-meshes", "p", "--labels", "l.tif"},
+         "--view and --export-meshes exclude each other."},
+        {{"--view"}, "--view"},
     };
     for (const auto& [arguments, part] : cases) {
         const CommandLine line = ParseCommandLine(arguments);

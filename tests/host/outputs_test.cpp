@@ -53,6 +53,17 @@ protected:
     ScratchFolder folder;
 };
 
+TEST_F(Outputs, ThePictureOfTheVolumeCountsToo) {
+    Options options;
+    options.screenshot = folder / "a.b.png";
+    options.view = Write("a.b-volume.png"); // a strange name for a view
+    EXPECT_EQ(RefusalOfOutputs(options), "") << "without a volume there is no such picture";
+    options.volume = true;
+    EXPECT_EQ(RefusalOfOutputs(options), Replaces(folder / "a.b-volume.png", *options.view));
+    options.screenshot = *options.view;
+    EXPECT_EQ(RefusalOfOutputs(options), Replaces(*options.view, *options.view));
+}
+
 TEST_F(Outputs, ANameWithItsEndingThatNobodyReadsIsTaken) {
     const std::string input = Write("stack.tif"), old = Write("old.png");
     for (const std::string& name : {folder / "new.png", old, folder / "missing folder/new.png", std::string("a.png")})

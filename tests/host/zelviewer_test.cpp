@@ -550,4 +550,32 @@ TEST_F(ZelViewer, NamesNeedNotBeAscii) {
     EXPECT_EQ(Screenshot({WriteRamp("K\xC3\xB6rner 100%d.tif")}).GetSize(), wxSize(62, 52));
 }
 
+TEST_F(ZelViewer, ThePictureOfTheVolumeIsWrittenBesideTheOther) {
+    const std::string stack = WriteRamp("stack.tif"), view = folder / "far.zelview";
+    const wxImage alone = Screenshot({stack});
+    EXPECT_TRUE(SamePixels(Screenshot({stack, "--volume"}), alone));
+    const wxImage volume(wxString(folder / "picture-volume.png"), wxBITMAP_TYPE_PNG);
+    ASSERT_TRUE(volume.IsOk());
+    std::ofstream(view) << "-9 "; // the rest of the view stands
+    Screenshot({stack, "--view", view});
+    const wxImage far(wxString(folder / "picture-volume.png"), wxBITMAP_TYPE_PNG);
+    ASSERT_EQ(far.GetSize(), volume.GetSize());
+    const auto countBlue = [](const wxImage& picture) { // the lines of the box
+        int blue = 0;
+        for (int i = 0; i < picture.GetWidth() * picture.GetHeight(); ++i)
+            blue += picture.GetData()[3 * i] < 20 && picture.GetData()[3 * i + 2] > 150 ? 1 : 0;
+        return blue;
+    };
+    EXPECT_GT(countBlue(volume), 2000); // four sides of 380 pixels, four of 250, and what joins them
+    EXPECT_LT(countBlue(far), countBlue(volume) * 2 / 3);
+}
+
+TEST_F(ZelViewer, AViewThatIsMissingEndsWith1) {
+    const std::string view = folder / "missing.zelview";
+    const Outcome outcome = Run({WriteRamp("a.tif"), "--view", view, "--screenshot", folder / "a.png"});
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + view + ": The file cannot be opened.\n");
+    EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
+}
+
 } // namespace
