@@ -173,7 +173,7 @@ TEST_F(VolumeViewer, TwoViewersUploadToTheirOwnWindows) {
         EXPECT_TRUE(first.canvas->ShowNextImage());
         EXPECT_EQ(BrightSide(firstVolume), "right");
         EXPECT_EQ(BrightSide(secondVolume), "left"); // and again
-    } // it goes with its viewer, and no context is current
+    }                                                // it goes with its viewer, and no context is current
     EXPECT_TRUE(first.canvas->ShowNextImage());
     EXPECT_EQ(BrightSide(firstVolume), "left");
 }
@@ -264,7 +264,8 @@ TEST_F(VolumeViewer, WithoutMemoryThatIsSaidOnceAndTheOldVolumeStays) {
     StarvingMapper mapper;
     const auto image = MakeImage<Byte>({8, 8, 8}, 4, [](auto x, auto...) { return x < 4 ? 255 : 0; });
     auto* const frame = new wxFrame(nullptr, wxID_ANY, "host");
-    auto* const canvas = new zel_ImageViewer3dCanvas<Byte>(frame, mapper, image.get(), false, wxID_ANY, {0, 0}, {99, 99});
+    auto* const canvas =
+        new zel_ImageViewer3dCanvas<Byte>(frame, mapper, image.get(), false, wxID_ANY, {0, 0}, {99, 99});
     EXPECT_TRUE(ShowAndWait(*frame));
     {
         const LogCatcher quiet;
@@ -293,6 +294,50 @@ TEST_F(VolumeViewer, WithoutMemoryThatIsSaidOnceAndTheOldVolumeStays) {
     canvas->UpdateVolVis();
     Pump();
     EXPECT_EQ(answers.GetPending(), 0U);
+    frame->Destroy();
+    Pump();
+}
+
+bool ShowsText(const wxWindow& window, const wxString& text) {
+    if (window.GetLabel() == text)
+        return true;
+    const wxWindowList& children = window.GetChildren();
+    return std::any_of(children.begin(), children.end(), [&](wxWindow* child) { return ShowsText(*child, text); });
+}
+
+/// Looks at the screen while a volume is mapped.
+class WatchingMapper : public StarvingMapper {
+public:
+    void Map(const Byte* data, ColourBuffer& buffer) const override {
+        if (buffer.height == 1 && watched != nullptr) {
+            wasEnabled = watched->IsEnabled();
+            for (const wxWindow* window : wxTopLevelWindows)
+                wasTold = wasTold || ShowsText(*window, "Updating 3D data...");
+        }
+        StarvingMapper::Map(data, buffer);
+    }
+    wxWindow* watched = nullptr;
+    mutable bool wasEnabled = true, wasTold = false;
+};
+
+TEST_F(VolumeViewer, TheUserIsKeptOutWhileItIsUpdatedAndToldWhy) {
+    WatchingMapper mapper;
+    const auto image = MakeImage<Byte>({8, 8, 8}, 1, [](auto x, auto...) { return x; });
+    auto* const frame = new wxFrame(nullptr, wxID_ANY, "host");
+    auto* const canvas =
+        new zel_ImageViewer3dCanvas<Byte>(frame, mapper, image.get(), false, wxID_ANY, {0, 0}, {99, 99});
+    EXPECT_TRUE(ShowAndWait(*frame));
+    mapper.watched = frame;
+    {
+        const LogCatcher quiet;
+        canvas->ShowVolVis({});
+    }
+    EXPECT_FALSE(mapper.wasEnabled);
+    EXPECT_TRUE(mapper.wasTold);
+    EXPECT_TRUE(frame->IsEnabled());
+    Pump();
+    for (const wxWindow* window : wxTopLevelWindows)
+        EXPECT_FALSE(ShowsText(*window, "Updating 3D data..."));
     frame->Destroy();
     Pump();
 }
