@@ -4,6 +4,8 @@
 #include "overlay/zel_overlayer.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <optional>
+
 namespace zel {
 
 /// The canvas of an image that has labels: it draws as its base does, and lets an overlayer paint labels over each
@@ -26,6 +28,14 @@ public:
     /// A reload asks the overlayer to load its labels anew, and all is resampled.
     void OverlayingChanged(zel_OverlayingEvent& event) override;
 
+    /// With a row for the label.
+    void InfoFrame_Create() override;
+    void InfoFrame_UpdatePixelInfo() override;
+    /// The label under a pixel of a window's client area; "---" outside the picture, and where the frame has no labels.
+    /// It is mirrored by the size of the XY picture in every window, also where the window's own picture has another
+    /// size and therefore shows another label there; hosts rely on it. Any other type leaves the text alone.
+    void GetLabelInfo(zel_ProjectionType type, int x, int y, wxString& text) const;
+
     zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; }
 
 protected:
@@ -38,14 +48,16 @@ protected:
 
 private:
     struct WindowOverlay {
-        std::size_t cut = 0;       // index of a buffer
-        std::size_t autofocus = 0; // likewise
-        bool dirty = true;         // the overlay of this picture must be done again
-        bool placed = false;       // the buffers lie where the slice does
+        std::size_t cut = 0;                 // index of a buffer
+        std::size_t autofocus = 0;           // likewise
+        bool dirty = true;                   // the overlay of this picture must be done again
+        bool placed = false;                 // the buffers lie where the slice does
+        std::optional<std::size_t> rendered; // the buffer that has the labels of the present picture
     };
 
     bool HasLabels() const;
     void PlaceBuffers(const Plane& plane);
+    void Render(WindowOverlay& overlay, std::size_t buffer);
     void MakeOverlaysDirty();
 
     PerPlane<WindowOverlay> m_overlays;

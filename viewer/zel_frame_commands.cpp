@@ -1,6 +1,7 @@
 // Commands that open windows of their own.
 
 #include "viewer/zel_frame.h"
+#include "viewer/zel_viewer3dcanvas.h"
 
 namespace zel {
 
@@ -10,7 +11,8 @@ void zel_Viewer3dFrame::SayUnavailable() {
 }
 
 void zel_Viewer3dFrame::OnShowInfo(wxCommandEvent&) {
-    SayUnavailable();
+    if (m_canvas != nullptr)
+        m_canvas->InfoFrame_Show(!m_canvas->InfoFrame_IsShown());
 }
 
 void zel_Viewer3dFrame::OnSave3dData(wxCommandEvent&) {

@@ -81,8 +81,8 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
-// Empty by intention, here and further below: nothing is saved yet, and there is no info window and no volume window.
-// The frame says so to the user; a host's canvas may override them.
+// Empty by intention, here and further below: nothing is saved yet, and there is no volume window. The frame says so to
+// the user; a host's canvas may override them.
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
@@ -153,15 +153,6 @@ template <typename T>
 void zel_ImageViewer3dCanvas<T>::UpdateVolVis() {}
 
 template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateImageInfo() {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateCutAndVisBoxInfo() {}
-
-template <typename T>
 void zel_ImageViewer3dCanvas<T>::MakeDirtyAndRefresh(zel_ProjectionType mask) {
     for (const Plane& plane : planes)
         if ((mask & plane.type) != 0)
@@ -191,7 +182,7 @@ void zel_ImageViewer3dCanvas<T>::SetSettings(const zel_ImageCanvasSettings& sett
     zel_Viewer3dCanvas::SetSettings(settings);
 }
 
-// Draw and what belongs to it are instantiated in a file of their own.
+// Draw and what belongs to it, and the pixel queries, are instantiated in files of their own.
 #define ZEL_INSTANTIATE(T) template class zel_ImageViewer3dCanvas<T>;
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 

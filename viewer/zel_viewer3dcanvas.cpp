@@ -3,7 +3,6 @@
 #include "viewer/zel_commands.h"
 
 #include <wx/dcclient.h>
-#include <wx/frame.h>
 
 namespace zel {
 
@@ -82,22 +81,11 @@ void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) {
     InfoFrame_UpdatePixelInfo();
 }
 
-// Empty by intention, here and below: this canvas has no voxels, so no volume window and no info window. Canvases that
-// have them override the virtual ones.
+// Empty by intention, here and below: this canvas has no voxels, so no volume window.
 
 void zel_Viewer3dCanvas::UpdateVolVis() {}
 
 void zel_Viewer3dCanvas::UpdateIsosurface() {}
-
-void zel_Viewer3dCanvas::InfoFrame_Show(bool) {}
-
-void zel_Viewer3dCanvas::InfoFrame_Create() {}
-
-bool zel_Viewer3dCanvas::InfoFrame_IsShown() const {
-    return m_infoFrame != nullptr && m_infoFrame->IsShown();
-}
-
-void zel_Viewer3dCanvas::InfoFrame_Move() {}
 
 void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle&) {}
 
@@ -157,6 +145,7 @@ void zel_Viewer3dCanvas::SetSettings(const zel_CanvasSettings& settings) {
     m_view.SetOptions(settings);
     RecomputeVisible();
     OnVis3dChange(zel_PT_ALL);
+    InfoFrame_Move();
 }
 
 void zel_Viewer3dCanvas::RecomputeVisible() {
