@@ -39,10 +39,13 @@ void zel_Viewer3dCanvas::InfoFrame_Create() {
 }
 
 void zel_Viewer3dCanvas::InfoFrame_Make(bool withOverlay) {
+    wxWindow* const keyboard = FindFocus();
     auto* const window = new wxMiniFrame(this, wxID_ANY, "Info frame", wxDefaultPosition, wxDefaultSize, 0);
     window->SetMaxSize(largestInfoWindow);
     InfoNotebookFunc(window, withOverlay ? MouseOverlayInfoFunc : MouseInfoFunc);
     m_infoFrame = window;
+    if (keyboard != nullptr)
+        keyboard->SetFocus(); // a notebook's first page counts as having the keyboard, which it never got
 }
 
 void zel_Viewer3dCanvas::InfoFrame_Show(bool show) {

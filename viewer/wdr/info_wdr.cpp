@@ -17,6 +17,7 @@ namespace {
 constexpr int gap = 3;    // pixels between rows, and around them: the window may be 200 pixels high
 constexpr int column = 8; // pixels between labels and values
 const wxSize colourSize(30, 20);
+constexpr int pageWidth = 355; // pixels: room for the three tabs, and for values to change while the window stays
 
 struct Row {
     const char* label;
@@ -52,6 +53,7 @@ wxFlexGridSizer* MakeGrid(wxWindow* page, const std::vector<Row>& rows) {
 void SetPage(wxWindow* page, wxSizer* grid) {
     auto* const margin = new wxBoxSizer(wxVERTICAL);
     margin->Add(grid, wxSizerFlags(1).Expand().Border(wxALL, 2 * gap));
+    margin->SetMinSize(pageWidth, -1);
     page->SetSizer(margin);
 }
 
