@@ -31,7 +31,8 @@ double PlaceOf(const AxisLook& axis, float position) {
 long long IndexAt(const AxisLook& axis, int pixel) {
     const double pixelInVoxels = static_cast<double>(axis.resolution) / static_cast<double>(axis.scale);
     const double place = PlaceOf(axis, axis.visibleOffset) + Unmirrored(axis, pixel) * pixelInVoxels;
-    return kep::VoxelIndexAt(place, kep::VoxelTolerance(axis.visibleOffset, axis.boxOffset, axis.resolution));
+    const double tolerance = kep::VoxelTolerance(axis.visibleOffset, axis.boxOffset, axis.resolution);
+    return kep::VoxelIndexShownAt(place, tolerance, axis.voxels, static_cast<std::size_t>(axis.pixels));
 }
 
 } // namespace
@@ -47,6 +48,14 @@ AxisLook LookAlong(const View& view, const ImageGeometry& image, Axis axis, int 
     look.scale = At(view.scale, axis);
     look.pixels = pixels;
     look.reversed = view.options.Reversed(axis);
+    return look;
+}
+
+AxisLook LookThrough(const View& view, const ImageGeometry& image, const Plane& plane) {
+    AxisLook look = LookAlong(view, image, plane.third, 1);
+    look.visibleOffset = At(view.options.cut, plane.third);
+    look.visibleSize = At(view.cutStep, plane.third);
+    look.reversed = false;
     return look;
 }
 

@@ -24,6 +24,9 @@ struct AxisLook {
 /// @param pixels  of the window along this axis
 ZEL_EXPORT AxisLook LookAlong(const View& view, const ImageGeometry& image, Axis axis, int pixels);
 
+/// How a view shows the third axis of a plane: one pixel, at the cut.
+ZEL_EXPORT AxisLook LookThrough(const View& view, const ImageGeometry& image, const Plane& plane);
+
 /// Where the pixel that is seen at a place of the window begins, microns.
 ZEL_EXPORT float MicronsAt(const AxisLook& axis, int pixel);
 

@@ -1,6 +1,8 @@
 #include "overlay/zel_labeledimagecanvas3d.h"
 
+#include "image/zel_voxeltext.h"
 #include "model/zel_palette.h"
+#include "model/zel_pixelquery.h"
 #include "model/zel_volumesurfaces.h"
 #include "volume/vol3D_canvas.h"
 #include "volume/zel_updatenotice.h"
@@ -128,6 +130,7 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::OnResampled(const Plane& plane) {
     WindowOverlay& overlay = m_overlays[plane.type];
     overlay.dirty = true;
     overlay.placed = false;
+    overlay.rendered.reset();
     if (HasLabels())
         PlaceBuffers(plane);
 }
@@ -148,7 +151,7 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::FillBuffer(const Plane& plane, Col
         PlaceBuffers(plane); // the labels have come after the voxels
     const bool isAutofocus = this->GetContent(plane.type) == zel_PC_AUTOFOCUS;
     if (isAutofocus)
-        m_overlayer->Buffer_Render(overlay.autofocus, static_cast<std::size_t>(this->m_time));
+        Render(overlay, overlay.autofocus);
     zel_ImageViewer3dCanvas<T>::FillBuffer(plane, buffer);
     m_overlayer->Overlay(isAutofocus ? overlay.autofocus : overlay.cut, buffer);
     overlay.dirty = false;
@@ -162,8 +165,47 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::PlaceBuffers(const Plane& plane) {
     for (const std::size_t buffer : {overlay.cut, overlay.autofocus})
         m_overlayer->Buffer_SetDim(buffer, slice.GetSize(), slice.GetOffset(), slice.GetResolution().GetRes());
     if (this->GetContent(plane.type) == zel_PC_CUT)
-        m_overlayer->Buffer_Render(overlay.cut, static_cast<std::size_t>(this->m_time));
+        Render(overlay, overlay.cut);
     overlay.placed = true;
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::Render(WindowOverlay& overlay, std::size_t buffer) {
+    m_overlayer->Buffer_Render(buffer, static_cast<std::size_t>(this->m_time));
+    overlay.rendered = buffer;
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::InfoFrame_Create() {
+    this->InfoFrame_Make(true);
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::InfoFrame_UpdatePixelInfo() {
+    if (!this->IsPixelInfoAsked())
+        return;
+    const std::optional<zel_PixelInfo> info = this->LookUnderPointer();
+    wxString label;
+    this->GetNoColourInfo(label);
+    if (info)
+        GetLabelInfo(info->window, info->pixel.x, info->pixel.y, label);
+    this->WritePixelInfo(info, {{zel_INFO_OVERLAY, label}});
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::GetLabelInfo(zel_ProjectionType type, int x, int y,
+                                                           wxString& text) const {
+    const Plane* const plane = FindPlane(type);
+    if (plane == nullptr || this->IsMapperDetached())
+        return;
+    this->GetNoColourInfo(text);
+    const WindowOverlay& overlay = m_overlays[type];
+    const ColourBuffer& xy = this->GetBuffer(zel_PT_XY);
+    const auto at =
+        FindInSlice(*plane, this->m_view.options, {xy.width, xy.height}, this->GetSlice(type).GetSize(), {x, y});
+    const std::size_t shown = this->GetContent(type) == zel_PC_AUTOFOCUS ? overlay.autofocus : overlay.cut;
+    if (at && overlay.rendered == shown && HasLabels())
+        text = VoxelToStr(m_overlayer->Buffer_GetValue(shown, *at));
 }
 
 #define ZEL_INSTANTIATE(T, L, V) template class zel_LabeledImageViewer3dCanvas<T, L, V>;

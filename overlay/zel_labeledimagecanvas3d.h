@@ -4,6 +4,7 @@
 #include "overlay/zel_overlayer.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <optional>
 #include <vector>
 
 namespace zel {
@@ -32,6 +33,14 @@ public:
     /// @throws std::bad_alloc; likewise
     void UpdateIsosurface() override;
 
+    /// With a row for the label.
+    void InfoFrame_Create() override;
+    void InfoFrame_UpdatePixelInfo() override;
+    /// The label under a pixel of a window's client area; "---" outside the picture, and where the frame has no labels.
+    /// It is mirrored by the size of the XY picture in every window, also where the window's own picture has another
+    /// size and therefore shows another label there; hosts rely on it. Any other type leaves the text alone.
+    void GetLabelInfo(zel_ProjectionType type, int x, int y, wxString& text) const;
+
     zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; }
 
 protected:
@@ -44,16 +53,18 @@ protected:
 
 private:
     struct WindowOverlay {
-        std::size_t cut = 0;       // index of a buffer
-        std::size_t autofocus = 0; // likewise
-        bool dirty = true;         // the overlay of this picture must be done again
-        bool placed = false;       // the buffers lie where the slice does
+        std::size_t cut = 0;                 // index of a buffer
+        std::size_t autofocus = 0;           // likewise
+        bool dirty = true;                   // the overlay of this picture must be done again
+        bool placed = false;                 // the buffers lie where the slice does
+        std::optional<std::size_t> rendered; // the buffer that has the labels of the present picture
     };
 
     bool HasLabels() const;
     const kep::LabeledImage3d<L, V>* FindSurfaceLabels() const;
     std::vector<kep::RGB_generic<unsigned char>> GetSurfaceColours() const;
     void PlaceBuffers(const Plane& plane);
+    void Render(WindowOverlay& overlay, std::size_t buffer);
     void MakeOverlaysDirty();
 
     PerPlane<WindowOverlay> m_overlays;

@@ -11,7 +11,8 @@ void zel_Viewer3dFrame::SayUnavailable() {
 }
 
 void zel_Viewer3dFrame::OnShowInfo(wxCommandEvent&) {
-    SayUnavailable();
+    if (m_canvas != nullptr)
+        m_canvas->InfoFrame_Show(!m_canvas->InfoFrame_IsShown());
 }
 
 void zel_Viewer3dFrame::OnSave3dData(wxCommandEvent&) {

@@ -81,8 +81,8 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
-// Empty by intention, here and further below: nothing is saved yet, and there is no info window.
-// The frame says so to the user; a host's canvas may override them.
+// Empty by intention, here and further below: nothing is saved yet. The frame says so to the user; a host's canvas may
+// override them.
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
@@ -147,17 +147,6 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
     GetParent()->SetLabel(CreateTitle());
 }
 
-// Empty by intention, as above.
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateImageInfo() {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdateCutAndVisBoxInfo() {}
-
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::MakeDirtyAndRefresh(zel_ProjectionType mask) {
     for (const Plane& plane : planes)
@@ -188,7 +177,7 @@ void zel_ImageViewer3dCanvas<T>::SetSettings(const zel_ImageCanvasSettings& sett
     zel_Viewer3dCanvas::SetSettings(settings);
 }
 
-// Draw and what belongs to it are instantiated in a file of their own.
+// Draw and what belongs to it, and the pixel queries, are instantiated in files of their own.
 #define ZEL_INSTANTIATE(T) template class zel_ImageViewer3dCanvas<T>;
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 

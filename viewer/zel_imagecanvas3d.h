@@ -9,6 +9,7 @@
 #include <wx/bitmap.h>
 
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace zel {
@@ -35,6 +36,8 @@ public:
 
     void ReverseAxis(int axis) override;
     void Draw(wxDC& dc, zel_ProjectionType type) override;
+    /// Two icons of the present XY picture, 16 by 16 and 32 by 32; transparent ones before the first picture.
+    void GetIcons(wxIconBundle& bundle) override;
     kep::Vector3d<std::size_t> GetImageSize() override;
     int GetTime() override;
     int GetImageCount() override;
@@ -61,6 +64,23 @@ public:
 
     /// "GRAY8", "GRAY16", "float", "RGB", "RGB16", "complex"; "Unknown" for int.
     wxString GetImageTypeName() const;
+
+    /// What lies under a pixel of a window's client area: place, voxel, value and colour, from the one mapping by which
+    /// the picture was made. Nothing for pixels beside the image, and without an image.
+    /// In autofocus the value is that of the projection.
+    std::optional<zel_PixelInfo> GetPixelInfo(zel_ProjectionType type, const wxPoint& pixel) const;
+    /// The value of the voxel that a pixel of a window's client area shows, and its colour with alpha 255. Both are
+    /// left alone for pixels outside the picture, and before the first picture.
+    void GetColourInfo(zel_ProjectionType type, int x, int y, wxString& text, wxColour& colour) const;
+    /// What is shown where there is no value: "---".
+    void GetNoColourInfo(wxString& text) const;
+    /// @param point  on the screen
+    /// @return the window if it is shown and the point lies in its client area, else the fallback
+    zel_DrWin3d* MouseInProjection(const wxPoint& point, zel_DrWin3d* window, zel_DrWin3d* fallback) const;
+    /// Makes an icon of a picture as it was made, mirrored as the XY window is, with a transparent margin.
+    /// @param w, h    of the icon
+    /// @param bitmap  not used
+    void CreateIcon(wxIcon& icon, int w, int h, const wxBitmap& bitmap, const ColourBuffer& buffer) const;
 
     void GetSettings(zel_ImageCanvasSettings& settings) const;
     void SetSettings(const zel_ImageCanvasSettings& settings);
@@ -92,6 +112,15 @@ protected:
     virtual bool IsOverlayStale(const Plane& plane) const;
     /// Writes the colours of the window's slice into its buffer, which has the same size.
     virtual void FillBuffer(const Plane& plane, ColourBuffer& buffer);
+
+    // For the page "Pixel info" of the info window.
+
+    /// It is on view, and there is an image.
+    bool IsPixelInfoAsked() const;
+    /// Nothing while the pointer is not over the image.
+    std::optional<zel_PixelInfo> LookUnderPointer() const;
+    /// @param further  values of a derived canvas
+    void WritePixelInfo(const std::optional<zel_PixelInfo>& info, std::vector<zel_InfoText> further);
 
     /// From here on the destructor deletes the image.
     void TakeImage() { m_ownedImage.reset(m_image); }

@@ -3,7 +3,6 @@
 #include "viewer/zel_commands.h"
 
 #include <wx/dcclient.h>
-#include <wx/frame.h>
 
 namespace zel {
 
@@ -84,22 +83,12 @@ void zel_Viewer3dCanvas::OnMouse3d(zel_Mouse3dEvent&) {
     InfoFrame_UpdatePixelInfo();
 }
 
-// Empty by intention, here and below: this canvas has no voxels, so nothing to show in a volume window or an info
-// window. Canvases that have them override these.
+// Empty by intention: this canvas has no voxels, so nothing to show in a volume window. Canvases that have them
+// override these.
 
 void zel_Viewer3dCanvas::UpdateVolVis() {}
 
 void zel_Viewer3dCanvas::UpdateIsosurface() {}
-
-void zel_Viewer3dCanvas::InfoFrame_Show(bool) {}
-
-void zel_Viewer3dCanvas::InfoFrame_Create() {}
-
-bool zel_Viewer3dCanvas::InfoFrame_IsShown() const {
-    return m_infoFrame != nullptr && m_infoFrame->IsShown();
-}
-
-void zel_Viewer3dCanvas::InfoFrame_Move() {}
 
 void zel_Viewer3dCanvas::DetachMapper() {
     m_sequenceTimer.Stop();
@@ -155,6 +144,7 @@ void zel_Viewer3dCanvas::SetSettings(const zel_CanvasSettings& settings) {
     m_view.SetOptions(settings);
     RecomputeVisible();
     OnVis3dChange(zel_PT_ALL);
+    InfoFrame_Move();
 }
 
 void zel_Viewer3dCanvas::RecomputeVisible() {

@@ -6,17 +6,19 @@
 #include "model/zel_view.h"
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
+#include "viewer/zel_infoframe.h"
 #include "viewer/zel_styles.h"
 #include "volume/vol3D_frame.h"
 
+#include <wx/frame.h>
 #include <wx/panel.h>
 #include <wx/timer.h>
 #include <wx/weakref.h>
 
 #include <optional>
+#include <vector>
 
 class WXDLLIMPEXP_FWD_CORE wxDC;
-class WXDLLIMPEXP_FWD_CORE wxFrame;
 class WXDLLIMPEXP_FWD_CORE wxIconBundle;
 
 namespace zel {
@@ -63,8 +65,15 @@ public:
     virtual void UpdateVolVis();
     /// Makes the surfaces of the present frame's labels anew, if there is a volume window.
     virtual void UpdateIsosurface();
+    /// Shows the info window, made when it is first shown, or hides it. The keyboard stays where it is.
+    ///
+    /// It stands at the corner that the drawing windows leave free, and follows the frame by the frame's move events:
+    /// the toolkit sends none when a program moves a frame. It does not float either: a frame that is raised may cover
+    /// it, and it stays on the screen when the frame is iconized. The user may close it, which destroys it; the next
+    /// Show makes another one.
     virtual void InfoFrame_Show(bool show);
     virtual void InfoFrame_Create();
+    /// The three updates do nothing while the info window is not shown; the first one, neither while its page isn't.
     virtual void InfoFrame_UpdatePixelInfo() = 0;
     virtual void InfoFrame_UpdateImageInfo() = 0;
     virtual void InfoFrame_UpdateCutAndVisBoxInfo() = 0;
@@ -150,8 +159,11 @@ public:
     /// Null before the first ShowVolVis, and after the window was destroyed. Closing only hides it.
     vol3D_VolVisFrame* GetVolVisFrame() const { return m_volVisFrame; }
 
-    wxFrame* InfoFrame_Get() const { return m_infoFrame; }
+    /// The info window, shown or not; null before it was first shown, and after it was closed.
+    wxFrame* InfoFrame_Get() const { return m_infoFrame.get(); }
     bool InfoFrame_IsShown() const;
+    /// Puts the info window, if it is shown, at the lower right corner of the XY window; at that of XZ or YZ if that is
+    /// the only one shown.
     void InfoFrame_Move();
 
     const MicronBox& GetBoundingBox() const { return m_view.boundingBox; }
@@ -179,6 +191,13 @@ protected:
     bool IsVolVisShown() const;
     /// Shows a message box once the present event is handled; while one is open, further ones are dropped.
     void ReportVolumeError(const wxString& text);
+    /// For InfoFrame_Create: makes the info window. @param withOverlay  with a row for the label
+    void InfoFrame_Make(bool withOverlay);
+    /// The info window is shown with its first page.
+    bool InfoFrame_IsPixelPageShown() const;
+    /// Writes values, and fits the window to them if one has changed. There is an info window.
+    void InfoFrame_Write(const std::vector<zel_InfoText>& values);
+    void InfoFrame_WriteColour(const wxColour& colour);
 
     View m_view;
     long long m_time = 0; // equals the iterator's current index after every change of time
@@ -202,8 +221,8 @@ private:
     PerPlane<zel_DrWin3d*> m_windows;
     DecorationOptions m_decorations;
     int m_border = 0;
-    bool m_keyboardWaits = false; // the keyboard was in a window when the last one was hidden
-    wxFrame* m_infoFrame = nullptr;
+    bool m_keyboardWaits = false;               // the keyboard was in a window when the last one was hidden
+    wxWeakRef<wxFrame> m_infoFrame;             // a child of this canvas; the user may close it
     wxWeakRef<vol3D_VolVisFrame> m_volVisFrame; // this canvas's, though a window of its own on the screen
     bool m_volumeErrorIsTold = false;
     bool m_mapperDetached = false;

@@ -41,11 +41,7 @@ AxisPlan PlanAxis(const Axis& src, const Axis& dst, std::size_t stride) {
     const double tolerance = VoxelTolerance(dst.offset, src.offset, src.resolution);
     for (std::size_t i = 0; i < dst.extent; ++i) {
         const double place = start + static_cast<double>(i) * step;
-        int index = VoxelIndexAt(place, tolerance);
-        const bool onFarFace = index >= 0 && static_cast<std::size_t>(index) == src.extent &&
-                               place <= static_cast<double>(src.extent) + tolerance;
-        if (dst.extent == 1 && onFarFace)
-            --index; // the cut may lie there, and shows the last layer
+        const int index = VoxelIndexShownAt(place, tolerance, src.extent, dst.extent);
         if (index < 0)
             continue;
         if (static_cast<std::size_t>(index) >= src.extent)

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <limits>
 
 namespace kep {
@@ -67,6 +68,17 @@ inline int VoxelIndexAt(double place, double tolerance) {
     constexpr double low = std::numeric_limits<int>::min();
     constexpr double high = std::numeric_limits<int>::max();
     return static_cast<int>(std::clamp(index, low, high));
+}
+
+/// Index of the voxel that a picture shows. Where the picture has a single place on the axis, a place on the far face
+/// of the last voxel shows that voxel: the cut may lie there.
+/// @param extent  voxels of the frame on the axis
+/// @param places  of the picture on the axis
+inline int VoxelIndexShownAt(double place, double tolerance, std::size_t extent, std::size_t places) {
+    const int index = VoxelIndexAt(place, tolerance);
+    const bool onFarFace =
+        index >= 0 && static_cast<std::size_t>(index) == extent && place <= static_cast<double>(extent) + tolerance;
+    return places == 1 && onFarFace ? index - 1 : index;
 }
 
 /// The voxel at a position. Resampling chooses voxels by the same rule, so a window never shows the value of one
