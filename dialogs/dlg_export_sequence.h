@@ -74,22 +74,27 @@ public:
     static wxString MakeFileName(const std::string& nameTemplate, int index);
 
 private:
-    void BindEvents();
+    /// Output formats, as places in formatButtons.
+    enum Format { imageSequence, aviVideo, animatedGif, formatCount };
+
     void ShowIterator();
-    void OnFormat(int pressed);
-    void OnSingleImage();
-    void OnOk();
-    void SaveSingleImage(ExportData_CanvasProcessor& processor);
-    bool UpdateCanvas();
-    void SaveSequence(ExportData_CanvasProcessor& processor);
-    wxWindow* GetWindowAbove() const;
+    void BindEvents();
+    void OnFormat(wxCommandEvent& event);
+    void Select(int from, int to);
+    void ShowMeaning(bool isTemplate);
+    void OnSingleImage(wxCommandEvent& event);
+    void OnOk(wxCommandEvent& event);
+    bool CanSave() const;
+    void SaveSingleImage(ExportData_CanvasProcessor& processor, wxWindow* above);
+    bool UpdateCanvas(wxWindow* above);
+    void SaveSequence(ExportData_CanvasProcessor& processor, wxWindow* above);
 
     wxDialog* parent;
     wxCheckBox* singleImageBox;
     wxSpinCtrl* firstSpin;
     wxSpinCtrl* lastSpin;
     wxSpinCtrl* stepSpin;
-    std::array<wxRadioButton*, 3> formatButtons; ///< image sequence, AVI video, animated GIF
+    std::array<wxRadioButton*, formatCount> formatButtons;
     wxStaticText* templateLabel;
     wxTextCtrl* templateField; ///< the template of file names or the frames per second
     wxString nameTemplate;     ///< as last accepted
@@ -97,7 +102,7 @@ private:
     mor::ImageIterator iterator;
     wxWeakRefDynamic<zel_SequenceCanvas> canvas;
 
-    static int lastFormat; ///< place in formatButtons
+    static int lastFormat;
     static bool singleImage;
 };
 

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "dialogs/zel_sequencecanvas.h"
+#include "dialogs/zel_styles.h"
 #include "image/kep.h"
 #include "model/zel_export.h"
 #include "model/zel_imageiterator.h"
 #include "model/zel_view.h"
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
-#include "viewer/zel_styles.h"
 #include "volume/vol3D_frame.h"
 
 #include <wx/panel.h>
