@@ -51,8 +51,9 @@ Save3dDataDialog::Save3dDataDialog(wxWindow* parent)
 }
 
 ExportSequenceDialog::ExportSequenceDialog(wxDialog* extendedDialog, zel_SequenceCanvas* browsedCanvas)
-    : parent(extendedDialog), iterator(browsedCanvas->GetImageIterator()), canvas(browsedCanvas) {
-    Hide(); // before there is anything to be seen
+    : parent(extendedDialog), iterator(browsedCanvas->GetImageIterator()) {
+    canvas = browsedCanvas; // the reference tracks only what is assigned to it
+    Hide();                 // before there is anything to be seen
     Create(parent, wxID_ANY, wxDefaultPosition, wxSize(0, 0), wxTAB_TRAVERSAL | wxNO_BORDER);
     const SequenceIds& ids = zel_sequenceIds;
     Find(*parent, ids.singleImageBox, singleImageBox);
