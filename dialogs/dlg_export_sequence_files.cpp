@@ -10,6 +10,8 @@
 #include <wx/filedlg.h>
 #include <wx/filename.h>
 
+#include <optional>
+
 namespace zel {
 
 namespace {
@@ -36,6 +38,16 @@ private:
     wxWeakRef<wxWindow> m_above;
 };
 
+/// Shows a dialog that chooses a file or a folder. It is gone on return: nobody runs it while files are written.
+/// @return nothing if the user has cancelled it
+template <typename Dialog>
+std::optional<wxString> AskForPath(wxWindow* parent, const wxString& title, const auto&... arguments) {
+    Dialog dialog(parent, title, arguments...);
+    if (RunModal(dialog) != wxID_OK)
+        return std::nullopt;
+    return dialog.GetPath();
+}
+
 } // namespace
 
 void ExportSequenceDialog::ProcessExport(ExportData_CanvasProcessor& processor) {
@@ -52,11 +64,11 @@ bool ExportSequenceDialog::CanSave() const {
 }
 
 void ExportSequenceDialog::SaveSingleImage(ExportData_CanvasProcessor& processor, wxWindow* above) {
-    wxFileDialog dialog(above, "Save single 3D image", wxEmptyString, wxEmptyString,
-                        "Image cytometry standard (*.ics)|*.ics|TIFF image (*.tif)|*.tif",
-                        wxFD_SAVE | wxFD_OVERWRITE_PROMPT | wxFD_CHANGE_DIR);
-    if (RunModal(dialog) == wxID_OK && CanSave())
-        processor(dialog.GetPath());
+    const auto file = AskForPath<wxFileDialog>(above, "Save single 3D image", wxEmptyString, wxEmptyString,
+                                               "Image cytometry standard (*.ics)|*.ics|TIFF image (*.tif)|*.tif",
+                                               wxFD_SAVE | wxFD_OVERWRITE_PROMPT | wxFD_CHANGE_DIR);
+    if (file && CanSave())
+        processor(*file);
 }
 
 /// Takes over what was chosen, and brings the canvas to the first frame. @return false, after a message, if the
@@ -83,15 +95,14 @@ void ExportSequenceDialog::SaveSequence(ExportData_CanvasProcessor& processor, w
                     "Not implemented yet", wxOK | wxCENTRE, above);
         return;
     }
-    wxDirDialog dialog(above, "Choose folder to save 3D image sequence", wxEmptyString,
-                       wxDD_CHANGE_DIR | wxDD_DIR_MUST_EXIST);
-    if (RunModal(dialog) != wxID_OK || !CanSave())
+    auto folder = AskForPath<wxDirDialog>(above, "Choose folder to save 3D image sequence", wxEmptyString,
+                                          wxDD_CHANGE_DIR | wxDD_DIR_MUST_EXIST);
+    if (!folder || !CanSave())
         return;
-    wxString folder = dialog.GetPath();
-    if (!wxEndsWithPathSeparator(folder))
-        folder += wxFILE_SEP_PATH;
+    if (!wxEndsWithPathSeparator(*folder))
+        *folder += wxFILE_SEP_PATH;
     do {
-        processor(folder + MakeFileName(iterator.nameTemplate, iterator.current));
+        processor(*folder + MakeFileName(iterator.nameTemplate, iterator.current));
         if (!CanSave())
             return;
         canvas->ShowNextImage();
