@@ -37,6 +37,13 @@ inline void ChooseColour(wxDialog& dialog, const wxColour& colour) {
     PressSystemButton(dialog, SystemButton::ok);
 }
 
+/// Gives an open colour dialog a single custom colour, which it returns with OK.
+inline void SetFirstCustomColour(const wxColour& colour) {
+    void* const settings = OfSystem<void*()>("gtk_settings_get_default")();
+    OfSystem<void(void*, const char*, const char*, const char*)>("gtk_settings_set_string_property")(
+        settings, "gtk-color-palette", colour.GetAsString(wxC2S_HTML_SYNTAX).utf8_str(), "test");
+}
+
 /// @param description  as the system writes it: "Sans Bold 14"
 inline void ChooseFont(wxDialog& dialog, const std::string& description) {
     OfSystem<void(void*, const char*)>("gtk_font_chooser_set_font")(dialog.GetHandle(), description.c_str());
