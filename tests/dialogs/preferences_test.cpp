@@ -183,8 +183,10 @@ TEST_F(PreferencesTest, AScaleOfZeroHasInfiniteRatios) {
 }
 
 TEST_F(PreferencesTest, GoingThroughTheFieldsRoundsNothing) {
-    // 1/128 lies between two texts of six decimals, and 100 makes the sixth decimal of a ratio count in the fourth.
-    const kep::Vector3d<float> scales[] = {{0.0123456789F, 0.0078125F, 3.3333333F}, {100, 33.333333F, 0.0078125F}};
+    // Small numbers that six decimals do not hold; a scale by which the sixth decimal of a ratio counts in the fourth
+    // of another scale; and 3/128, in the middle between two texts: divided by 9.7 and multiplied again it is less.
+    const kep::Vector3d<float> scales[] = {
+        {0.0123456789F, 0.0078125F, 3.3333333F}, {100, 33.333333F, 1e-7F}, {9.7F, 0.0234375F, 1}};
     for (const kep::Vector3d<float>& scale : scales) {
         settings.baseScale = scale;
         const int code = Run([](wxDialog& dialog) {
@@ -293,8 +295,11 @@ TEST_F(PreferencesTest, AnAnnotationIsStoredWhenItsFieldIsLeft) {
 }
 
 TEST_F(PreferencesTest, EnterInAnAnnotationStoresItToo) {
-    const int code = Run([](wxDialog& dialog) {
+    const int code = Run([this](wxDialog& dialog) {
         ShowPage(dialog, "Annotation");
+        TypeInto(In<wxTextCtrl>(dialog, 10016), "front");
+        EXPECT_TRUE(dialog.TransferDataFromWindow()); // as on OK, with the focus in the field
+        EXPECT_EQ("front", settings.annotation.textXZ);
         TypeInto(In<wxTextCtrl>(dialog, 10021), "side");
         Press(WXK_RETURN);
         EXPECT_TRUE(WaitUntil([&] { return !dialog.IsModal(); }));
