@@ -1,10 +1,9 @@
 // What the export does after its dialog has ended: asking where to, and going through the frames.
 
 #include "dialogs/dlg_export_sequence.h"
+#include "image/kep.h"
 #include "image/zel_modaldialog.h"
 #include "model/zel_sequencename.h"
-
-#include "core/kepcore/kep_exceptions.h"
 
 #include <wx/dirdlg.h>
 #include <wx/filedlg.h>

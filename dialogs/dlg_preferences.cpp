@@ -57,21 +57,12 @@ PreferencesDialog::PreferencesDialog(wxWindow* parent, zel_CanvasSettings* chang
     FitLayout(this, wxDefaultSize);
 }
 
-void PreferencesDialog::LinkedField::Show(double newNumber) {
-    number = newNumber;
-    written = wxString::Format("%f", number);
-    field->ChangeValue(written);
-}
-
 bool PreferencesDialog::LinkedField::IsUntouched() const {
-    return field->GetValue() == written;
+    return field->GetValue() == agreed;
 }
 
-bool PreferencesDialog::LinkedField::Read(double& read) const {
-    if (!IsUntouched())
-        return field->GetValue().ToDouble(&read);
-    read = number;
-    return true;
+void PreferencesDialog::LinkedField::Agree() {
+    agreed = field->GetValue();
 }
 
 void PreferencesDialog::ConnectScreen() {
@@ -83,9 +74,12 @@ void PreferencesDialog::ConnectScreen() {
         resolution.field = Find<wxTextCtrl>(*this, ids.resolutionFields[at]);
         aspect.field = Find<wxTextCtrl>(*this, ids.aspectFields[at]);
 
-        resolution.Show(static_cast<double>(scale));
+        const double ratio = axis == Axis::X ? 1.0 : static_cast<double>(scale) / GetScaleX();
         resolution.field->SetValidator(RealValidator<float>(scale, wxEmptyString));
-        aspect.Show(axis == Axis::X ? 1.0 : static_cast<double>(scale) / GetScaleX());
+        resolution.field->GetValidator()->TransferToWindow();
+        aspect.field->ChangeValue(wxString::Format("%f", ratio));
+        resolution.Agree();
+        aspect.Agree();
         OnFocusLost(*resolution.field, [this, &resolution, &aspect] {
             Link(resolution, aspect, [this](double n) { return n / GetScaleX(); });
         });
@@ -100,12 +94,15 @@ double PreferencesDialog::GetScaleX() const {
 }
 
 template <typename Rule>
-void PreferencesDialog::Link(const LinkedField& left, LinkedField& other, const Rule& rule) {
+void PreferencesDialog::Link(LinkedField& left, LinkedField& other, const Rule& rule) {
     double number = 0.0;
     if (left.IsUntouched() && other.IsUntouched())
         return; // nothing is rounded by going through the fields
-    if (left.Read(number))
-        other.Show(rule(number));
+    if (!left.field->GetValue().ToDouble(&number))
+        return;
+    other.field->ChangeValue(wxString::Format("%f", rule(number)));
+    left.Agree();
+    other.Agree();
 }
 
 void PreferencesDialog::ConnectPointer() {

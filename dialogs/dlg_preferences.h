@@ -31,16 +31,13 @@ public:
     bool TransferDataFromWindow() override;
 
 private:
-    /// A field with a number that follows from that of another one.
+    /// A field whose number follows from that of another one, and the other way round.
     struct LinkedField {
         wxTextCtrl* field = nullptr;
-        wxString written;    ///< the text that this dialog wrote there
-        double number = 0.0; ///< which that text shows, with all its digits
+        wxString agreed; ///< its text when the two last agreed
 
-        void Show(double newNumber);
-        /// @return false if the text is no number
-        bool Read(double& read) const;
         bool IsUntouched() const;
+        void Agree();
     };
     /// The field of a window's annotation.
     struct AnnotationText {
@@ -54,7 +51,7 @@ private:
     double GetScaleX() const;
     /// Shows in one field what follows from that which the focus has left.
     template <typename Rule>
-    void Link(const LinkedField& left, LinkedField& other, const Rule& rule);
+    void Link(LinkedField& left, LinkedField& other, const Rule& rule);
     void ConnectPointer();
     void ShowPointerColour();
     void ConnectAnnotations();

@@ -205,13 +205,29 @@ TEST_F(PreferencesTest, ATypedScaleSurvivesAVisitToItsRatio) {
     settings.baseScale = {100, 50, 1};
     Run([](wxDialog& dialog) {
         TypeInto(In<wxTextCtrl>(dialog, 10005), "33.333333");
+        TypeInto(In<wxTextCtrl>(dialog, 10006), "0.0123456789");
         Focus(In(dialog, 10008));
         EXPECT_EQ("0.333333", TextIn(dialog, 10008));
+        Focus(In(dialog, 10009));
+        EXPECT_EQ("0.000123", TextIn(dialog, 10009));
         Focus(In(dialog, wxID_OK));
+        Settle();
         EXPECT_EQ("33.333333", TextIn(dialog, 10005));
+        EXPECT_EQ("0.0123456789", TextIn(dialog, 10006));
         Click(In(dialog, wxID_OK));
     });
-    EXPECT_EQ(33.333333F, settings.baseScale.y);
+    EXPECT_EQ((kep::Vector3d<float>(100, 33.333333F, 0.0123456789F)), settings.baseScale);
+}
+
+TEST_F(PreferencesTest, ARatioMendsAScaleThatIsNoNumber) {
+    Run([](wxDialog& dialog) {
+        TypeInto(In<wxTextCtrl>(dialog, 10006), "1-2");
+        Focus(In(dialog, 10009));
+        EXPECT_EQ("1-2", TextIn(dialog, 10006));
+        Focus(In(dialog, wxID_CANCEL));
+        EXPECT_TRUE(WaitUntil([&] { return TextIn(dialog, 10006) == "1.000000"; }));
+        Press(WXK_ESCAPE);
+    });
 }
 
 TEST_F(PreferencesTest, ChoicesAndNumbersAreStoredAtOnce) {
