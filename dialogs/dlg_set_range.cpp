@@ -1,6 +1,7 @@
 #include "dialogs/dlg_set_range.h"
 
 #include "dialogs/controls/zel_boundedvalidator.h"
+#include "dialogs/controls/zel_enddialog.h"
 #include "dialogs/wdr/dlg_set_range_wdr.h"
 #include "dialogs/wdr/zel_layout.h"
 #include "image/zel_assert.h"
@@ -47,15 +48,6 @@ bool CheckOrder(wxWindow* dialog, wxTextCtrl* minField, wxTextCtrl* maxField) {
         return true;
     ShowMessage("Min value must be less than max value.", wxMessageBoxCaptionStr, wxOK | wxCENTRE, dialog);
     return false;
-}
-
-void End(wxDialog* dialog) {
-    if (dialog->IsModal()) {
-        dialog->EndModal(wxID_OK);
-    } else {
-        dialog->SetReturnCode(wxID_OK);
-        dialog->Hide();
-    }
 }
 
 template <typename T>
@@ -117,7 +109,7 @@ SetRangeDlg<T>::SetRangeDlg(wxWindow* parent, T min_limit, T max_limit, T& min, 
 template <typename T>
 void SetRangeDlg<T>::OnOk() {
     if (Validate() && CheckOrder<T>(this, _min_value_ctrl, _max_value_ctrl) && TransferDataFromWindow())
-        End(this);
+        EndWithOk(this);
 }
 
 template <typename T>
@@ -214,7 +206,7 @@ void SetRGBRangeDlg<T>::OnOk() {
         if (!CheckOrder<long>(this, channel.minField, channel.maxField))
             return;
     if (TransferDataFromWindow())
-        End(this);
+        EndWithOk(this);
 }
 
 template class SetRangeDlg<float>;

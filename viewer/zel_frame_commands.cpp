@@ -32,8 +32,4 @@ void zel_Viewer3dFrame::OnVisualizeVolume(wxCommandEvent&) {
         m_canvas->ShowVolVis(GetIcons());
 }
 
-void zel_Viewer3dFrame::OnPreferences(wxCommandEvent&) {
-    SayUnavailable();
-}
-
 } // namespace zel

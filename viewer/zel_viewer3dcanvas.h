@@ -1,5 +1,7 @@
 #pragma once
 
+#include "dialogs/zel_sequencecanvas.h"
+#include "dialogs/zel_styles.h"
 #include "image/kep.h"
 #include "model/zel_export.h"
 #include "model/zel_imageiterator.h"
@@ -7,7 +9,6 @@
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
 #include "viewer/zel_infoframe.h"
-#include "viewer/zel_styles.h"
 #include "volume/vol3D_frame.h"
 
 #include <wx/frame.h>
@@ -32,7 +33,7 @@ namespace zel {
 ///
 /// A change does not paint: it marks what must be computed again and refreshes, and the work is done in the next paint
 /// of each window. Positions and sizes are in microns, scales in pixels per micron. Wrong view input is ignored.
-class ZEL_EXPORT zel_Viewer3dCanvas : public wxPanel {
+class ZEL_EXPORT zel_Viewer3dCanvas : public wxPanel, public zel_SequenceCanvas {
 public:
     zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size);
     ~zel_Viewer3dCanvas() override;
@@ -129,13 +130,13 @@ public:
     const zel_TimeBarStyle& GetTimeBarStyle() const { return m_decorations.timeBar; }
 
     /// A copy of the state of browsing.
-    mor::ImageIterator GetImageIterator() const { return m_iterator; }
+    mor::ImageIterator GetImageIterator() const override { return m_iterator; }
     /// Takes range, step, name template and speed from another state, and goes back by whole steps to the range's
     /// start; paints at once if that moves.
     /// @throws kep::InternalException from the setters, in the order range, step, template, speed
-    void UpdateImageIterator(const mor::ImageIterator& other);
+    void UpdateImageIterator(const mor::ImageIterator& other) override;
     /// One step forward by hand, painted at once. @return whether another frame is shown
-    bool ShowNextImage();
+    bool ShowNextImage() override;
     /// Runs one command of the Sequence menu; any other does nothing.
     /// @param message  gets a text for the status line, "No change." if the command failed
     void OnSequenceMenuHandler(wxCommandEvent& event, wxString& message);
@@ -150,7 +151,7 @@ public:
 
     /// To be called before the mapper is deleted: browsing stops, and nothing is drawn any more.
     void DetachMapper();
-    bool IsMapperDetached() const { return m_mapperDetached; }
+    bool IsMapperDetached() const override { return m_mapperDetached; }
 
     /// Shows the present frame in the volume window, which comes to the front with a new view. It is made at the first
     /// call; without OpenGL there is none, and the log says why.

@@ -46,14 +46,6 @@ wxStaticBoxSizer* MakeRangeBox(wxWindow* dialog, const wxString& label, const Ra
     return sizer;
 }
 
-wxSizer* MakeClosingButtons(wxWindow* dialog) {
-    auto* const row = new wxBoxSizer(wxHORIZONTAL);
-    row->AddStretchSpacer();
-    AddOkButton(*row, dialog);
-    AddButton(*row, dialog, wxID_CANCEL, "Cancel");
-    return row;
-}
-
 void AddBox(wxSizer& column, wxSizer* box) {
     column.Add(box, wxSizerFlags(1).Expand().Border(wxALL, zel_layoutGap));
 }

@@ -1,8 +1,6 @@
 #include "dialogs/dlg_set_range.h"
+#include "tests/dialogs/control_list.h"
 #include "tests/dialogs/random_ranges.h"
-
-#include <wx/statbox.h>
-#include <wx/statline.h>
 
 using namespace zel;
 using namespace zel::test;
@@ -27,29 +25,13 @@ protected:
     DialogAnswers answers;
 };
 
-/// Labels of the window's children and theirs, with their ids, in the order of the screen.
-void ListLabels(const wxWindow& window, std::vector<std::string>& labels) {
-    for (const wxWindow* const child : window.GetChildren()) {
-        if (dynamic_cast<const wxTextCtrl*>(child) != nullptr)
-            labels.push_back(std::to_string(child->GetId()) + " field");
-        else if (dynamic_cast<const wxStaticLine*>(child) != nullptr)
-            labels.push_back(std::to_string(child->GetId()) + " line");
-        else if (dynamic_cast<const wxStaticBox*>(child) != nullptr)
-            labels.push_back("box " + child->GetLabel().utf8_string());
-        else
-            labels.push_back(std::to_string(child->GetId()) + " " + child->GetLabel().utf8_string());
-        ListLabels(*child, labels);
-    }
-}
-
 TEST_F(RangeDialogTest, ControlsOfOneRange) {
     float min = 0.25F;
     float max = 0.5F;
     SetFloatRangeDlg dialog(frame, 0.0F, 1.0F, min, max);
     EXPECT_EQ("Set Range", dialog.GetTitle());
     EXPECT_TRUE(dialog.HasFlag(wxRESIZE_BORDER));
-    std::vector<std::string> labels;
-    ListLabels(dialog, labels);
+    const std::vector<std::string> labels = ListControls(dialog);
     EXPECT_EQ(
         (std::vector<std::string>{"box Range", "10000 Please, set range within the interval:", "10000 [",
                                   "10001 0.000000", "10000 ,", "10002 1.000000", "10000 ]", "10003 line",
@@ -62,8 +44,7 @@ TEST_F(RangeDialogTest, ControlsOfThreeRanges) {
     kep::RGB_generic<unsigned short> max(100, 200, 300);
     SetRGBRangeDlg<unsigned short> dialog(frame, {0, 1, 2}, {1000, 2000, 65535}, min, max);
     EXPECT_EQ("Set Range", dialog.GetTitle());
-    std::vector<std::string> labels;
-    ListLabels(dialog, labels);
+    const std::vector<std::string> labels = ListControls(dialog);
     std::vector<std::string> expected;
     const char* const names[] = {"Red", "Green", "Blue"};
     const char* const limits[][2] = {{"0", "1000"}, {"1", "2000"}, {"2", "65535"}};

@@ -1,9 +1,8 @@
 #include "tests/overlay/labeled_viewer.h"
+#include "tests/support/system_dialogs.h"
 
 #include <wx/colordlg.h>
 #include <wx/uiaction.h>
-
-#include <dlfcn.h>
 
 using namespace zel;
 using namespace zel::test;
@@ -49,19 +48,6 @@ std::unique_ptr<Viewer> OpenViewer() {
     return std::make_unique<Viewer>(
         PlainImage({20, 16, 9}, 2),
         MakeLabels<bool>({20, 16, 9}, 2, [](auto x, auto, auto, auto) { return x < 10 ? 1 : 2; }));
-}
-
-/// Chooses a colour in the open dialog and presses OK, as the user does.
-void ChooseColour(wxDialog& dialog, const wxColour& colour) {
-    using SetColour = void (*)(void* selection, const void* rgba);
-    using GetSelection = void* (*)(void* dialog);
-    using Respond = void (*)(void* dialog, int response);
-    constexpr int ok = -5; // GTK_RESPONSE_OK
-    const double rgba[] = {colour.Red() / 255.0, colour.Green() / 255.0, colour.Blue() / 255.0, 1.0};
-    const auto selection = reinterpret_cast<GetSelection>(
-        dlsym(RTLD_DEFAULT, "gtk_color_selection_dialog_get_color_selection"))(dialog.GetHandle());
-    reinterpret_cast<SetColour>(dlsym(RTLD_DEFAULT, "gtk_color_selection_set_current_rgba"))(selection, rgba);
-    reinterpret_cast<Respond>(dlsym(RTLD_DEFAULT, "gtk_dialog_response"))(dialog.GetHandle(), ok);
 }
 
 } // namespace

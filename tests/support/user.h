@@ -32,6 +32,20 @@ inline void Click(wxWindow& window) {
     Settle();
 }
 
+/// Clicks one choice of a radio box.
+inline void ClickChoice(wxRadioBox& box, int choice) {
+    const wxRect area = box.GetScreenRect();
+    for (int y = area.GetTop(); y < area.GetBottom(); y += 4)
+        for (int x = area.GetLeft(); x < area.GetRight(); x += 4)
+            if (box.GetItemFromPoint({x, y}) == choice) {
+                MovePointer({x + 4, y + 4});
+                wxUIActionSimulator().MouseClick();
+                Settle();
+                return;
+            }
+    ADD_FAILURE() << "the choice " << choice << " is not to be seen";
+}
+
 /// Presses the left button at the first place and moves over all others; lets go at the last.
 inline void Drag(wxWindow& window, const std::vector<wxPoint>& path) {
     MovePointerTo(window, path.front());

@@ -195,7 +195,7 @@ TEST_F(FrameTest, IdsWithoutAMarkAreLeftToTheHost) {
 }
 
 TEST_F(FrameTest, CommandsOfLaterFeaturesSaySo) {
-    for (const int id : {6011, 6012, 6013, 6016, 6008}) {
+    for (const int id : {6011, 6012, 6013}) {
         frame->ClearInfoStatusText();
         Choose(id);
         EXPECT_EQ(Message(), "Not available yet.") << id;
