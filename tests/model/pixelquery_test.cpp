@@ -158,6 +158,13 @@ TEST(LocatePixel, NamesTheVoxelThatResamplingChose) {
                 if (!place)
                     continue; // its position lies beside the box: a border away
                 const int shown = slice.GetVoxel(*at);
+                const bool isMirrored = view.options.reversedX || view.options.reversedY || view.options.reversedZ;
+                if (!isMirrored) {
+                    const auto byPosition = kep::MicronsToVoxel(place->position, geometry.offset, geometry.resolution);
+                    ASSERT_EQ(byPosition,
+                              kep::Vector3d<int>(static_cast<int>(place->voxel.x), static_cast<int>(place->voxel.y),
+                                                 static_cast<int>(place->voxel.z)));
+                }
                 ASSERT_EQ(static_cast<int>(numbers.GetIndex(place->voxel.x, place->voxel.y, place->voxel.z)) + 1,
                           shown);
                 ++checked;

@@ -163,7 +163,7 @@ void MonkeyTest::Resize() {
 
 void MonkeyTest::ChangeTheView() {
     const MicronBox& box = canvas->GetBoundingBox();
-    switch (Any(8)) {
+    switch (Any(9)) {
     case 0:
         canvas->ChangeCut({AnyBetween(-5, 19), AnyBetween(98, 110), AnyBetween(0, 12)});
         break;
@@ -206,6 +206,10 @@ void MonkeyTest::ChangeTheView() {
         }
         break;
     }
+    case 7:
+        if (wxFrame* const info = canvas->InfoFrame_Get())
+            info->Close();
+        break;
     default:
         frame->RefreshIcon();
     }
