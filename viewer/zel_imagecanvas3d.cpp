@@ -81,18 +81,6 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
-// Empty by intention, here and further below: nothing is saved yet, and there is no info window.
-// The frame says so to the user; a host's canvas may override them.
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::SaveActualView(const char*, int, zel_ProjectionType) {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char*, int, int, int, bool, int, int) {}
-
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::OnCutChange(zel_ProjectionType mask) {
     MakeDirtyAndRefresh(mask);
@@ -147,7 +135,7 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
     GetParent()->SetLabel(CreateTitle());
 }
 
-// Empty by intention, as above.
+// Empty by intention: there is no info window and no volume window yet; a host's canvas may override them.
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}
@@ -188,7 +176,7 @@ void zel_ImageViewer3dCanvas<T>::SetSettings(const zel_ImageCanvasSettings& sett
     zel_Viewer3dCanvas::SetSettings(settings);
 }
 
-// Draw and what belongs to it are instantiated in a file of their own.
+// Drawing and saving are instantiated in files of their own.
 #define ZEL_INSTANTIATE(T) template class zel_ImageViewer3dCanvas<T>;
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 
