@@ -14,18 +14,6 @@ void zel_Viewer3dFrame::OnShowInfo(wxCommandEvent&) {
     SayUnavailable();
 }
 
-void zel_Viewer3dFrame::OnSave3dData(wxCommandEvent&) {
-    SayUnavailable();
-}
-
-void zel_Viewer3dFrame::OnSaveView(wxCommandEvent&) {
-    SayUnavailable();
-}
-
-void zel_Viewer3dFrame::OnSaveGalleryView(wxCommandEvent&) {
-    SayUnavailable();
-}
-
 void zel_Viewer3dFrame::OnVisualizeVolume(wxCommandEvent&) {
     if (m_canvas != nullptr)
         m_canvas->ShowVolVis(GetIcons());

@@ -135,7 +135,7 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
     GetParent()->SetLabel(CreateTitle());
 }
 
-// Empty by intention: there is no info window and no volume window yet; a host's canvas may override them.
+// Empty by intention: there is no info window yet; a host's canvas may override them.
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::InfoFrame_UpdatePixelInfo() {}
