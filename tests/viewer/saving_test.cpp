@@ -2,14 +2,8 @@
 
 #include "core/kepcore/kep_exceptions.h"
 #include "tests/support/file_size_limit.h"
-#include "tests/support/gui_test.h"
-#include "tests/support/pictures.h"
-#include "tests/support/scratch_folder.h"
-#include "viewer/zel_imagecanvas3d.h"
+#include "tests/viewer/saving_fixture.h"
 #include "viewer/zel_saveprocessors.h"
-
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <gmock/gmock.h>
 
@@ -26,35 +20,15 @@ using testing::StartsWith;
 
 namespace {
 
-/// A voxel that names its place: 1 + x + 10 y + 100 z + 1000 t.
-unsigned short Named(std::size_t x, std::size_t y, std::size_t z, std::size_t t = 0) {
-    return static_cast<unsigned short>(1 + x + 10 * y + 100 * z + 1000 * t);
-}
-
-constexpr Colour white{255, 255, 255};
-
-class SavingTest : public GuiTest {
+class SavingTest : public SavingFixture {
 protected:
-    using Canvas = zel_ImageViewer3dCanvas<unsigned short>;
-
-    /// Shows an image with one pixel a voxel, in a frame that has room for all of it.
+    /// Shows an image in a frame that has room for all of it.
     void Open(kep::Vector3d<std::size_t> size = {9, 8, 5}, std::size_t frames = 1,
               const kep::Resolution& resolution = {1, 1, 1}, kep::Vector3d<float> offset = {}) {
-        Make(size, frames, resolution, offset);
+        frame = new wxFrame(nullptr, wxID_ANY, "title of the host");
+        MakeCanvas(size, frames, resolution, offset);
         ASSERT_TRUE(ShowAndWait(*frame));
         ASSERT_TRUE(ResizeClient(*frame, {300, 280}));
-    }
-    void Make(kep::Vector3d<std::size_t> size, std::size_t frames, const kep::Resolution& resolution,
-              kep::Vector3d<float> offset) {
-        image = MakeImage<unsigned short>(size, frames, Named, resolution, offset);
-        frame = new wxFrame(nullptr, wxID_ANY, "title of the host");
-        canvas = new Canvas(frame, mapper, image.get(), false, wxID_ANY, wxDefaultPosition, wxDefaultSize);
-        HideDecorations(*canvas);
-    }
-    void TearDown() override {
-        if (frame != nullptr)
-            frame->Destroy();
-        GuiTest::TearDown();
     }
 
     void SaveView(const std::string& name, int spacing, zel_ProjectionType projections) {
@@ -63,35 +37,7 @@ protected:
     void SaveGallery(const std::string& name, const GalleryOptions& o) {
         canvas->SaveGalleryView(name.c_str(), o.first, o.last, o.step, o.byRows, o.count, o.spacing);
     }
-
-    static Sheet Read(const std::string& name) { return Sheet(name.c_str(), nullptr, false, -1, nullptr, nullptr); }
-    static Colour At(const Sheet& sheet, int x, int y) {
-        return sheet.GetVoxel(static_cast<std::size_t>(x), static_cast<std::size_t>(y), 0);
-    }
-    /// The number of the voxel that a pixel shows.
-    static int NumberAt(const Sheet& sheet, int x, int y) {
-        const Colour pixel = At(sheet, x, y);
-        EXPECT_EQ(pixel.blue, 0) << x << " " << y;
-        return pixel.red + 256 * pixel.green;
-    }
-    /// A part of a sheet is what a window has in its backing bitmap.
-    void ExpectWindowAt(const Sheet& sheet, zel_ProjectionType type, int left, int top) {
-        const wxImage picture = canvas->GetDrWin(type)->GetPointerImage();
-        ASSERT_LE(static_cast<std::size_t>(left + picture.GetWidth()), sheet.GetSizeX());
-        ASSERT_LE(static_cast<std::size_t>(top + picture.GetHeight()), sheet.GetSizeY());
-        for (int y = 0; y < picture.GetHeight(); ++y)
-            for (int x = 0; x < picture.GetWidth(); ++x)
-                ASSERT_EQ(At(sheet, left + x, top + y),
-                          Colour(picture.GetRed(x, y), picture.GetGreen(x, y), picture.GetBlue(x, y)))
-                    << x << " " << y;
-    }
     wxSize Inner(zel_ProjectionType type) { return canvas->GetDrWin(type)->GetClientSize(); }
-
-    PlainMapper<unsigned short> mapper;
-    std::unique_ptr<mor::Image4d<unsigned short>> image;
-    wxFrame* frame = nullptr;
-    Canvas* canvas = nullptr;
-    ScratchFolder folder;
 };
 
 } // namespace
@@ -136,12 +82,8 @@ TEST_F(SavingTest, AViewHasTheWindowsAsTheyAre) {
     for (const int spacing : {0, 1, 10}) {
         SaveView(name, spacing, zel_PT_ALL);
         const Sheet sheet = Read(name);
-        // 9 + spacing + 5 by 8 + spacing + 5
-        ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(static_cast<std::size_t>(14 + spacing),
-                                                               static_cast<std::size_t>(13 + spacing), 1)));
-        ExpectWindowAt(sheet, zel_PT_XY, 0, 0);
-        ExpectWindowAt(sheet, zel_PT_YZ, 9 + spacing, 0);
-        ExpectWindowAt(sheet, zel_PT_XZ, 0, 8 + spacing);
+        ExpectSize(sheet, 9 + spacing + 5, 8 + spacing + 5);
+        ExpectView(sheet, zel_PT_ALL, spacing);
         EXPECT_EQ(At(sheet, 9 + spacing, 8 + spacing), white);
         if (spacing > 0) {
             EXPECT_EQ(At(sheet, 9, 0), white);
@@ -168,19 +110,7 @@ TEST_F(SavingTest, EachSetOfWindowsAndEachChoiceOfThem) {
                 continue;
             }
             SaveView(name, 3, chosen);
-            const Sheet sheet = Read(name);
-            const bool xy = (in & zel_PT_XY) != 0, xz = (in & zel_PT_XZ) != 0, yz = (in & zel_PT_YZ) != 0;
-            const int width = (xy || xz ? 9 : 0) + (yz ? 5 : 0) + (yz && (xy || xz) ? 3 : 0);
-            const int height = (xy || yz ? 8 : 0) + (xz ? 5 : 0) + (xz && (xy || yz) ? 3 : 0);
-            ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(static_cast<std::size_t>(width),
-                                                                   static_cast<std::size_t>(height), 1)))
-                << shown << " " << chosen;
-            if (xy)
-                ExpectWindowAt(sheet, zel_PT_XY, 0, 0);
-            if (yz)
-                ExpectWindowAt(sheet, zel_PT_YZ, xy || xz ? 12 : 0, 0);
-            if (xz)
-                ExpectWindowAt(sheet, zel_PT_XZ, 0, xy || yz ? 11 : 0);
+            ExpectView(Read(name), in, 3);
         }
     }
 }
@@ -216,7 +146,8 @@ TEST_F(SavingTest, ChangesThatAreNotPaintedYetAreInTheView) {
 }
 
 TEST_F(SavingTest, AFrameThatWasNeverShownSavesItsPictures) {
-    Make({9, 8, 5}, 2, {1, 1, 1}, {});
+    frame = new wxFrame(nullptr, wxID_ANY, "hidden");
+    MakeCanvas({9, 8, 5}, 2);
     frame->SetClientSize(300, 280);
     canvas->SetSize(300, 280);
     canvas->ShowNextImage();
@@ -251,7 +182,7 @@ TEST_F(SavingTest, AGalleryIsTheSlicesOneByOne) {
     const std::string name = folder / "gallery.tif";
     SaveGallery(name, {0, 6, 1, false, 3, 2});
     const Sheet sheet = Read(name);
-    ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(31, 28, 1))); // 3 * 11 - 2 by 3 * 10 - 2
+    ExpectSize(sheet, 31, 28); // 3 * 11 - 2 by 3 * 10 - 2
     for (int slice = 0; slice < 7; ++slice) {
         const int left = slice % 3 * 11, top = slice / 3 * 10;
         // Slice 0 lies on the face of the box: the present one is taken, 7 / 2 = 3.
@@ -271,7 +202,7 @@ TEST_F(SavingTest, SlicesStandInVoxelsWhateverTheirDistance) {
     SaveGallery(folder / "gallery.tif", {2, 6, 2, true, 1, 0});
     const Sheet sheet = Read(folder / "gallery.tif");
     // (6 - 2 + 1) / 2 = 2 pictures; slice 6 has no room.
-    ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(18, 8, 1)));
+    ExpectSize(sheet, 18, 8);
     EXPECT_EQ(NumberAt(sheet, 0, 0), Named(0, 0, 2));
     EXPECT_EQ(NumberAt(sheet, 9, 0), Named(0, 0, 4));
 }
@@ -292,7 +223,7 @@ TEST_F(SavingTest, ZoomedPicturesSlipInAGallery) {
     canvas->ZoomIn();
     SaveGallery(folder / "gallery.tif", {1, 1, 1, true, 1, 0});
     const Sheet sheet = Read(folder / "gallery.tif");
-    ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(9, 8, 1)));
+    ExpectSize(sheet, 9, 8);
     // The picture is 18 pixels wide: its first row fills two rows of the sheet.
     ASSERT_EQ(Inner(zel_PT_XY), wxSize(18, 16));
     EXPECT_EQ(NumberAt(sheet, 8, 0), Named(4, 0, 1));
@@ -331,7 +262,7 @@ TEST_F(SavingTest, AOneSliceImageHasItsGallery) {
     Open({9, 8, 1});
     SaveGallery(folder / "gallery.tif", {0, 0, 0, true, 0, 10});
     const Sheet sheet = Read(folder / "gallery.tif");
-    ASSERT_EQ(sheet.GetSize(), (kep::Vector3d<std::size_t>(9, 8, 1)));
+    ExpectSize(sheet, 9, 8);
     EXPECT_EQ(NumberAt(sheet, 8, 7), Named(8, 7, 0));
 }
 
