@@ -71,9 +71,7 @@ void zel_Viewer3dFrame::OnSaveGalleryView(wxCommandEvent&) {
     ExportSequenceDialog exporter(&dialog, m_canvas);
     if (RunModal(dialog) != wxID_OK || !self)
         return;
-    const GalleryParams params = dialog.GetParams();
-    Export(exporter, ExportSaveGalleryView_CanvasProcessor(m_canvas, {params.first, params.last, params.step,
-                                                                      params.byRows, params.count, params.spacing}));
+    Export(exporter, ExportSaveGalleryView_CanvasProcessor(m_canvas, dialog.GetParams()));
 }
 
 } // namespace zel

@@ -434,7 +434,7 @@ TEST_F(SavingPictures, AFolderThatVanishesBetweenTwoFilesEndsTheRun) {
 
 TEST_F(SavingPictures, AKilledRunLeavesWholeFilesAndTheNextOneCleansUp) {
     const std::vector<std::string> arguments{"--save-gallery", folder / "gX.tif", "--frames", "0:3"};
-    for (const int delay : {0, 20, 60}) { // ms after the first file has been begun
+    for (const int delay : {0, 20, 60}) {                      // ms after the first file has been begun
         const std::vector<std::string> before = folder.List(); // what the last one has left
         const pid_t child = Start(arguments, Display::None);
         while (folder.List() == before)

@@ -1,10 +1,12 @@
 #include "core/kepcore/kep_exceptions.h"
 #include "model/zel_composition.h"
+#include "tests/support/failing_memory.h"
 
 #include <gtest/gtest.h>
 
 #include <cmath>
 #include <limits>
+#include <new>
 #include <random>
 #include <string>
 #include <vector>
@@ -157,6 +159,23 @@ TEST(ViewSheet, ShownAndAskedForGoIn) {
     EXPECT_EQ(WindowsToSave(zel_PT_YZ, In(true, true, false)).values, In(false, false, false).values);
     for (const int mask : {0, 3, 5, 6, 8, -1})
         EXPECT_EQ(WindowsToSave(static_cast<zel_ProjectionType>(mask), all).values, In(false, false, false).values);
+}
+
+TEST(ViewSheet, WithoutMemoryThereIsNoSheet) {
+    const Windows windows({20, 15}, {20, 7}, {7, 15});
+    std::size_t number = 0;
+    for (bool failed = true; failed; ++number) {
+        bool thrown = false;
+        const FailingMemory fault(number);
+        try {
+            ComposeView(windows.Sources(), In(true, true, true), 4);
+        } catch (const std::bad_alloc&) {
+            thrown = true;
+        }
+        failed = fault.HasFailed();
+        ASSERT_EQ(thrown, failed) << number;
+    }
+    EXPECT_GT(number, 1U);
 }
 
 TEST(ViewSheet, ASideBeyondIntIsRefused) {

@@ -125,6 +125,20 @@ TEST_F(SavingTest, MasksOfTwoWindowsAreNotKnown) {
     EXPECT_THAT(folder.List(), IsEmpty());
 }
 
+TEST_F(SavingTest, AHiddenWindowCountsWithItsLastPicture) {
+    Open();
+    canvas->ShowDrWin(zel_PT_XZ, false);
+    canvas->ZoomIn();
+    Settle();
+    SaveView(folder / "view.tif", 1, zel_PT_ALL);
+    // XY and YZ have twice their size now. The last picture of XZ has 5 rows, and so many columns of YZ are left.
+    const Sheet sheet = Read(folder / "view.tif");
+    ExpectSize(sheet, 18 + 1 + 5, 16);
+    ExpectWindowAt(sheet, zel_PT_XY, 0, 0);
+    EXPECT_EQ(NumberAt(sheet, 19, 15), Named(4, 7, 0));
+    EXPECT_EQ(NumberAt(sheet, 23, 15), Named(4, 7, 2));
+}
+
 TEST_F(SavingTest, TheViewerMayCloseUnderTheMessage) {
     Open();
     canvas->ShowDrWin(zel_PT_YZ, false);
