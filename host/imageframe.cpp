@@ -2,21 +2,16 @@
 
 #include "factory/zel_labeledviewerfactory.h"
 #include "factory/zel_viewerfactory.h"
+#include "host/firstmapping.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
-#include "model/zel_histogramcount.h"
 #include "overlay/zel_basicoverlayingmodule.h"
 #include "overlay/zel_labeledimagecanvas3d.h"
 #include "viewer/zel_imagecanvas3d.h"
 
-#include <algorithm>
-#include <complex>
-#include <cstdint>
-#include <string>
-#include <type_traits>
 #include <vector>
 
 namespace zelviewer {
@@ -51,19 +46,6 @@ FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labe
     throw;
 }
 
-/// The values that occur, one bin for each whole number between the ends. Between ends that lie further apart than any
-/// picture can tell, neighbouring numbers share a bin.
-zel::HistogramSet<int> CountInts(const mor::Image4d<int>& image) {
-    constexpr std::int64_t mostBins = std::int64_t{1} << 20;
-    const int low = image.GetCachedMinValue(), high = image.GetCachedMaxValue();
-    const std::int64_t values = std::int64_t{high} - low + 1;
-    zel::HistogramSet<int> histograms;
-    histograms.Get().Init(low, high, static_cast<std::size_t>(std::min(values, mostBins)));
-    for (std::size_t t = 0; t < image.GetNumFrames(); ++t)
-        zel::CountFrame(*image[t], histograms.Get());
-    return histograms;
-}
-
 /// The canvas of int voxels, with the menu of the labels if there are any. It owns the image on return, and the frame
 /// the labels.
 zel::zel_Viewer3dCanvas* MakeIntCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<int>& mapper,
@@ -95,37 +77,6 @@ FramePtr BuildFrame(std::unique_ptr<mor::Image4d<int>> image, std::unique_ptr<La
     return frame;
 }
 
-/// How messages name the images of a type.
-template <typename T>
-std::string ImagesOf() {
-    constexpr bool isInt = std::is_same_v<T, int>;
-    constexpr bool isFloat = std::is_same_v<T, float>;
-    return "Images of type " + NameOf(isInt ? DisplayType::Int : isFloat ? DisplayType::Float : DisplayType::Complex);
-}
-
-wxString TextOf(int value) {
-    return wxString() << value;
-}
-wxString TextOf(float value) {
-    return wxString::Format("%g", static_cast<double>(value));
-}
-wxString TextOf(const std::complex<float>& value) {
-    return TextOf(value.real()) + " + " + TextOf(value.imag()) + "i";
-}
-
-/// The grays of int, float and complex images are spread between their extremes, which must not be one.
-template <typename T>
-void RefuseConstant(const mor::Image4d<T>& image) {
-    if constexpr (!std::is_unsigned_v<T> && zel::HistogramSet<T>::channelCount != 3) {
-        const auto& extremes = image.GetExtremes();
-        if (extremes.min != extremes.max)
-            return;
-        throw kep::InternalException("All voxels have the value " + TextOf(extremes.min).utf8_string() + ". " +
-                                     ImagesOf<T>() +
-                                     " are shown between their smallest and their largest value, which must differ.");
-    }
-}
-
 /// The module of a frame; null if there is none of this type.
 template <typename Module>
 Module* FindModule(zel_Viewer3dFrame& frame) {
@@ -147,8 +98,7 @@ void ShowPart(zel_Viewer3dFrame& frame, zel::ComplexMode part) {
     const auto* const module = FindModule<zel::zel_ComplexMappingModule<float>>(frame);
     if (module == nullptr)
         return;
-    if (!module->IsPartEnabled(part))
-        throw kep::InternalException("The part that --part names has the same value everywhere.");
+    CheckPart(module->IsPartEnabled(part));
     frame.ProcessCommand(module->GetMenuId(zel::zel_firstPartEntry + part));
 }
 
@@ -175,8 +125,7 @@ void PrepareFrame(zel_Viewer3dFrame& frame, bool inVoxels) {
     if (!inVoxels) {
         const OpeningScale opening = ChooseScale(canvas->GetResolution());
         if (!opening.proportional)
-            PrintMessage(canvas->CreateTitle().utf8_string() +
-                         ": The sides of a voxel differ more than a hundredfold; shown with one pixel a voxel.");
+            PrintMessage(canvas->CreateTitle().utf8_string() + ": " + notProportional);
         zel::zel_CanvasSettings settings;
         canvas->GetSettings(settings);
         settings.baseScale = opening.scale;

@@ -89,7 +89,7 @@ void ExportFrame(std::size_t frame, const MeshExport& order, const InputFiles& i
         }
         const std::string target = MeshFileName(order.prefix, label, frame, order.labels.size());
         // Seen again now, for folders that cannot be listed beforehand, and for files that were put there since.
-        if (const std::string refusal = inputs.RefusalOf(target, meshEnding); !refusal.empty())
+        if (const std::string refusal = inputs.RefusalOf(target, {std::string(meshEnding)}); !refusal.empty())
             throw Failure(refusal);
         try {
             zel::SaveMesh(target, surface, labels);

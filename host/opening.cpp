@@ -70,7 +70,7 @@ OpeningPlan PlanOpening(const Options& options) {
 template <typename T>
 std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan) {
     const wxArrayString names = ToArray(options.files);
-    ReadingProgress progress(options.files.size(), plan.bytes, !options.screenshot);
+    ReadingProgress progress(options.files.size(), plan.bytes, !options.LeavesByItself());
     auto image = std::make_unique<mor::Image4d<T>>();
     ReadOneByOne(options.files, progress, [&](std::size_t t) {
         if (t == 0)
@@ -88,7 +88,7 @@ template <typename T>
 std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image) {
     const wxArrayString names = ToArray(options.labels);
     const std::uint64_t bytes = std::uint64_t{image.GetFrameSize()} * options.labels.size() * sizeof(unsigned short);
-    ReadingProgress progress(options.labels.size(), bytes, !options.screenshot);
+    ReadingProgress progress(options.labels.size(), bytes, !options.LeavesByItself());
     auto labels = std::make_unique<Labels>(options.components);
     ReadOneByOne(options.labels, progress, [&](std::size_t t) {
         if (t == 0)

@@ -22,6 +22,8 @@ const char* const footer = "Examples:\n"
                            "  zelviewer --info --json *.tif              prints what the files contain\n"
                            "  zelviewer --export-meshes cell --labels labels.tif\n"
                            "                                             writes cell1.ply, cell2.ply, ...\n"
+                           "  zelviewer --save-gallery figure.png --slices 0:20:4 --rows 1 stack.tif\n"
+                           "                                             writes a row of six slices\n"
                            "\n"
                            "Exit status: 0 on success, 1 on failure, 2 for a wrong command line.";
 
@@ -100,6 +102,20 @@ std::string FindConflict(const Options& options) {
         if (options.info || options.screenshot)
             return std::string("--export-meshes and ") + (options.info ? "--info" : "--screenshot") +
                    " exclude each other.";
+    }
+    if (options.save.IsAskedFor()) {
+        const char* const other = options.info           ? "--info"
+                                  : options.screenshot   ? "--screenshot"
+                                  : options.exportMeshes ? "--export-meshes"
+                                  : options.view         ? "--view"
+                                  : options.volume       ? "--volume"
+                                                         : nullptr;
+        if (other != nullptr)
+            return std::string(options.save.view ? "--save-view" : "--save-gallery") + " and " + other +
+                   " exclude each other.";
+        if (!options.files.empty())
+            if (std::string missing = options.save.FindMissingFrame(options.files.size()); !missing.empty())
+                return missing;
     }
     if (options.stretch && (options.info || options.exportMeshes))
         return std::string("--stretch and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
@@ -183,6 +199,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
                        "Write the picture of the window to a PNG file and exit;\nthat of the volume window to "
                        "FILE-volume.png")
             ->type_name("FILE.png");
+    SaveOptionsParser save;
+    save.AddTo(app);
     app.add_flag("--info", options.info, "Print what the files contain, without reading voxels, and exit");
     app.add_flag("--json", options.json, "With --info: as JSON");
     app.add_flag("--verbose", options.verbose, "Print on standard error what is being read");
@@ -237,6 +255,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
             return refuse("--screenshot needs a file name.");
         options.screenshot = screenshot;
     }
+    if (std::string wrong = save.Read(options.save); !wrong.empty())
+        return refuse(std::move(wrong));
     if (std::string conflict = FindConflict(options); !conflict.empty())
         return refuse(std::move(conflict));
     return line;

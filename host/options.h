@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/displaytype.h"
+#include "host/saveoptions.h"
 #include "image/kep.h"
 #include "model/zel_complexparts.h"
 
@@ -29,9 +30,13 @@ struct Options {
     bool volume = false;                            ///< the volume window opens as well
     std::optional<std::string> view;                ///< file with the view that the volume window opens with
     std::optional<std::string> screenshot;          ///< write the picture here and leave
+    SaveOptions save;                               ///< write pictures without a window and leave
     bool info = false;                              ///< print what the files are and leave
     bool json = false;                              ///< the same as JSON
     bool verbose = false;                           ///< the library's messages go to standard error
+
+    /// Nobody is there to answer a dialog: the program leaves when its pictures are written.
+    bool LeavesByItself() const { return screenshot || save.IsAskedFor(); }
 };
 
 /// What to do after reading the command line.

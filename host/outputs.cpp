@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <string_view>
 
 namespace zelviewer {
 
@@ -25,6 +26,17 @@ bool HasEnding(std::string_view name, std::string_view ending) {
     };
     return name.size() >= ending.size() &&
            std::equal(name.end() - static_cast<std::ptrdiff_t>(ending.size()), name.end(), ending.begin(), same);
+}
+
+/// "a, b or c".
+std::string Joined(const std::vector<std::string>& words) {
+    std::string joined;
+    for (const std::string& word : words) {
+        if (!joined.empty())
+            joined += &word == &words.back() ? " or " : ", ";
+        joined += word;
+    }
+    return joined;
 }
 
 } // namespace
@@ -48,7 +60,7 @@ void InputFiles::Add(const std::string& name) {
         m_missing.insert(name);
 }
 
-std::string InputFiles::RefusalOf(const std::string& output, std::string_view ending) const {
+std::string InputFiles::RefusalOf(const std::string& output, const std::vector<std::string>& endings) const {
     const auto replaces = [&output](const std::string& input) {
         return output + ": It would replace the input '" + input + "'.";
     };
@@ -57,8 +69,9 @@ std::string InputFiles::RefusalOf(const std::string& output, std::string_view en
             return replaces(input->second);
     if (m_missing.contains(output))
         return replaces(output);
-    if (!HasEnding(output, ending))
-        return output + ": The name must end in " + std::string(ending) + ".";
+    const auto fits = [&output](const std::string& ending) { return HasEnding(output, ending); };
+    if (!std::any_of(endings.begin(), endings.end(), fits))
+        return output + ": The name must end in " + Joined(endings) + ".";
     return {};
 }
 

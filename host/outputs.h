@@ -3,7 +3,6 @@
 #include <map>
 #include <set>
 #include <string>
-#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -20,8 +19,8 @@ public:
     /// Why nothing may be written under a name that the user gave, as "NAME: reason"; empty if it may be. Refused are
     /// inputs: the same files, by device and inode, through whatever links, and not only the same names. So are names
     /// without their ending, which mostly are those of images, with the output's own name forgotten.
-    /// @param ending  that the name must have, with its dot, in small letters; the name may have capitals
-    std::string RefusalOf(const std::string& output, std::string_view ending) const;
+    /// @param endings  of which the name must have one, with their dots, in small letters; the name may have capitals
+    std::string RefusalOf(const std::string& output, const std::vector<std::string>& endings) const;
 
 private:
     void Add(const std::string& name);

@@ -20,4 +20,8 @@ struct OpeningScale {
 /// its voxel size is nearly always a mistake of units.
 OpeningScale ChooseScale(const kep::Resolution& resolution);
 
+/// What the user is told of an image that does not open in true proportions.
+inline constexpr char notProportional[] =
+    "The sides of a voxel differ more than a hundredfold; shown with one pixel a voxel.";
+
 } // namespace zelviewer

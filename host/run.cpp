@@ -4,6 +4,7 @@
 #include "host/meshexport.h"
 #include "host/message.h"
 #include "host/outputs.h"
+#include "host/picturesave.h"
 #include "host/screenshot.h"
 #include "host/viewerapp.h"
 
@@ -31,10 +32,31 @@ bool StartToolkit(ViewerApp* app, char* programName, bool quiet) {
     return wxEntryStart(count, arguments);
 }
 
+/// The toolkit without windows, for as long as one lives: it opens no display.
+class ToolkitWithoutWindows {
+public:
+    ToolkitWithoutWindows(char* programName, bool isVerbose) {
+        wxApp::SetInstance(new wxAppConsole);
+        int count = 1;
+        char* arguments[] = {programName, nullptr};
+        if (!wxEntryStart(count, arguments))
+            throw Failure("The toolkit cannot be started.");
+        wxLog::SetActiveTarget(new HostLog(isVerbose, true));
+    }
+    ~ToolkitWithoutWindows() { wxEntryCleanup(); }
+    ToolkitWithoutWindows(const ToolkitWithoutWindows&) = delete;
+    ToolkitWithoutWindows& operator=(const ToolkitWithoutWindows&) = delete;
+};
+
+void SaveWithoutWindow(const Options& options, char* programName) {
+    const ToolkitWithoutWindows toolkit(programName, options.verbose);
+    SavePictures(options);
+}
+
 } // namespace
 
 std::string RefusalOfOutputs(const Options& options) {
-    if (!options.screenshot && !options.exportMeshes)
+    if (!options.screenshot && !options.exportMeshes && !options.save.IsAskedFor())
         return {};
     std::vector<std::string> names = options.files;
     names.insert(names.end(), options.labels.begin(), options.labels.end());
@@ -42,13 +64,21 @@ std::string RefusalOfOutputs(const Options& options) {
         names.push_back(*options.view);
     const InputFiles inputs(names);
     if (options.screenshot) {
-        std::string refusal = inputs.RefusalOf(*options.screenshot, ".png");
+        std::string refusal = inputs.RefusalOf(*options.screenshot, {".png"});
         if (refusal.empty() && options.volume)
-            refusal = inputs.RefusalOf(VolumePictureName(*options.screenshot), ".png");
+            refusal = inputs.RefusalOf(VolumePictureName(*options.screenshot), {".png"});
         return refusal;
     }
+    if (options.save.IsAskedFor()) {
+        const Range frames = options.save.GetFrames();
+        for (std::size_t i = 0; i < frames.GetCount(); ++i)
+            if (std::string refusal = inputs.RefusalOf(options.save.GetFileName(frames.GetNumber(i)), SavedEndings());
+                !refusal.empty())
+                return refusal;
+        return {};
+    }
     for (const std::string& mesh : FindMeshFiles(*options.exportMeshes))
-        if (std::string refusal = inputs.RefusalOf(mesh, ".ply"); !refusal.empty())
+        if (std::string refusal = inputs.RefusalOf(mesh, {".ply"}); !refusal.empty())
             return refusal;
     return {};
 }
@@ -62,9 +92,13 @@ int RunViewer(const Options& options, char* programName) {
         ExportMeshes({options.labels, options.components, options.resolution, *options.exportMeshes});
         return 0;
     }
+    if (options.save.IsAskedFor()) {
+        SaveWithoutWindow(options, programName);
+        return 0;
+    }
     if (!StartToolkit(new ViewerApp(options), programName, !options.verbose)) {
-        PrintMessage(
-            "There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, or --info.");
+        PrintMessage("There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, "
+                     "--save-view, --save-gallery or --info.");
         return 1;
     }
     wxLog::SetActiveTarget(new HostLog(options.verbose, options.screenshot.has_value()));

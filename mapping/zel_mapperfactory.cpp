@@ -4,6 +4,7 @@
 #include "mapping/zel_rgbmapping.h"
 #include "model/zel_histogramcount.h"
 
+#include <wx/app.h>
 #include <wx/busyinfo.h>
 #include <wx/log.h>
 
@@ -11,6 +12,7 @@
 #include <array>
 #include <cmath>
 #include <limits>
+#include <memory>
 #include <string>
 #include <type_traits>
 #include <utility>
@@ -191,6 +193,12 @@ HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<flo
     return histograms;
 }
 
+/// That histograms are being counted; nothing in a program that has no windows, and perhaps no display.
+std::unique_ptr<wxBusyInfo> ShowNotice() {
+    const bool hasWindows = wxTheApp != nullptr && wxTheApp->IsGUI();
+    return hasWindows ? std::make_unique<wxBusyInfo>("Creating histogram...") : nullptr;
+}
+
 template <typename T>
 zel_MappingModule<T>* MakeModule(wxFrame* frame, const mor::Image4d<T>& image) {
     return new zel_GrayMappingModule<T>(frame, CountImage(image));
@@ -213,7 +221,7 @@ zel_MappingModule<std::complex<float>>* MakeModule(wxFrame* frame, const mor::Im
 
 template <typename T>
 zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image) {
-    const wxBusyInfo notice("Creating histogram...");
+    const auto notice = ShowNotice();
     CheckNotEmpty(image.GetNumFrames() == 0 || image.GetFrameSize() == 0);
     return MakeModule(frame, image);
 }

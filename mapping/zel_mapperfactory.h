@@ -9,8 +9,9 @@
 
 namespace zel {
 
-/// Counts the histograms of a whole sequence, under a notice on the screen, and makes the mapping module for it. Exists
-/// for the types of KEP_DISPLAY_TYPES: gray images get a zel_GrayMappingModule, colour images a zel_RGBMappingModule,
+/// Counts the histograms of a whole sequence, under a notice on the screen, and makes the mapping module for it. A
+/// program without windows, whose application is a wxAppConsole, gets no notice and may pass no frame. Exists for the
+/// types of KEP_DISPLAY_TYPES: gray images get a zel_GrayMappingModule, colour images a zel_RGBMappingModule,
 /// complex ones a zel_ComplexMappingModule in which the parts that are constant over the image can't be shown; a
 /// message in the log names each of those.
 ///

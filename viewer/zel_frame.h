@@ -75,7 +75,6 @@ protected:
 private:
     void Reset();
     /// For a command whose feature is not there yet.
-    void SayUnavailable();
     void OnSequenceMenuCmd(wxCommandEvent& event);
     void OnAdjustFrameSize(wxCommandEvent& event);
     void OnZoomIn(wxCommandEvent& event);

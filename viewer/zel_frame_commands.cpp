@@ -5,26 +5,9 @@
 
 namespace zel {
 
-void zel_Viewer3dFrame::SayUnavailable() {
-    if (m_canvas != nullptr)
-        SetInfoStatusText("Not available yet.", 5);
-}
-
 void zel_Viewer3dFrame::OnShowInfo(wxCommandEvent&) {
     if (m_canvas != nullptr)
         m_canvas->InfoFrame_Show(!m_canvas->InfoFrame_IsShown());
-}
-
-void zel_Viewer3dFrame::OnSave3dData(wxCommandEvent&) {
-    SayUnavailable();
-}
-
-void zel_Viewer3dFrame::OnSaveView(wxCommandEvent&) {
-    SayUnavailable();
-}
-
-void zel_Viewer3dFrame::OnSaveGalleryView(wxCommandEvent&) {
-    SayUnavailable();
 }
 
 void zel_Viewer3dFrame::OnVisualizeVolume(wxCommandEvent&) {

@@ -81,18 +81,6 @@ kep::Resolution zel_ImageViewer3dCanvas<T>::GetResolution() {
     return m_image != nullptr ? m_image->GetResolution() : kep::Resolution();
 }
 
-// Empty by intention, here and further below: nothing is saved yet. The frame says so to the user; a host's canvas may
-// override them.
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&) {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::SaveActualView(const char*, int, zel_ProjectionType) {}
-
-template <typename T>
-void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char*, int, int, int, bool, int, int) {}
-
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::OnCutChange(zel_ProjectionType mask) {
     MakeDirtyAndRefresh(mask);
@@ -177,7 +165,7 @@ void zel_ImageViewer3dCanvas<T>::SetSettings(const zel_ImageCanvasSettings& sett
     zel_Viewer3dCanvas::SetSettings(settings);
 }
 
-// Draw and what belongs to it, and the pixel queries, are instantiated in files of their own.
+// Drawing, saving, the pixel queries and the volume window are instantiated in files of their own.
 #define ZEL_INSTANTIATE(T) template class zel_ImageViewer3dCanvas<T>;
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 

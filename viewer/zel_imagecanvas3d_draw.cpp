@@ -1,3 +1,4 @@
+#include "model/zel_slice.h"
 #include "viewer/draw/zel_autofocus.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_imagecanvas3d.h"
@@ -55,16 +56,8 @@ void zel_ImageViewer3dCanvas<T>::Resample(const Plane& plane) {
     picture.colourDirty = true;
 
     const Size client = GetDrWin(plane.type)->GetClientSize();
-    const Size rows = RowsOfPicture(plane, client);
-    kep::Image3d<T>& slice = picture.slice;
-    if (picture.buffer.width != rows.x || picture.buffer.height != rows.y) {
-        const kep::Vector3d<std::size_t> voxels = VoxelsOfSlice(plane, client);
-        slice.MakeRoom(voxels.x, voxels.y, voxels.z);
-        picture.buffer.Resize(rows.x, rows.y);
-    }
-    slice.SetOffset(m_view.GetSliceOffset(plane));
-    slice.SetResolution(kep::Resolution(m_view.scale));
-    kep::CopyToImage(autofocus ? GetAutofocusImage(plane.type, frame) : *m_image->GetImage(frame), slice);
+    CutSlice(m_view, plane, client, autofocus ? GetAutofocusImage(plane.type, frame) : *m_image->GetImage(frame),
+             picture.slice, picture.buffer);
     OnResampled(plane);
 }
 

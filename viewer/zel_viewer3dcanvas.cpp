@@ -175,8 +175,16 @@ void zel_Viewer3dCanvas::ShowWindows() {
 
 void zel_Viewer3dCanvas::RepaintNow() {
     Update();
-    if (IsShownOnScreen())
-        return;
+    if (!IsShownOnScreen())
+        RenderWindows();
+}
+
+void zel_Viewer3dCanvas::RenderNow() {
+    Update();
+    RenderWindows();
+}
+
+void zel_Viewer3dCanvas::RenderWindows() {
     for (zel_DrWin3d* window : m_windows)
         if (window->IsShown())
             window->Render();

@@ -47,8 +47,23 @@ public:
     virtual int GetTime() = 0;
     virtual int GetImageCount() = 0;
     virtual kep::Resolution GetResolution() = 0;
+    // What the commands that save do for each file. The name's suffix decides on the format. A file that cannot be
+    // written is told as an error in the log, and one that was there stays as it was; a picture that is too large is
+    // thrown, as kep::LibException or std::bad_alloc.
+
+    /// Saves the voxels of the frame that is shown, whatever the view makes of them.
     virtual void Save3dData(const wxString& fileName) = 0;
+    /// Saves the windows that are shown and asked for as the user sees them. Where there is none, a message box says
+    /// so. Sizes are those of the windows' pictures: of one that is hidden, that of its last picture.
+    /// @param fileName     in the file system's encoding, here and below
+    /// @param spacing      pixels between two windows
+    /// @param projections  zel_PT_XY, zel_PT_XZ, zel_PT_YZ or zel_PT_ALL
     virtual void SaveActualView(const char* fileName, int spacing, zel_ProjectionType projections) = 0;
+    /// Saves a sheet of what the XY window shows of slices `first` to `last`, with as many pixels for each as a slice
+    /// has voxels: true pictures need one pixel a voxel, and the whole image visible. Slice 0 lies on the box's face,
+    /// where the cut cannot be: its picture is the one before. Does nothing for a first slice above the last.
+    /// @param step    below 1 counts as 1
+    /// @param byRows  `count` is the number of rows, else of columns; below 1 counts as 1
     virtual void SaveGalleryView(const char* fileName, int first, int last, int step, bool byRows, int count,
                                  int spacing) = 0;
     /// Size of the canvas at which the whole image is seen at the present zoom, for the windows that are shown.
@@ -188,6 +203,9 @@ protected:
     /// Paints at once what a Refresh has left open. A hidden canvas renders its shown windows into their backing
     /// bitmaps, so that saving finds the present picture there too.
     void RepaintNow();
+    /// Repaints, and sees to it that the backing bitmaps of all windows that are shown have their present pictures:
+    /// also where no paint comes, as in a frame that is iconized.
+    void RenderNow();
 
     bool IsVolVisShown() const;
     /// Shows a message box once the present event is handled; while one is open, further ones are dropped.
@@ -210,6 +228,7 @@ private:
     void OnPaint(wxPaintEvent& event);
     void OnWindowPaint(wxPaintEvent& event);
     void RefreshUnpainted();
+    void RenderWindows();
     void ShowWindows();
     std::optional<wxString> RunSequenceCommand(int id);
     std::optional<wxString> AskForRange();

@@ -113,9 +113,12 @@ TEST(Options, AViewIsForTheVolumeWindow) {
 TEST(Options, HelpNamesEveryOption) {
     const CommandLine line = ParseCommandLine({"--help"});
     EXPECT_EQ(line.command, Command::Help);
-    for (const char* option : {"--type", "--binary", "--resolution", "--labels", "--components", "--voxels",
-                               "--stretch", "--part", "--export-meshes", "--volume", "--view", "--screenshot", "--info",
-                               "--json", "--verbose", "--help", "--version", "FILE"})
+    for (const char* option : {"--type",       "--binary",  "--resolution",   "--labels",        "--components",
+                               "--voxels",     "--stretch", "--part",         "--export-meshes", "--save-view",
+                               "--windows",    "--border",  "--save-gallery", "--slices",        "--rows",
+                               "--columns",    "--spacing", "--frames",       "--volume",        "--view",
+                               "--screenshot", "--info",    "--json",         "--verbose",       "--help",
+                               "--version",    "FILE"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }

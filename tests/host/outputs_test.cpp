@@ -32,7 +32,7 @@ protected:
         return folder / name;
     }
     static std::string Refusal(const std::string& output, const std::vector<std::string>& inputs) {
-        return InputFiles(inputs).RefusalOf(output, ".png");
+        return InputFiles(inputs).RefusalOf(output, {".png"});
     }
     std::string RefusalOfScreenshot(const std::string& name, const std::vector<std::string>& files) const {
         Options options;

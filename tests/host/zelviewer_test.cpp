@@ -1,16 +1,11 @@
 // Runs the program itself, as a user does: what it prints, how it ends, and the pictures it writes.
 
 #include "image/kep.h"
-#include "tests/support/frames.h"
-#include "tests/support/scratch_folder.h"
+#include "tests/host/program.h"
 
 #include <nlohmann/json.hpp>
 
 #include <wx/image.h>
-
-#include <fcntl.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cmath>
@@ -27,51 +22,12 @@ using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Not;
 using testing::StartsWith;
+using zelviewer::test::Display;
+using zelviewer::test::Outcome;
+using zelviewer::test::ProgramTest;
 
-struct Outcome {
-    int exitCode = -1;
-    std::string output, errors;
-};
-
-enum class Display { Present, None };
-
-class ZelViewer : public testing::Test {
+class ZelViewer : public ProgramTest {
 protected:
-    Outcome Run(std::vector<std::string> arguments, Display display = Display::Present) {
-        const std::string output = folder / "stdout", errors = folder / "stderr";
-        arguments.insert(arguments.begin(), ZELVIEWER);
-        std::vector<char*> argv;
-        for (std::string& argument : arguments)
-            argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        const pid_t child = fork();
-        if (child == 0) {
-            if (display == Display::None) {
-                unsetenv("DISPLAY");
-                unsetenv("WAYLAND_DISPLAY");
-            }
-            setenv("NO_AT_BRIDGE", "1", 0); // GTK's bridge to screen readers looks for a bus, and leaks
-            dup2(open(output.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDOUT_FILENO);
-            dup2(open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600), STDERR_FILENO);
-            execv(argv[0], argv.data());
-            _exit(127);
-        }
-        int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
-        return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(output), ReadBytes(errors)};
-    }
-
-    /// A frame whose voxels name their place: x + 2 y + 5 z. @return its file name
-    std::string WriteRamp(const std::string& name, const kep::Resolution& resolution = {}) {
-        kep::Image3d<unsigned char> frame(nullptr, &resolution);
-        frame.MakeRoom(sizeX, sizeY, sizeZ);
-        for (std::size_t i = 0; i < frame.GetNumVoxels(); ++i) {
-            const kep::Vector3d<std::size_t> p = frame.GetPos(i);
-            frame.SetVoxel(i, static_cast<unsigned char>(p.x + 2 * p.y + 5 * p.z));
-        }
-        return Save(frame, folder / name);
-    }
-
     /// Takes a screenshot, which must succeed without a word. @return its picture
     wxImage Screenshot(std::vector<std::string> arguments) {
         const std::string name = folder / "picture.png";
@@ -84,9 +40,6 @@ protected:
             wxImage::AddHandler(new wxPNGHandler);
         return wxImage(wxString(name), wxBITMAP_TYPE_PNG);
     }
-
-    static constexpr std::size_t sizeX = 40, sizeY = 30, sizeZ = 10;
-    ScratchFolder folder;
 };
 
 TEST_F(ZelViewer, HelpAndVersionNeedNoDisplay) {
@@ -524,8 +477,7 @@ TEST_F(ZelViewer, APictureReplacesNoInput) {
     EXPECT_EQ(ReadBytes(labels), bytes);
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.png"));
     EXPECT_EQ(std::filesystem::hard_link_count(labels), 2U);
-    EXPECT_THAT(folder.List(),
-                testing::ElementsAre("hard.png", "labels.tif", "link.png", "stack.tif", "stderr", "stdout"));
+    EXPECT_THAT(folder.List(), testing::ElementsAre("hard.png", "labels.tif", "link.png", "stack.tif"));
 }
 
 TEST_F(ZelViewer, MeshesReplaceNoInput) {
@@ -536,7 +488,7 @@ TEST_F(ZelViewer, MeshesReplaceNoInput) {
     EXPECT_EQ(outcome.errors,
               "zelviewer: " + (folder / "cell7.ply") + ": It would replace the input '" + labels + "'.\n");
     EXPECT_EQ(ReadBytes(labels), bytes);
-    EXPECT_THAT(folder.List(), testing::ElementsAre("cell7.ply", "labels.tif", "stderr", "stdout"));
+    EXPECT_THAT(folder.List(), testing::ElementsAre("cell7.ply", "labels.tif"));
 }
 
 TEST_F(ZelViewer, APictureThatCannotBeWrittenEndsWith1) {

@@ -2,6 +2,7 @@
 
 #include "model/zel_labelpicture.h"
 #include "tests/overlay/labeled_viewer.h"
+#include "tests/support/scratch_folder.h"
 #include "tests/support/text_of.h"
 
 #include <algorithm>
@@ -486,4 +487,30 @@ TEST_F(LabeledViewerTest, TakesTheMappingFromTheImageItself) {
     EXPECT_EQ(module.GetRangeMin(), 0.0F);
     EXPECT_EQ(module.GetRangeMax(), 8.0F);
     frame->Destroy();
+}
+
+TEST_F(LabeledViewerTest, AGalleryHasTheLabelsOfEachSlice) {
+    const auto viewer = OpenBricks();
+    viewer->Choose(zel_OE_COMPONENTS);
+    const ScratchFolder folder;
+    const std::string name = folder / "gallery.tif";
+    viewer->canvas->SaveGalleryView(name.c_str(), 1, 8, 1, true, 1, 0);
+    const kep::Image3d<Colour> sheet(name.c_str(), nullptr, false, -1, nullptr, nullptr);
+    ASSERT_EQ(sheet.GetSize(), Size3(8 * 20, 16, 1));
+    const kep::Vector3d<float> cut = viewer->canvas->GetCut();
+    for (std::size_t z = 1; z < 9; ++z) {
+        viewer->canvas->ChangeCut({cut.x, cut.y, static_cast<float>(z) + 0.5F});
+        const wxImage picture = viewer->Picture(zel_PT_XY);
+        ASSERT_EQ(picture.GetSize(), wxSize(20, 16));
+        std::size_t coloured = 0;
+        for (int y = 0; y < 16; ++y)
+            for (int x = 0; x < 20; ++x) {
+                const Colour seen(picture.GetRed(x, y), picture.GetGreen(x, y), picture.GetBlue(x, y));
+                coloured += seen.red != seen.green ? 1 : 0;
+                ASSERT_EQ(sheet.GetVoxel((z - 1) * 20 + static_cast<std::size_t>(x), static_cast<std::size_t>(y), 0),
+                          seen)
+                    << x << " " << y << " " << z;
+            }
+        EXPECT_EQ(coloured > 0, z != 7) << "there is a gap in the bricks";
+    }
 }

@@ -1,0 +1,83 @@
+#pragma once
+
+#include "model/zel_planes.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace CLI {
+class App;
+class Option;
+} // namespace CLI
+
+namespace zelviewer {
+
+/// Whole numbers from first to last by steps; first <= last, 1 <= step.
+struct Range {
+    int first = 0;
+    int last = 0;
+    int step = 1;
+
+    std::size_t GetCount() const { return static_cast<std::size_t>((last - first) / step) + 1; }
+    int GetNumber(std::size_t i) const { return first + static_cast<int>(i) * step; }
+    friend bool operator==(const Range&, const Range&) = default;
+};
+
+/// Which pictures the program saves without a window. File names are in the file system's encoding.
+struct SaveOptions {
+    std::optional<std::string> view;                 ///< the windows on one sheet
+    std::optional<std::string> gallery;              ///< a sheet of XY slices
+    zel::PerPlane<bool> windows{{true, true, true}}; ///< of a view
+    int border = 10;                                 ///< pixels between two windows
+    std::optional<Range> slices;                     ///< of a gallery; none: all
+    std::optional<int> rows, columns;                ///< of a gallery, at most one of them; none: about as many of each
+    int spacing = 10;                                ///< pixels between two slices
+    std::optional<int> frame;                        ///< the one to save; none: the first
+    std::optional<Range> frames;                     ///< one file for each of these, in place of one frame
+
+    bool IsAskedFor() const { return view || gallery; }
+    /// Where the picture goes, as the user gave it; only if one is asked for.
+    const std::string& GetTarget() const { return view ? *view : *gallery; }
+    /// The frames that are saved.
+    Range GetFrames() const;
+    /// What says that a sequence of this length has not all of them; empty if it has.
+    std::string FindMissingFrame(std::size_t frameCount) const;
+    /// The name of a frame's file: the target, in which the first run of X becomes the number if there is a file for
+    /// each frame.
+    std::string GetFileName(int frameNumber) const;
+};
+
+/// The endings of files that pictures are saved to.
+const std::vector<std::string>& SavedEndings();
+
+/// The options of saving on a command line.
+class SaveOptionsParser {
+public:
+    void AddTo(CLI::App& app);
+    /// To be called when the command line was parsed. @return what is wrong with it, in one line; empty if nothing is
+    std::string Read(SaveOptions& options) const;
+
+private:
+    std::string FindMisplaced() const;
+    std::string ReadView(SaveOptions& options) const;
+    std::string ReadGallery(SaveOptions& options) const;
+    std::string ReadFrames(SaveOptions& options) const;
+
+    std::string m_view, m_gallery, m_windows, m_border, m_slices, m_rows, m_columns, m_spacing, m_frames;
+    struct Known {
+        CLI::Option* view = nullptr;
+        CLI::Option* gallery = nullptr;
+        CLI::Option* windows = nullptr;
+        CLI::Option* border = nullptr;
+        CLI::Option* slices = nullptr;
+        CLI::Option* rows = nullptr;
+        CLI::Option* columns = nullptr;
+        CLI::Option* spacing = nullptr;
+        CLI::Option* frames = nullptr;
+    };
+    Known m_options;
+};
+
+} // namespace zelviewer
