@@ -396,6 +396,23 @@ TEST_F(PreferencesTest, WhatIsNoNumberKeepsTheDialogOpenOnItsPage) {
     EXPECT_EQ((kep::Vector3d<float>(2, 2, 1)), settings.baseScale);
 }
 
+TEST_F(PreferencesTest, AMessageOfTheToolkitsMayOutliveTheViewer) {
+    const int code = Run([this](wxDialog& dialog) {
+        answers.Expect([this](wxDialog& box) -> int {
+            wxTheApp->CallAfter([this, &box] {
+                DeleteFrame();
+                Settle();
+                PressSystemButton(box, SystemButton::ok);
+            });
+            return wxID_NONE;
+        });
+        In<wxTextCtrl>(dialog, 10004).SetValue("abc"); // what the toolkit's own filter refuses
+        EXPECT_FALSE(dialog.Validate());
+        EXPECT_TRUE(WaitUntil([&] { return !dialog.IsModal(); }));
+    });
+    EXPECT_EQ(wxID_CANCEL, code);
+}
+
 class PreferencesColoursTest : public PreferencesFixture {
 protected:
     struct Button {

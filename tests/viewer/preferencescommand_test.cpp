@@ -106,10 +106,11 @@ TEST_F(PreferencesCommandTest, CustomColoursAreKeptByOkForAllFrames) {
 }
 
 TEST_F(PreferencesCommandTest, ScalesThatAreNoneDoNoHarm) {
-    for (const char* const text : {"0", "-1", "1e-30", "1e30", "2"})
-        for (const int field : {10004, 10005, 10006}) {
+    for (const char* const text : {"0", "-1", "1e-30", "1e30", "1e300", "2"}) // 1e300 is infinite as a float
+        for (const int changed : {10004, 10005, 10006}) {
             Prefer([&](wxDialog& dialog) {
-                In<wxTextCtrl>(dialog, field).SetValue(text);
+                for (const int field : {10004, 10005, 10006})
+                    In<wxTextCtrl>(dialog, field).SetValue(field == changed ? text : "2");
                 Click(In(dialog, wxID_OK));
                 EXPECT_FALSE(dialog.IsModal()) << text;
             });
