@@ -28,12 +28,14 @@ protected:
         GuiTest::TearDown();
     }
     std::string Status() { return frame->GetStatusBar()->GetStatusText(1).utf8_string(); }
-    /// The commands that reach the frame, from here on.
+    /// The commands that reach the frame, from here on. Those that open windows end here.
     std::shared_ptr<std::vector<int>> NoteCommands() {
         auto ids = std::make_shared<std::vector<int>>();
         frame->Bind(wxEVT_MENU, [ids](wxCommandEvent& event) {
             ids->push_back(event.GetId());
-            event.Skip();
+            const bool opensWindow = event.GetId() == zel_CMD_VOLUME || event.GetId() == zel_CMD_SHOW_INFO ||
+                                     event.GetId() == zel_CMD_PREFERENCES;
+            event.Skip(!opensWindow);
         });
         return ids;
     }
