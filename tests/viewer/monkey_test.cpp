@@ -5,6 +5,7 @@
 #include "viewer/zel_commands.h"
 #include "viewer/zel_frame.h"
 #include "viewer/zel_imagecanvas3d.h"
+#include "volume/vol3D_canvas.h"
 
 #include <wx/menu.h>
 
@@ -65,6 +66,7 @@ protected:
 
     void Act();
     void GiveACommand();
+    void TameTheVolume();
     void PressAKey();
     void UseTheMouse();
     void Resize();
@@ -73,6 +75,7 @@ protected:
     void CheckPictures();
 
     static constexpr std::size_t frames = 5;
+    const LogCatcher quiet;          // it boasts of its OpenGL
     std::mt19937 m_random{20240611}; // the same monkey each time
     PlainMapper<unsigned short> mapper;
     zel_Viewer3dFrame* frame = nullptr;
@@ -85,12 +88,29 @@ void MonkeyTest::GiveACommand() {
         id = zel_CMD_NORMAL_ZOOM; // far in or out there is little to break
     if (Any(2) == 0 && frame->GetMenuBar()->FindItem(id) != nullptr) {
         frame->ProcessCommand(id);
+        TameTheVolume();
         return;
     }
     wxCommandEvent command(wxEVT_MENU, id);
     frame->ProcessWindowEvent(command);
+    TameTheVolume();
     wxUpdateUIEvent update(id);
     frame->ProcessWindowEvent(update);
+}
+
+/// The volume window is drawn by the processor here, a tenth of a second for each picture of its size: it stays small
+/// and has few sheets, and goes now and then.
+void MonkeyTest::TameTheVolume() {
+    vol3D_VolVisFrame* const volume = canvas->GetVolVisFrame();
+    if (volume == nullptr || !volume->IsShown())
+        return;
+    volume->SetClientSize(60, 60);
+    wxKeyEvent fewer(wxEVT_CHAR);
+    fewer.m_keyCode = '-';
+    for (int i = 0; i < 9; ++i)
+        volume->GetCanvas()->ProcessWindowEvent(fewer);
+    if (Any(3) == 0)
+        volume->Close(Any(4) == 0);
 }
 
 void MonkeyTest::PressAKey() {
