@@ -14,6 +14,7 @@ namespace zel {
 namespace {
 
 constexpr std::array<GLenum, 3> textureAxes{GL_S, GL_T, GL_R};
+constexpr std::array<GLenum, 3> textureWraps{GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R};
 constexpr std::array<GLenum, 3> textureGenerations{GL_TEXTURE_GEN_S, GL_TEXTURE_GEN_T, GL_TEXTURE_GEN_R};
 constexpr SheetQuads sheetQuads = MakeSheetQuads();
 constexpr std::array<Vector3f, 24> boxLines = MakeBoxLines();
@@ -131,7 +132,7 @@ VolumeScene::Upload VolumeScene::SetVolume(const void* rgba, const kep::Vector3d
     if (__glewTexImage3DEXT == nullptr)
         return Upload::Unavailable;
     glBindTexture(GL_TEXTURE_3D, m_texture);
-    for (const GLenum wrap : {GL_TEXTURE_WRAP_S, GL_TEXTURE_WRAP_T, GL_TEXTURE_WRAP_R})
+    for (const GLenum wrap : textureWraps)
         glTexParameteri(GL_TEXTURE_3D, wrap, GL_CLAMP_TO_EDGE);
     glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
     glTexParameteri(GL_TEXTURE_3D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
