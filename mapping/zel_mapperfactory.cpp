@@ -195,7 +195,8 @@ HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<flo
 
 /// That histograms are being counted; nothing in a program that has no windows, and perhaps no display.
 std::unique_ptr<wxBusyInfo> ShowNotice() {
-    const bool hasWindows = wxTheApp != nullptr && wxTheApp->IsGUI();
+    const wxAppConsole* const app = wxAppConsole::GetInstance(); // wxTheApp would be taken for one with windows
+    const bool hasWindows = app != nullptr && app->IsGUI();
     return hasWindows ? std::make_unique<wxBusyInfo>("Creating histogram...") : nullptr;
 }
 

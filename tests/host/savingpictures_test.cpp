@@ -15,6 +15,7 @@
 #include <chrono>
 #include <csignal>
 #include <cstdio>
+#include <functional>
 #include <gmock/gmock.h>
 #include <random>
 #include <thread>
@@ -417,12 +418,22 @@ TEST_F(SavingPictures, WhereOneFileFailsThoseBeforeAreWholeAndNoneFollow) {
     EXPECT_TRUE(std::filesystem::is_empty(folder / "v2.tif"));
 }
 
+/// Looks every millisecond. @return whether it came true within a minute: a run that has failed never gets there
+bool WaitUntil(const std::function<bool()>& condition) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
+    while (!condition()) {
+        if (std::chrono::steady_clock::now() > end)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    return true;
+}
+
 TEST_F(SavingPictures, AFolderThatVanishesBetweenTwoFilesEndsTheRun) {
     const std::string inner = folder / "inner", moved = folder / "moved";
     std::filesystem::create_directory(inner);
     const pid_t child = Start({"--save-gallery", inner + "/gX.tif", "--frames", "0:7"}, Display::None);
-    while (!std::filesystem::exists(inner + "/g0.tif"))
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    EXPECT_TRUE(WaitUntil([&] { return std::filesystem::exists(inner + "/g0.tif"); }));
     std::filesystem::rename(inner, moved);
     const Outcome outcome = Wait(child);
     EXPECT_EQ(outcome.exitCode, 1);
@@ -437,8 +448,7 @@ TEST_F(SavingPictures, AKilledRunLeavesWholeFilesAndTheNextOneCleansUp) {
     for (const int delay : {0, 20, 60}) {                      // ms after the first file has been begun
         const std::vector<std::string> before = folder.List(); // what the last one has left
         const pid_t child = Start(arguments, Display::None);
-        while (folder.List() == before)
-            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        EXPECT_TRUE(WaitUntil([&] { return folder.List() != before; }));
         std::this_thread::sleep_for(std::chrono::milliseconds(delay));
         ::kill(child, SIGKILL);
         Wait(child);
