@@ -74,7 +74,8 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::OverlayingChanged(zel_OverlayingEv
     } else {
         this->Refresh(false);
     }
-    if (vol3D_VolVisFrame* const frame = this->GetVolVisFrame()) {
+    vol3D_VolVisFrame* const frame = this->GetVolVisFrame();
+    if (frame != nullptr && !this->IsMapperDetached()) { // the overlayer goes with the mapper
         frame->GetCanvas()->SetSurfaceColours(m_overlayer->GetOverlaying(), GetSurfaceColours());
         frame->GetCanvas()->Refresh(false);
     }

@@ -3,6 +3,7 @@
 #include "model/zel_viewfile.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/user.h"
+#include "tests/support/xwindows.h"
 #include "tests/volume/volume_window.h"
 
 #include <wx/filedlg.h>
@@ -337,6 +338,24 @@ TEST_F(VolumeFrame, AShortViewFileLeavesTheRest) {
     EXPECT_EQ(window.Canvas().GetPlaneOffset(), 1.0);
 }
 
+TEST_F(VolumeFrame, AViewOfNoNumbersDrawsOnAndIsResetAway) {
+    const ScratchFolder folder;
+    const std::string name = folder / "nan.zelview";
+    std::ofstream file(name);
+    for (int i = 0; i < 34; ++i)
+        file << (i % 2 == 0 ? "nan " : "-inf ");
+    file.close();
+    const VolumeWindow window;
+    window.Show(2, nothing);
+    EXPECT_TRUE(window.Canvas().LoadViewFile(name));
+    SendMouse(window.Canvas(), wxEVT_LEFT_DOWN, {100, 100});
+    SendMouse(window.Canvas(), wxEVT_MOTION, {120, 110});
+    window.Picture();
+    SendMouse(window.Canvas(), wxEVT_LEFT_UP, {120, 110});
+    window.Canvas().ResetView();
+    EXPECT_TRUE(IsNear(window.Picture(), {31, 100}, IsBlue));
+}
+
 TEST_F(VolumeFrame, WhatCannotBeSavedIsTold) {
     const ScratchFolder folder;
     const VolumeWindow window;
@@ -392,6 +411,20 @@ TEST_F(VolumeFrame, MayBeDeletedWhileItsDialogsAreOpen) {
         window.frame->ProcessCommand(command);
         EXPECT_FALSE(window.frame) << command;
     }
+}
+
+TEST_F(VolumeFrame, ManyWindowsLeaveNothingOnTheDisplay) {
+    const auto openOne = [] {
+        const VolumeWindow window;
+        window.Show(8, nothing);
+        window.Choose(5006);
+        window.Picture();
+    };
+    openOne(); // what the toolkit keeps for all
+    const int before = CountXWindows();
+    for (int i = 0; i < 10; ++i)
+        openOne();
+    EXPECT_EQ(CountXWindows(), before);
 }
 
 TEST_F(VolumeFrame, AWindowThatNeverStartedOpenGLGoesQuietly) {
