@@ -1,7 +1,6 @@
 // Dialogs that are opened again and again: what an opening takes must not grow.
 
 #include "tests/mapping/viewer_fixture.h"
-#include "tests/support/xwindows.h"
 
 #include <malloc.h>
 
@@ -45,7 +44,7 @@ struct State {
 State Look(const wxFrame& frame) {
     Settle();
     const struct mallinfo2 heap = mallinfo2();
-    return {frame.GetChildren().size(), wxTopLevelWindows.size(), CountXWindows(),
+    return {frame.GetChildren().size(), wxTopLevelWindows.size(), CountXWindowsAtRest(),
             static_cast<double>(heap.uordblks + heap.hblkhd) / 1e6};
 }
 

@@ -13,6 +13,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <exception>
+#include <utility>
 
 namespace zel::test {
 
@@ -143,6 +144,20 @@ bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
         wxMilliSleep(1);
     }
     return true;
+}
+
+int CountXWindowsAtRest() {
+    constexpr int rest = 500; // milliseconds
+    int count = CountXWindows();
+    wxStopWatch sinceChange;
+    const auto rests = [&] {
+        const int now = CountXWindows();
+        if (now != std::exchange(count, now))
+            sinceChange.Start();
+        return sinceChange.Time() > rest;
+    };
+    EXPECT_TRUE(WaitUntil(rests, 30 * rest)) << "windows come and go without end";
+    return count;
 }
 
 bool ShowAndWait(wxTopLevelWindow& window) {

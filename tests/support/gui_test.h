@@ -34,6 +34,10 @@ void Settle();
 /// Whatever comes without a timer has come after Settle().
 void LetUnwantedTicksCome(int milliseconds);
 
+/// All windows on the display, of every program, once their number has stood still for a while: window managers take
+/// their frames away in their own time.
+int CountXWindowsAtRest();
+
 /// Shows a top-level window and waits until it has painted: from then on Update() paints at once.
 bool ShowAndWait(wxTopLevelWindow& window);
 

@@ -3,7 +3,6 @@
 #include "model/zel_viewfile.h"
 #include "tests/support/scratch_folder.h"
 #include "tests/support/user.h"
-#include "tests/support/xwindows.h"
 #include "tests/volume/volume_window.h"
 
 #include <wx/filedlg.h>
@@ -421,10 +420,10 @@ TEST_F(VolumeFrame, ManyWindowsLeaveNothingOnTheDisplay) {
         window.Picture();
     };
     openOne(); // what the toolkit keeps for all
-    const int before = CountXWindows();
+    const int before = CountXWindowsAtRest();
     for (int i = 0; i < 10; ++i)
         openOne();
-    EXPECT_EQ(CountXWindows(), before);
+    EXPECT_EQ(CountXWindowsAtRest(), before);
 }
 
 TEST_F(VolumeFrame, AWindowThatNeverStartedOpenGLGoesQuietly) {
