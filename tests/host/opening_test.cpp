@@ -114,7 +114,10 @@ TEST_F(Opening, AFileThatDoesNotBelongToTheSequenceIsNamed) {
     const std::string first = Write<unsigned char>("a.tif", 7, {1, 1, 1});
     const std::string second = Write<unsigned char>("b.tif", 7, {2, 2, 2});
     EXPECT_EQ(FailureOf<unsigned char>(For({first, second})),
-              second + ": The frame metadata differs from the sequence metadata!");
+              second + ": Its voxel size differs from that of " + first + ".");
+    const std::string third = Save(FrameOf<unsigned char>({1, 2}), folder / "c.tif");
+    EXPECT_EQ(FailureOf<unsigned char>(For({first, third})),
+              third + ": It has 2 x 1 x 1 voxels, and " + first + " has 3 x 2 x 2.");
 }
 
 TEST_F(Opening, TheResolutionIsSetOnlyWhereTheFileHasNone) {

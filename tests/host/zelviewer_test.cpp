@@ -198,6 +198,10 @@ TEST_F(ZelViewer, InfoTellsOfTheOtherFilesToo) {
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.output, StartsWith(good + "\n"));
     EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": There is no such file.\n");
+    const Outcome listed = Run({"--info", "--json", missing, good});
+    EXPECT_EQ(listed.exitCode, 1);
+    EXPECT_EQ(json::parse(listed.output)["files"][0]["error"], "There is no such file.");
+    EXPECT_EQ(listed.errors, outcome.errors);
 }
 
 using Levels = std::function<int(int value)>;
