@@ -45,6 +45,9 @@ struct KEP_EXPORT FileAxes {
 ///   are channels. A colour voxel counts as one channel.
 /// - ICS: the axes x, y, z and t in any order; all others are channels.
 ///
+/// The numbers of a description are held against the pages that are there. A file of one frame has its slices in the
+/// order of its pages, as ReadImage reads them.
+///
 /// @param fileName  in the file system's encoding
 /// @throws IOException with the texts of Image3d::ReadImage
 KEP_EXPORT FileAxes ReadFileAxes(const char* fileName);
