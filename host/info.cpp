@@ -115,19 +115,54 @@ std::string Printable(const std::string& whole, const std::string& indent) {
 
 /// What the files are together.
 struct Sequence {
-    bool alike = true; ///< in size, voxel size and offset
-    DisplayType type;
+    std::size_t frames = 0; ///< files that can be read, or the time points of a single one
+    bool alike = true;      ///< in size, voxel size and offset, and all can be read
+    DisplayType type = DisplayType::Gray8;
+    std::string difference; ///< of the first file that is not like the first one
 };
 
 Sequence Compare(const std::vector<FileInfo>& files) {
-    const kep::ImageInfo& first = files.front().info;
-    Sequence sequence{true, DisplayTypeFor(first.voxelType)};
+    Sequence sequence;
+    const FileInfo* first = nullptr;
     for (const FileInfo& file : files) {
-        sequence.alike = sequence.alike && file.info.size == first.size && file.info.offset == first.offset &&
-                         file.info.resolution == first.resolution;
-        sequence.type = WiderType(sequence.type, DisplayTypeFor(file.info.voxelType));
+        if (!file.error.empty()) {
+            sequence.alike = false;
+            continue;
+        }
+        const DisplayType type = DisplayTypeFor(file.info.voxelType);
+        sequence.type = first == nullptr ? type : WiderType(sequence.type, type);
+        first = first == nullptr ? &file : first;
+        sequence.frames += files.size() == 1 && file.axes ? file.axes->times : 1;
+        const std::string difference = DifferenceOf(first->name, first->info, file.info);
+        if (!difference.empty() && sequence.difference.empty())
+            sequence.difference = file.name + ": " + difference;
     }
+    sequence.alike = sequence.alike && sequence.difference.empty();
     return sequence;
+}
+
+std::string SizeText(const kep::Vector3d<std::size_t>& size) {
+    return std::to_string(size.x) + " x " + std::to_string(size.y) + " x " + std::to_string(size.z);
+}
+
+std::string Count(std::size_t number, const char* what) {
+    return std::to_string(number).append(" ").append(what).append(number == 1 ? "" : "s");
+}
+
+/// "3 channels: DAPI, GFP, 3", and the time points.
+std::string Told(const kep::FileAxes& axes) {
+    std::string text = Count(axes.channels, "channel");
+    const bool isNamed = std::any_of(axes.channelInfos.begin(), axes.channelInfos.end(),
+                                     [](const kep::ChannelInfo& channel) { return !channel.name.empty(); });
+    for (std::size_t c = 0; isNamed && c < axes.channelInfos.size(); ++c) {
+        const std::string& name = axes.channelInfos[c].name;
+        text += (c == 0 ? " (" : ", ") + (name.empty() ? std::to_string(c + 1) : Printable(name, "    "));
+    }
+    text += isNamed ? "), " : ", ";
+    text += Count(axes.times, "time point");
+    if (axes.frameInterval && axes.times > 1)
+        text += " every " + Shortest(static_cast<float>(*axes.frameInterval)) + " s";
+    return text;
 }
 
 std::string Told(const LabelSummary& labels) {
@@ -148,10 +183,14 @@ void PrintFile(std::ostream& out, const FileInfo& file) {
     out << file.name << "\n"
         << "  format       " << NameOf(info.format) << ", "
         << (info.compression == "none" ? "not compressed" : info.compression) << ", " << Bytes(info.fileSize) << "\n"
-        << "  size         " << info.size.x << " x " << info.size.y << " x " << info.size.z << " voxels\n"
-        << "  voxels       " << info.storedType;
+        << "  size         " << SizeText(info.size) << " voxels\n";
+    if (file.axes)
+        out << "  frames       " << Told(*file.axes) << "\n";
+    out << "  voxels       " << info.storedType;
     if (file.labels)
         out << "\n  labels       " << Told(*file.labels) << "\n";
+    else if (!file.notShown.empty())
+        out << ", not shown: " << file.notShown << "\n";
     else
         out << ", shown as " << NameOf(DisplayTypeFor(info.voxelType)) << "\n";
     if (IsKnown(res.x) || IsKnown(res.y) || IsKnown(res.z))
@@ -184,10 +223,27 @@ Json ToJson(const kep::Resolution& resolution) {
     return {component(res.x), component(res.y), component(res.z)};
 }
 
+/// Channels, time points, and what the file tells of them.
+void AddAxes(const kep::FileAxes& axes, Json& json) {
+    json["channels"] = axes.channels;
+    json["times"] = axes.times;
+    json["channelNames"] = Json::array();
+    for (const kep::ChannelInfo& channel : axes.channelInfos)
+        json["channelNames"].push_back(channel.name);
+    json["frameInterval"] = axes.frameInterval ? Json(*axes.frameInterval) : Json();
+    if (axes.series)
+        json["series"] = {
+            {"slices", axes.series->slices}, {"channels", axes.series->channels}, {"times", axes.series->times}};
+}
+
 Json ToJson(const FileInfo& file) {
     const kep::ImageInfo& info = file.info;
     Json json;
     json["name"] = file.name;
+    if (!file.error.empty()) {
+        json["error"] = file.error;
+        return json;
+    }
     json["format"] = NameOf(info.format);
     json["compression"] = info.compression;
     json["fileSize"] = info.fileSize;
@@ -201,32 +257,58 @@ Json ToJson(const FileInfo& file) {
                           {"largest", file.labels->largest},
                           {"onBorder", file.labels->onBorder}};
     else
-        json["shownAs"] = NameOf(DisplayTypeFor(info.voxelType));
+        json["shownAs"] = file.notShown.empty() ? Json(NameOf(DisplayTypeFor(info.voxelType))) : Json();
+    if (!file.notShown.empty())
+        json["notShown"] = file.notShown;
+    if (file.axes)
+        AddAxes(*file.axes, json);
     json["pixelsPerMicron"] = ToJson(info.resolution);
     json["offset"] = ToJson(info.offset);
     json["description"] = info.description;
     return json;
 }
 
+/// The first file that can be read.
+const FileInfo* FirstGood(const std::vector<FileInfo>& files) {
+    const auto good = std::find_if(files.begin(), files.end(), [](const FileInfo& file) { return file.error.empty(); });
+    return good == files.end() ? nullptr : &*good;
+}
+
+void PrintFiles(std::ostream& out, const std::vector<FileInfo>& files) {
+    for (const FileInfo& file : files) {
+        if (file.error.empty())
+            PrintFile(out, file);
+    }
+}
+
 } // namespace
+
+std::string DifferenceOf(const std::string& firstName, const kep::ImageInfo& first, const kep::ImageInfo& second) {
+    if (second.size != first.size)
+        return "It has " + SizeText(second.size) + " voxels, and " + firstName + " has " + SizeText(first.size) + ".";
+    if (second.resolution != first.resolution)
+        return "Its voxel size differs from that of " + firstName + ".";
+    if (second.offset != first.offset)
+        return "Its offset differs from that of " + firstName + ".";
+    return {};
+}
 
 std::string InfoAsText(const std::vector<FileInfo>& files, const std::vector<FileInfo>& labels) {
     std::ostringstream out;
     out.imbue(std::locale::classic());
-    for (const FileInfo& file : files)
-        PrintFile(out, file);
-    if (files.size() > 1) {
-        const Sequence sequence = Compare(files);
-        if (sequence.alike)
-            out << files.size() << " frames of one sequence, shown as " << NameOf(sequence.type) << "\n";
+    PrintFiles(out, files);
+    if (const Sequence sequence = Compare(files); files.size() > 1 && sequence.frames > 1) {
+        if (sequence.difference.empty())
+            out << sequence.frames << " frames of one sequence, shown as " << NameOf(sequence.type) << "\n";
         else
-            out << "The files differ in size, voxel size or offset and form no sequence.\n";
+            out << sequence.difference << "\nThe files differ in size, voxel size or offset and form no sequence.\n";
     }
-    for (const FileInfo& file : labels)
-        PrintFile(out, file);
-    if (labels.size() > 1 && !Compare(labels).alike)
-        out << "The label files differ in size, voxel size or offset and form no sequence.\n";
-    if (!files.empty() && !labels.empty() && files.front().info.size != labels.front().info.size)
+    PrintFiles(out, labels);
+    if (const Sequence sequence = Compare(labels); !sequence.difference.empty())
+        out << sequence.difference << "\nThe label files differ in size, voxel size or offset and form no sequence.\n";
+    const FileInfo* const image = FirstGood(files);
+    const FileInfo* const label = FirstGood(labels);
+    if (image != nullptr && label != nullptr && image->info.size != label->info.size)
         out << "The labels differ from the image in size and don't belong to it.\n";
     return out.str();
 }
@@ -237,9 +319,9 @@ std::string InfoAsJson(const std::vector<FileInfo>& files, const std::vector<Fil
     for (const FileInfo& file : files)
         json["files"].push_back(ToJson(file));
     json["sequence"] = Json();
-    if (!files.empty()) {
+    if (FirstGood(files) != nullptr) {
         const Sequence sequence = Compare(files);
-        json["sequence"] = {{"frames", files.size()}, {"alike", sequence.alike}, {"shownAs", NameOf(sequence.type)}};
+        json["sequence"] = {{"frames", sequence.frames}, {"alike", sequence.alike}, {"shownAs", NameOf(sequence.type)}};
     }
     for (const FileInfo& file : labels)
         json["labels"].push_back(ToJson(file));

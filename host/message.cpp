@@ -26,11 +26,14 @@ void PrintWarning(const std::string& text) {
     PrintMessage(fileInHand.empty() ? text : fileInHand + ": " + text);
 }
 
-std::string NameAndReason(const std::string& fileName, const kep::LibException& failure) {
+std::string ReasonOf(const std::string& fileName, const kep::LibException& failure) {
     const auto* const ofFile = dynamic_cast<const kep::IOException*>(&failure);
-    if (ofFile != nullptr && ofFile->GetFileName() == fileName)
-        return fileName + ": " + ofFile->GetReason();
-    return (fileName + ": ").append(failure.GetSentence());
+    const bool isOfThisFile = ofFile != nullptr && ofFile->GetFileName() == fileName;
+    return isOfThisFile ? ofFile->GetReason() : std::string(failure.GetSentence());
+}
+
+std::string NameAndReason(const std::string& fileName, const kep::LibException& failure) {
+    return (fileName + ": ").append(ReasonOf(fileName, failure));
 }
 
 } // namespace zelviewer

@@ -28,6 +28,10 @@ public:
 /// Writes a line on standard error, with the name of the current file if there is one.
 void PrintWarning(const std::string& text);
 
+/// Why something failed with a file: "ReadImage(): The file 'a.tif' is damaged: ..." becomes "The file is damaged:
+/// ...". If the failure is about another file, that one's name stays in the sentence.
+std::string ReasonOf(const std::string& fileName, const kep::LibException& failure);
+
 /// "NAME: reason" for a failure with a file: "ReadImage(): The file 'a.tif' is damaged: ..." becomes "a.tif: The file
 /// is damaged: ...". If the failure is about another file, that one's name stays in the sentence.
 std::string NameAndReason(const std::string& fileName, const kep::LibException& failure);

@@ -1,5 +1,6 @@
 #include "host/opening.h"
 
+#include "host/info.h"
 #include "host/message.h"
 #include "host/proportions.h"
 #include "host/readingprogress.h"
@@ -7,6 +8,8 @@
 #include "host/vortex.h"
 
 #include <wx/filefn.h>
+
+#include <optional>
 
 namespace zelviewer {
 
@@ -47,13 +50,16 @@ void ReadOneByOne(const std::vector<std::string>& files, ReadingProgress& progre
 OpeningPlan PlanOpening(const Options& options) {
     OpeningPlan plan;
     std::uint64_t voxels = 0;
-    bool first = true;
+    std::optional<kep::ImageInfo> first;
     for (const std::string& name : options.files) {
         try {
             const kep::ImageInfo info = kep::ReadImageInfo(name.c_str());
             const DisplayType type = DisplayTypeFor(info.voxelType);
-            plan.type = first ? type : WiderType(plan.type, type);
-            first = false;
+            plan.type = !first ? type : WiderType(plan.type, type);
+            if (!first)
+                first = info;
+            if (const std::string difference = DifferenceOf(options.files.front(), *first, info); !difference.empty())
+                throw Failure(name + ": " + difference);
             voxels += std::uint64_t{info.size.x} * info.size.y * info.size.z;
         } catch (const kep::LibException& error) {
             throw Failure(NameAndReason(name, error));

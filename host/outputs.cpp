@@ -45,7 +45,7 @@ InputFiles::InputFiles(const std::vector<std::string>& names) {
     for (const std::string& name : names) {
         Add(name);
         try {
-            if (const std::string data = kep::ReadImageInfo(name.c_str()).dataFile; !data.empty())
+            if (const std::string data = kep::ReadFileAxes(name.c_str()).frame.dataFile; !data.empty())
                 Add(data);
         } catch (const kep::LibException&) {
             continue; // whoever reads the file will say what is wrong

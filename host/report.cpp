@@ -1,7 +1,9 @@
 #include "host/report.h"
 
+#include "host/displaytype.h"
 #include "host/info.h"
 #include "host/message.h"
+#include "host/proportions.h"
 #include "image/kep.h"
 
 #include <wx/app.h>
@@ -34,33 +36,99 @@ LabelSummary SumUpLabels(const std::string& name, bool connected) {
     return summary;
 }
 
+/// Every voxel that a file of this type can have is one that its window shows.
+bool IsAlwaysShown(kep::VoxelType type) {
+    switch (type) {
+    case kep::VoxelType::UInt64:
+    case kep::VoxelType::Double:
+    case kep::VoxelType::DoubleComplex:
+    case kep::VoxelType::Other:
+        return false;
+    default:
+        return true;
+    }
+}
+
+/// Reads all voxels as the type in which they would be shown.
+/// @return why they can't be; empty if they can
+std::string FindWhyNotShown(const FileInfo& file) {
+    try {
+        WithVoxelType(DisplayTypeFor(file.info.voxelType), [&file](auto type) {
+            kep::Image3d<typename decltype(type)::type> frame;
+            if (!file.axes)
+                return frame.ReadImage(file.name.c_str(), nullptr, false, -1, nullptr, nullptr);
+            kep::FrameReader reader(file.name.c_str());
+            for (std::size_t t = 0; t < file.axes->times; ++t)
+                for (std::size_t c = 0; c < file.axes->channels; ++c)
+                    reader.ReadFrame(c, t, frame);
+        });
+    } catch (const kep::LibException& failure) {
+        return ReasonOf(file.name, failure);
+    }
+    return {};
+}
+
+/// What a file says of itself. Its voxels are read only where their type leaves open whether they can be shown.
+FileInfo Describe(const std::string& name, const Options& options) {
+    FileInfo file{name, {}};
+    kep::FileAxes axes;
+    try {
+        axes = kep::ReadFileAxes(name.c_str());
+    } catch (const kep::IOException&) { // it may be read as a whole nevertheless
+        axes.frame = kep::ReadImageInfo(name.c_str());
+    }
+    const bool isOneFrame = axes.channels == 1 && axes.times == 1;
+    if (!isOneFrame)
+        file.axes = axes;
+    // Three channels that make a colour are one image.
+    const bool mayBeColour = axes.channels == 3 && axes.times == 1;
+    file.info = axes.frame;
+    if (isOneFrame || mayBeColour) {
+        const kep::ImageInfo whole = kep::ReadImageInfo(name.c_str());
+        const bool isColour = whole.voxelType == kep::VoxelType::RGB8 || whole.voxelType == kep::VoxelType::RGB16;
+        if (isOneFrame || isColour)
+            file.info = whole;
+    }
+    if (!IsAlwaysShown(file.info.voxelType))
+        file.notShown = FindWhyNotShown(file);
+    file.info.resolution = CompleteResolution(file.info.resolution, options.resolution);
+    return file;
+}
+
+FileInfo DescribeLabels(const std::string& name, const Options& options) {
+    FileInfo file{name, kep::ReadImageInfo(name.c_str()), SumUpLabels(name, options.components)};
+    file.info.resolution = CompleteResolution(file.info.resolution, options.resolution);
+    return file;
+}
+
+/// A file that can't be read.
+FileInfo Failed(const std::string& name, const std::string& reason, Report& report) {
+    report.messages.push_back(name + ": " + reason);
+    FileInfo file{name, {}};
+    file.error = reason;
+    return file;
+}
+
 } // namespace
 
 Report MakeReport(const Options& options) {
     Report report;
-    const auto ask = [&report](const std::vector<std::string>& names, const auto& tell) {
+    const auto ask = [&](const std::vector<std::string>& names, const auto& tell) {
         std::vector<FileInfo> files;
         for (const std::string& name : names) {
             try {
-                files.push_back(tell(name));
+                files.push_back(tell(name, options));
             } catch (const kep::LibException& error) {
-                report.messages.push_back(NameAndReason(name, error));
+                files.push_back(Failed(name, ReasonOf(name, error), report));
             } catch (const std::bad_alloc&) {
-                report.messages.push_back(name + ": Not enough memory.");
+                files.push_back(Failed(name, "Not enough memory.", report));
             }
         }
         return files;
     };
-    const std::vector<FileInfo> files = ask(options.files, [](const std::string& name) {
-        return FileInfo{name, kep::ReadImageInfo(name.c_str())};
-    });
-    const std::vector<FileInfo> labels = ask(options.labels, [&options](const std::string& name) {
-        return FileInfo{name, kep::ReadImageInfo(name.c_str()), SumUpLabels(name, options.components)};
-    });
-    if (options.json)
-        report.text = InfoAsJson(files, labels);
-    else if (!files.empty() || !labels.empty())
-        report.text = InfoAsText(files, labels);
+    const std::vector<FileInfo> files = ask(options.files, &Describe);
+    const std::vector<FileInfo> labels = ask(options.labels, &DescribeLabels);
+    report.text = options.json ? InfoAsJson(files, labels) : InfoAsText(files, labels);
     return report;
 }
 

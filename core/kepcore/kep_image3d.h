@@ -67,6 +67,15 @@ public:
     void ReadImage(const char* fileName, const PixelBox* voi, bool reserved, int reservedNumber,
                    const Vector3d<float>* offset, const Resolution* res);
 
+    /// Loads one frame of a file that may hold several, converted as by ReadImage; the voxels of others are not read. A
+    /// file that ReadImage takes as one gray frame has it as channel 0 at time 0. For several frames of one file, a
+    /// FrameReader (kep_framereader.h) is quicker.
+    /// @param fileName       in the file system's encoding
+    /// @param channel, time  counted from 0; ReadFileAxes (kep_fileaxes.h) tells how many there are
+    /// @throws IOException as ReadImage, and for a channel or time point that the file does not have; the frame is then
+    ///         unchanged
+    void ReadFrame(const char* fileName, std::size_t channel, std::size_t time);
+
     /// Writes the frame, or a box of it. The file appears under its name only when it is whole; until then, and
     /// after any failure, what stood there stays. A description that is longer than the format holds is cut; all else
     /// comes back as it is, or the frame is refused.

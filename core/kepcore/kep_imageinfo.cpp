@@ -2,8 +2,6 @@
 
 #include "core/kepcore/file/kep_file.h"
 
-#include <memory>
-
 namespace kep {
 
 namespace {
@@ -73,24 +71,24 @@ std::string DescribeStoredType(const FrameHeader& header) {
 
 } // namespace
 
+ImageInfo detail::MakeImageInfo(const FrameHeader& header) {
+    ImageInfo info;
+    info.format = header.format;
+    info.size = header.size;
+    info.voxelType = FindVoxelType(header);
+    info.storedType = DescribeStoredType(header);
+    info.compression = header.compression;
+    info.resolution = header.resolution;
+    info.offset = header.offset;
+    info.description = header.description;
+    info.fileSize = header.fileSize;
+    info.dataFile = header.dataFile;
+    return info;
+}
+
 ImageInfo ReadImageInfo(const char* fileName) {
     const char* const name = fileName != nullptr ? fileName : "";
-    return detail::ReadWithinMemory(name, [&] {
-        const std::unique_ptr<detail::FrameSource> source = detail::OpenFrame(name);
-        const FrameHeader& header = source->GetHeader();
-        ImageInfo info;
-        info.format = header.format;
-        info.size = header.size;
-        info.voxelType = FindVoxelType(header);
-        info.storedType = DescribeStoredType(header);
-        info.compression = header.compression;
-        info.resolution = header.resolution;
-        info.offset = header.offset;
-        info.description = header.description;
-        info.fileSize = header.fileSize;
-        info.dataFile = header.dataFile;
-        return info;
-    });
+    return detail::ReadWithinMemory(name, [&] { return detail::MakeImageInfo(detail::OpenFrame(name)->GetHeader()); });
 }
 
 } // namespace kep

@@ -2,24 +2,34 @@
 
 #include "core/kepcore/file/kep_systemcalls.h"
 
+#include <cerrno>
 #include <fcntl.h>
 #include <sys/stat.h>
 
 namespace kep {
 
 PlainFile::PlainFile(const char* fileName) noexcept {
-    if (fileName == nullptr)
+    if (fileName == nullptr) {
+        error = ENOENT;
         return;
+    }
     // Without waiting, as a pipe would never open; the flag means nothing for plain files.
     descriptor = detail::Uninterrupted([&] { return ::open(fileName, O_RDONLY | O_CLOEXEC | O_NONBLOCK); });
-    if (descriptor < 0)
+    if (descriptor < 0) {
+        error = errno;
         return;
+    }
     struct stat status {};
-    if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)) {
+    if (::fstat(descriptor, &status) != 0) {
+        error = errno;
+    } else if (S_ISREG(status.st_mode)) {
         length = static_cast<std::uint64_t>(status.st_size);
         device = status.st_dev;
         inode = status.st_ino;
     } else {
+        error = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+    }
+    if (error != 0) {
         ::close(descriptor);
         descriptor = -1;
     }

@@ -18,6 +18,9 @@ public:
     PlainFile& operator=(const PlainFile&) = delete;
 
     bool IsOpen() const { return descriptor >= 0; }
+    /// Why it is not open, as an errno: ENOENT, EACCES, ...; EISDIR for a folder, EINVAL for what else is no plain
+    /// file. 0 if it is open.
+    int GetError() const { return error; }
     /// Bytes that the file had when it was opened; 0 if it was not.
     std::uint64_t GetLength() const { return length; }
 
@@ -31,6 +34,7 @@ public:
 
 private:
     int descriptor = -1;
+    int error = 0;
     std::uint64_t length = 0;
     std::uint64_t device = 0; ///< which, together with the inode, no two files share
     std::uint64_t inode = 0;

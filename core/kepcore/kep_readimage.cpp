@@ -5,6 +5,7 @@
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/kep_framereader.h"
 
 #include <cstddef>
 #include <memory>
@@ -53,10 +54,10 @@ void ReadWindow(detail::FrameSource& source, const detail::VoxelConverter& conve
     }
 }
 
+/// Reads what a source has into a new frame.
 template <typename T>
-void ReadFrame(const char* fileName, const PixelBox* voi, Image3d<T>& frame) {
-    const std::unique_ptr<detail::FrameSource> source = detail::OpenFrame(fileName);
-    const detail::FrameHeader& header = source->GetHeader();
+void FillFrame(detail::FrameSource& source, const char* fileName, const PixelBox* voi, Image3d<T>& frame) {
+    const detail::FrameHeader& header = source.GetHeader();
     const detail::VoxelConverter converter(header, detail::targetType<T>, fileName);
 
     frame.size = voi != nullptr ? voi->size : header.size;
@@ -65,10 +66,10 @@ void ReadFrame(const char* fileName, const PixelBox* voi, Image3d<T>& frame) {
         throw std::bad_alloc(); // no memory could hold them
     if (voi == nullptr) {
         frame.data = detail::MakeUnsetBlock<T>(*voxels);
-        ReadWhole(*source, converter, sizeof(T), reinterpret_cast<std::byte*>(frame.begin()));
+        ReadWhole(source, converter, sizeof(T), reinterpret_cast<std::byte*>(frame.begin()));
     } else {
         frame.data = detail::MakeZeroBlock<T>(*voxels);
-        ReadWindow(*source, converter, sizeof(T), detail::FindOverlap(*voi, header.size), frame.size,
+        ReadWindow(source, converter, sizeof(T), detail::FindOverlap(*voi, header.size), frame.size,
                    reinterpret_cast<std::byte*>(frame.begin()));
     }
     frame.offset = header.offset;
@@ -93,7 +94,7 @@ void Image3d<T>::ReadImage(const char* fileName, const PixelBox* voi, bool reser
         if (reserved || reservedNumber != -1)
             throw IOException("ReadImage(): These arguments are not supported.", name,
                               "These arguments are not supported.");
-        ReadFrame(name, voi, frame);
+        FillFrame(*detail::OpenFrame(name), name, voi, frame);
     });
     if (newOffset != nullptr)
         frame.offset = *newOffset;
@@ -104,10 +105,45 @@ void Image3d<T>::ReadImage(const char* fileName, const PixelBox* voi, bool reser
     *this = std::move(frame);
 }
 
+template <typename T>
+void Image3d<T>::ReadFrame(const char* fileName, std::size_t channel, std::size_t time) {
+    FrameReader(fileName).ReadFrame(channel, time, *this);
+}
+
+FrameReader::FrameReader(const char* fileName) : name(fileName != nullptr ? fileName : "") {
+    detail::ReadWithinMemory(name.c_str(), [this] {
+        frames = detail::OpenFrames(name.c_str());
+        const detail::FrameAxes& found = frames->GetAxes();
+        axes = {detail::MakeImageInfo(frames->GetHeader()),
+                found.channels,
+                found.times,
+                found.channelInfos,
+                found.frameInterval,
+                found.series};
+    });
+}
+
+FrameReader::~FrameReader() = default;
+FrameReader::FrameReader(FrameReader&&) noexcept = default;
+FrameReader& FrameReader::operator=(FrameReader&&) noexcept = default;
+
+template <typename T>
+void FrameReader::ReadFrame(std::size_t channel, std::size_t time, Image3d<T>& frame) {
+    Image3d<T> read;
+    detail::ReadWithinMemory(name.c_str(), [&] {
+        if (channel >= axes.channels || time >= axes.times)
+            detail::ThrowNoSuchFrame(name, channel, time, axes.channels, axes.times);
+        FillFrame(*frames->Open(channel, time), name.c_str(), nullptr, read);
+    });
+    frame = std::move(read);
+}
+
 #define KEP_INSTANTIATE(T)                                                                                             \
     template Image3d<T>::Image3d(const char*, const PixelBox*, bool, int, const Vector3d<float>*, const Resolution*);  \
     template void Image3d<T>::ReadImage(const char*, const PixelBox*, bool, int, const Vector3d<float>*,               \
-                                        const Resolution*);
+                                        const Resolution*);                                                            \
+    template void Image3d<T>::ReadFrame(const char*, std::size_t, std::size_t);                                        \
+    template KEP_EXPORT void FrameReader::ReadFrame(std::size_t, std::size_t, Image3d<T>&);
 KEP_FRAME_TYPES(KEP_INSTANTIATE)
 #undef KEP_INSTANTIATE
 

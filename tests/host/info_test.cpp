@@ -75,6 +75,65 @@ TEST(Info, LongDescriptionsAreCutBetweenCharactersInTextOnly) {
     EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["description"]["k"], text);
 }
 
+TEST(Info, ChannelsAndTimePointsAreCountedAndNamed) {
+    FileInfo file = Stack();
+    file.axes = kep::FileAxes{file.info, 2, 51, {{"DAPI", {}}, {"", {}}}, 1.5, {}};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("  size         512 x 400 x 30 voxels\n"
+                                              "  frames       2 channels (DAPI, 2), 51 time points every 1.5 s\n"
+                                              "  voxels       12-bit unsigned, shown as gray16\n"));
+    const json report = json::parse(InfoAsJson({file}));
+    EXPECT_EQ(report["files"][0]["channels"], 2);
+    EXPECT_EQ(report["files"][0]["times"], 51);
+    EXPECT_EQ(report["files"][0]["channelNames"], json({"DAPI", ""}));
+    EXPECT_EQ(report["files"][0]["frameInterval"], 1.5);
+    EXPECT_EQ(report["sequence"]["frames"], 51);
+    file.axes = kep::FileAxes{file.info, 5, 1, {}, {}, kep::AxisCounts{30, 5, 9}};
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("  frames       5 channels, 1 time point\n"));
+    EXPECT_EQ(json::parse(InfoAsJson({file}))["files"][0]["series"],
+              json({{"slices", 30}, {"channels", 5}, {"times", 9}}));
+    EXPECT_FALSE(json::parse(InfoAsJson({Stack()}))["files"][0].contains("channels"));
+}
+
+TEST(Info, WhatCannotBeShownSaysWhyNot) {
+    FileInfo file = Stack();
+    file.notShown = "The value 4294967295 at (0, 0, 0) does not fit into 32-bit integer.";
+    EXPECT_THAT(InfoAsText({file}), HasSubstr("12-bit unsigned, not shown: The value 4294967295 at (0, 0, 0) does not "
+                                              "fit into 32-bit integer.\n"));
+    const json report = json::parse(InfoAsJson({file}));
+    EXPECT_TRUE(report["files"][0]["shownAs"].is_null());
+    EXPECT_EQ(report["files"][0]["notShown"], file.notShown);
+}
+
+TEST(Info, JsonListsFilesThatCannotBeRead) {
+    FileInfo bad;
+    bad.name = "missing.tif";
+    bad.error = "There is no such file.";
+    const json report = json::parse(InfoAsJson({bad, Stack()}, {bad}));
+    EXPECT_EQ(report["files"][0], json({{"name", "missing.tif"}, {"error", "There is no such file."}}));
+    EXPECT_EQ(report["files"][1]["format"], "TIFF");
+    EXPECT_EQ(report["labels"][0], report["files"][0]);
+    EXPECT_EQ(report["sequence"]["frames"], 1);
+    EXPECT_EQ(report["sequence"]["alike"], false);
+    EXPECT_TRUE(json::parse(InfoAsJson({bad}))["sequence"].is_null());
+    EXPECT_EQ(InfoAsText({bad, Stack()}, {bad}), InfoAsText({Stack()}));
+}
+
+TEST(Info, FilesThatDifferAreBothNamed) {
+    FileInfo other = Stack();
+    other.name = "b.tif";
+    EXPECT_EQ(DifferenceOf("a.tif", Stack().info, other.info), "");
+    other.info.offset.z = 1;
+    EXPECT_EQ(DifferenceOf("a.tif", Stack().info, other.info), "Its offset differs from that of a.tif.");
+    other.info.resolution = {10, 10, 5};
+    EXPECT_EQ(DifferenceOf("a.tif", Stack().info, other.info), "Its voxel size differs from that of a.tif.");
+    other.info.size = {512, 400, 31};
+    EXPECT_EQ(DifferenceOf("a.tif", Stack().info, other.info),
+              "It has 512 x 400 x 31 voxels, and a.tif has 512 x 400 x 30.");
+    EXPECT_THAT(InfoAsText({Stack(), Stack(), other}),
+                HasSubstr("b.tif: It has 512 x 400 x 31 voxels, and folder/stack.tif has 512 x 400 x 30.\n"
+                          "The files differ in size, voxel size or offset and form no sequence.\n"));
+}
+
 FileInfo LabelStack(const LabelSummary& labels) {
     FileInfo file = Stack();
     file.name = "labels.tif";

@@ -107,14 +107,17 @@ TEST_F(Opening, BinaryFilesBecome0And255) {
 
 TEST_F(Opening, AMissingFileIsFoundBeforeAnyIsRead) {
     const std::string good = Write<unsigned char>("a.tif", 7), missing = folder / "b.tif";
-    EXPECT_EQ(FailureOf<unsigned char>(For({good, missing})), missing + ": Cannot open the file.");
+    EXPECT_EQ(FailureOf<unsigned char>(For({good, missing})), missing + ": There is no such file.");
 }
 
 TEST_F(Opening, AFileThatDoesNotBelongToTheSequenceIsNamed) {
     const std::string first = Write<unsigned char>("a.tif", 7, {1, 1, 1});
     const std::string second = Write<unsigned char>("b.tif", 7, {2, 2, 2});
     EXPECT_EQ(FailureOf<unsigned char>(For({first, second})),
-              second + ": The frame metadata differs from the sequence metadata!");
+              second + ": Its voxel size differs from that of " + first + ".");
+    const std::string third = Save(FrameOf<unsigned char>({1, 2}), folder / "c.tif");
+    EXPECT_EQ(FailureOf<unsigned char>(For({first, third})),
+              third + ": It has 2 x 1 x 1 voxels, and " + first + " has 3 x 2 x 2.");
 }
 
 TEST_F(Opening, TheResolutionIsSetOnlyWhereTheFileHasNone) {
@@ -164,7 +167,7 @@ TEST_F(Opening, LabelsThatDoNotBelongToTheImageAreRefused) {
     const std::string other = Write<unsigned char>("la.tif", 9, {1, 2, 4});
     EXPECT_EQ(failureOf(other), other + ": The labels differ from the image in size, voxel size or offset.");
     const std::string missing = folder / "missing.tif";
-    EXPECT_EQ(failureOf(missing), missing + ": Cannot open the file.");
+    EXPECT_EQ(failureOf(missing), missing + ": There is no such file.");
     EXPECT_THAT(failureOf(Write<int>("lb.tif", 65536, {1, 2, 3})), HasSubstr("65536"));
 }
 

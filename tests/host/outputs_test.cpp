@@ -53,6 +53,16 @@ protected:
     ScratchFolder folder;
 };
 
+TEST_F(Outputs, VoxelsOfSeveralFramesBesideTheirHeaderAreInputsToo) {
+    WriteBytes(folder / "times.ids", "vw");
+    WriteBytes(folder / "times.ics", "\t\nics_version\t1.0\nfilename\tx\nlayout\tparameters\t3\n"
+                                     "layout\torder\tbits\tx\tt\nlayout\tsizes\t8\t1\t2\n"
+                                     "representation\tformat\tinteger\nrepresentation\tsign\tunsigned\n");
+    fs::create_hard_link(folder / "times.ids", folder / "picture.png");
+    EXPECT_EQ(Refusal(folder / "picture.png", {folder / "times.ics"}),
+              Replaces(folder / "picture.png", folder / "times.ids"));
+}
+
 TEST_F(Outputs, ThePictureOfTheVolumeCountsToo) {
     Options options;
     options.screenshot = folder / "a.b.png";

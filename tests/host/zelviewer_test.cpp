@@ -81,7 +81,7 @@ TEST_F(ZelViewer, AMissingFileEndsWith1AndItsName) {
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.exitCode, 1);
         EXPECT_EQ(outcome.output, "");
-        EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": Cannot open the file.\n");
+        EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": There is no such file.\n");
     }
     EXPECT_FALSE(std::filesystem::exists(folder / "a.png"));
 }
@@ -132,7 +132,7 @@ TEST_F(ZelViewer, InfoCountsLabels) {
               json({{"connected", true}, {"count", 3}, {"smallest", 1}, {"largest", 2}, {"onBorder", 1}}));
     const Outcome missing = Run({"--info", "--labels", folder / "missing.tif"}, Display::None);
     EXPECT_EQ(missing.exitCode, 1);
-    EXPECT_THAT(missing.errors, HasSubstr("missing.tif: Cannot open the file."));
+    EXPECT_THAT(missing.errors, HasSubstr("missing.tif: There is no such file."));
 }
 
 TEST_F(ZelViewer, LabelsMustFitTheirImage) {
@@ -150,7 +150,11 @@ TEST_F(ZelViewer, InfoTellsOfTheOtherFilesToo) {
     const Outcome outcome = Run({"--info", missing, good});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_THAT(outcome.output, StartsWith(good + "\n"));
-    EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": Cannot open the file.\n");
+    EXPECT_EQ(outcome.errors, "zelviewer: " + missing + ": There is no such file.\n");
+    const Outcome listed = Run({"--info", "--json", missing, good});
+    EXPECT_EQ(listed.exitCode, 1);
+    EXPECT_EQ(json::parse(listed.output)["files"][0]["error"], "There is no such file.");
+    EXPECT_EQ(listed.errors, outcome.errors);
 }
 
 using Levels = std::function<int(int value)>;

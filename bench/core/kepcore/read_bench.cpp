@@ -4,7 +4,9 @@
 #include "bench/support/scratch_folder.h"
 
 #include <algorithm>
+#include <fstream>
 #include <functional>
+#include <sstream>
 #include <stdexcept>
 #include <tiffio.h>
 
@@ -58,6 +60,43 @@ void WriteOurTiff(const std::string& name, const SampleFrame& frame) {
     frame.SaveImage(name.c_str(), kep::FF_TIFF, true, nullptr);
 }
 
+/// A plain ICS file of so many time points. The last one is the frame, the others are holes.
+void WriteIcsTimes(const std::string& name, const SampleFrame& frame, std::size_t times) {
+    std::ostringstream header;
+    header << "\t\nics_version\t2.0\nfilename\ttimes\nlayout\tparameters\t5\nlayout\torder\tbits\tx\ty\tz\tt\n"
+           << "layout\tsizes\t16\t" << frame.size.x << "\t" << frame.size.y << "\t" << frame.size.z << "\t" << times
+           << "\nrepresentation\tformat\tinteger\nrepresentation\tsign\tunsigned\n"
+           << "representation\tcompression\tuncompressed\nrepresentation\tbyte_order\t1\t2\nend\n";
+    const std::size_t bytes = frame.GetNumVoxels() * sizeof(unsigned short);
+    std::ofstream file(name, std::ios::binary);
+    file << header.str();
+    file.seekp(static_cast<std::streamoff>((times - 1) * bytes), std::ios::cur);
+    file.write(reinterpret_cast<const char*>(frame.begin()), static_cast<std::streamsize>(bytes));
+    if (!file.flush())
+        throw std::runtime_error(name + " cannot be written");
+}
+
+/// One frame of a file with many; the yardstick reads as many bytes.
+void AddReadingOfAFrame() {
+    const auto prepare = [] {
+        constexpr std::size_t times = 64;
+        const auto sample = GetSampleFrame<unsigned short>();
+        const std::string name = GetScratchName("times.ics");
+        WriteIcsTimes(name, *sample, times);
+        const auto frame = std::make_shared<SampleFrame>();
+        frame->ReadFrame(name.c_str(), 0, times - 1);
+        if (!std::equal(sample->begin(), sample->end(), frame->begin(), frame->end()))
+            throw std::runtime_error(name + " does not read to what was written");
+        const auto buffer = std::make_shared<std::vector<unsigned short>>(MakeBuffer(*sample));
+        return Comparison{.work = [=] { frame->ReadFrame(name.c_str(), 0, times - 1); },
+                          .yardstick = [=] { ReadPlainBytes(name, *buffer); },
+                          .unit = "reads",
+                          .limit = 1.5,
+                          .bytes = buffer->size() * sizeof(unsigned short)};
+    };
+    AddComparison("read 1 frame of 64, ICS plain", prepare, 2.0);
+}
+
 [[maybe_unused]] const bool added = [] {
     const Write plainTiff = MakeTiffWriter(COMPRESSION_NONE, PREDICTOR_NONE);
     AddReading("read TIFF plain", "plain.tif", plainTiff, ReadPlainBytes, "reads", 1.5);
@@ -72,6 +111,7 @@ void WriteOurTiff(const std::string& name, const SampleFrame& frame) {
     AddReading("read ICS plain", "plain.ics", MakeIcsWriter(0), ReadPlainBytes, "reads", 1.2);
     AddReading("read ICS plain, new frame", "plain.ics", MakeIcsWriter(0), ReadPlainBytes, "reads", 1.2,
                Target::NewFrame);
+    AddReadingOfAFrame();
     AddReading("read ICS gzip", "gzip.ics", MakeIcsWriter(6), ReadIcsAlone, "libicses", 1.0);
     return true;
 }();

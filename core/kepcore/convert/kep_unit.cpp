@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <string>
 
 namespace kep::detail {
@@ -57,6 +58,19 @@ constexpr std::array<Unit, 34> units = {{
     {"in", 25400.0, KnownTo::Tiff},
 }};
 
+struct TimeUnit {
+    std::string_view name;
+    double seconds;
+};
+constexpr std::array<TimeUnit, 27> timeUnits = {{
+    {"s", 1.0},          {"sec", 1.0},        {"secs", 1.0},         {"second", 1.0},        {"seconds", 1.0},
+    {"ms", 1e-3},        {"msec", 1e-3},      {"millisecond", 1e-3}, {"milliseconds", 1e-3}, {"us", 1e-6},
+    {"\xC2\xB5s", 1e-6}, {"\xCE\xBCs", 1e-6}, {"\xB5s", 1e-6},       {"microsecond", 1e-6},  {"microseconds", 1e-6},
+    {"ns", 1e-9},        {"min", 60.0},       {"mins", 60.0},        {"minute", 60.0},       {"minutes", 60.0},
+    {"h", 3600.0},       {"hr", 3600.0},      {"hour", 3600.0},      {"hours", 3600.0},      {"d", 86400.0},
+    {"day", 86400.0},    {"days", 86400.0},
+}};
+
 } // namespace
 
 std::optional<double> FindMicrons(std::string_view unit, UnitNames names) {
@@ -65,6 +79,15 @@ std::optional<double> FindMicrons(std::string_view unit, UnitNames names) {
     const auto* const found = std::find_if(
         units.begin(), units.end(), [&](const Unit& known) { return known.name == name && known.knownTo != other; });
     return found == units.end() ? std::nullopt : std::optional<double>(found->microns);
+}
+
+std::optional<double> FindInterval(std::optional<double> number, std::string_view unit) {
+    const std::string name = ToLowerAscii(unit);
+    const auto* const found =
+        std::find_if(timeUnits.begin(), timeUnits.end(), [&](const TimeUnit& known) { return known.name == name; });
+    if (!number || found == timeUnits.end() || !std::isfinite(*number) || *number <= 0.0)
+        return std::nullopt;
+    return *number * found->seconds;
 }
 
 } // namespace kep::detail

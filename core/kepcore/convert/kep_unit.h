@@ -17,6 +17,11 @@ enum class UnitNames { Tiff, Ics };
 /// no length.
 std::optional<double> FindMicrons(std::string_view unit, UnitNames names);
 
+/// Seconds from one time point to the next.
+/// @param unit  of time, in letters of any size, e.g. "s", "msec", "Minutes"
+/// @return nothing for a number that no interval can be, and for a unit that is none of time
+std::optional<double> FindInterval(std::optional<double> number, std::string_view unit);
+
 /// Geometry can divide by it.
 /// @param resolution  pixels per micron on one axis
 inline bool IsGoodResolution(float resolution) {

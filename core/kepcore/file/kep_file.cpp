@@ -17,11 +17,26 @@ namespace {
 /// Enough for the magic number of a TIFF and the first two lines of an ICS header.
 constexpr std::size_t headBytes = 512;
 
+/// Calls the opener of the format that a file begins like.
+template <typename Opened>
+std::unique_ptr<Opened> OpenByContent(const char* fileName,
+                                      std::unique_ptr<Opened> (*openTiff)(std::unique_ptr<InputFile>),
+                                      std::unique_ptr<Opened> (*openIcs)(std::unique_ptr<InputFile>)) {
+    auto file = std::make_unique<InputFile>(fileName != nullptr ? fileName : "");
+    std::array<unsigned char, headBytes> head{};
+    const std::size_t bytes = file->ReadAt(0, head.data(), head.size());
+    if (LooksLikeTiff(head.data(), bytes))
+        return openTiff(std::move(file));
+    if (LooksLikeIcs(head.data(), bytes))
+        return openIcs(std::move(file));
+    ThrowCannotRead("", "", file->GetName(), " is not an ICS or TIFF image.");
+}
+
 } // namespace
 
 InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()) {
     if (!file.IsOpen())
-        ThrowCannotRead("Cannot open the file", " ", name, ".");
+        ThrowCannotOpen(name, file.GetError());
 }
 
 std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
@@ -77,14 +92,11 @@ void ReadInShares(std::size_t bytes, const std::function<void(std::size_t from, 
 }
 
 std::unique_ptr<FrameSource> OpenFrame(const char* fileName) {
-    auto file = std::make_unique<InputFile>(fileName != nullptr ? fileName : "");
-    std::array<unsigned char, headBytes> head{};
-    const std::size_t bytes = file->ReadAt(0, head.data(), head.size());
-    if (LooksLikeTiff(head.data(), bytes))
-        return OpenTiffFrame(std::move(file));
-    if (LooksLikeIcs(head.data(), bytes))
-        return OpenIcsFrame(std::move(file));
-    ThrowCannotRead("", "", file->GetName(), " is not an ICS or TIFF image.");
+    return OpenByContent(fileName, &OpenTiffFrame, &OpenIcsFrame);
+}
+
+std::unique_ptr<FrameSet> OpenFrames(const char* fileName) {
+    return OpenByContent(fileName, &OpenTiffFrames, &OpenIcsFrames);
 }
 
 } // namespace kep::detail

@@ -3,6 +3,7 @@
 // Private to the library: what the formats and the frames tell each other.
 
 #include "core/kepcore/file/kep_refusal.h"
+#include "core/kepcore/kep_fileaxes.h"
 #include "core/kepcore/kep_fileformat.h"
 #include "core/kepcore/kep_plainfile.h"
 #include "core/kepcore/kep_resolution.h"
@@ -14,6 +15,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -57,6 +59,9 @@ struct FrameHeader {
     }
 };
 
+/// What a header tells to the user.
+ImageInfo MakeImageInfo(const FrameHeader& header);
+
 /// A file that was found good so far: its header, and its voxels slice by slice.
 class FrameSource {
 public:
@@ -73,10 +78,38 @@ public:
     virtual void ReadSlices(std::size_t count, std::byte* to) = 0;
 };
 
+/// A file's channels and time points.
+struct FrameAxes {
+    std::size_t channels = 1;
+    std::size_t times = 1;
+    std::vector<ChannelInfo> channelInfos; ///< of the first channels; may be fewer than there are
+    std::optional<double> frameInterval;   ///< seconds
+    std::optional<AxisCounts> series;      ///< as in FileAxes
+};
+
+/// A file that was found good so far, with the frames that it holds. A channel of it has one component, or three of a
+/// colour.
+class FrameSet {
+public:
+    FrameSet() = default;
+    FrameSet(const FrameSet&) = delete;
+    FrameSet& operator=(const FrameSet&) = delete;
+    virtual ~FrameSet() = default;
+
+    /// Of each frame.
+    virtual const FrameHeader& GetHeader() const = 0;
+    virtual const FrameAxes& GetAxes() const = 0;
+
+    /// The frame of a channel at a time point, both of which exist. The source must not outlive this. One source at a
+    /// time is used.
+    /// @throws IOException the frame is not all in the file
+    virtual std::unique_ptr<FrameSource> Open(std::size_t channel, std::size_t time) = 0;
+};
+
 /// A plain file with its name, for messages.
 class InputFile {
 public:
-    /// @throws IOException "ReadImage(): Cannot open the file '<name>'."
+    /// @throws IOException there is no such file, it is a folder or no plain file, there is no permission
     explicit InputFile(std::string fileName);
 
     const std::string& GetName() const { return name; }
@@ -107,9 +140,13 @@ bool LooksLikeTiff(const unsigned char* head, std::size_t bytes);
 bool LooksLikeIcs(const unsigned char* head, std::size_t bytes);
 std::unique_ptr<FrameSource> OpenTiffFrame(std::unique_ptr<InputFile> file);
 std::unique_ptr<FrameSource> OpenIcsFrame(std::unique_ptr<InputFile> file);
+std::unique_ptr<FrameSet> OpenTiffFrames(std::unique_ptr<InputFile> file);
+std::unique_ptr<FrameSet> OpenIcsFrames(std::unique_ptr<InputFile> file);
 
-/// Opens a file by its content.
+/// Opens a file by its content, as the one frame that it must hold.
 std::unique_ptr<FrameSource> OpenFrame(const char* fileName);
+/// Opens a file by its content, as the frames that it holds.
+std::unique_ptr<FrameSet> OpenFrames(const char* fileName);
 
 /// What a writer gets: the header's size, sample, components, resolution, offset and description, and the voxels,
 /// components together, in the machine's byte order.

@@ -32,8 +32,16 @@ FileSentence MakeFileSentence(std::string_view operation, std::string_view befor
 [[noreturn]] void ThrowDamaged(const std::string& fileName, const std::string& what);
 /// @param type  what its voxels are
 [[noreturn]] void ThrowNotSupported(const std::string& fileName, const std::string& type);
+/// A file that can't be opened.
+/// @param error  an errno; EISDIR for a folder, EINVAL for what else is no plain file
+[[noreturn]] void ThrowCannotOpen(const std::string& fileName, int error);
 /// A number of channels that a frame can't have.
 [[noreturn]] void ThrowChannels(const std::string& fileName, std::size_t channels);
+/// More than one frame: several channels, several time points, or both.
+[[noreturn]] void ThrowManyFrames(const std::string& fileName, std::size_t channels, std::size_t times);
+/// A frame that is asked for and not there. Counted from 0.
+[[noreturn]] void ThrowNoSuchFrame(const std::string& fileName, std::size_t channel, std::size_t time,
+                                   std::size_t channels, std::size_t times);
 /// @param what  of which the file holds several, in the plural
 [[noreturn]] void ThrowNotOneFrame(const std::string& fileName, std::size_t count, std::string_view what);
 [[noreturn]] void ThrowCannotWrite(const std::string& fileName, const std::string& reason);

@@ -34,7 +34,7 @@ constexpr std::uint64_t mostFromCompress = 2600;
 /// Voxels as they are in memory, but for the order of their bytes.
 class PlainData final : public IcsData {
 public:
-    PlainData(std::unique_ptr<InputFile> from, std::uint64_t at) : file(std::move(from)), start(at) {}
+    PlainData(std::shared_ptr<const InputFile> from, std::uint64_t at) : file(std::move(from)), start(at) {}
 
     void Read(std::byte* to, std::size_t bytes) override {
         ReadInShares(bytes, [&](std::size_t from, std::size_t until) {
@@ -51,7 +51,7 @@ public:
     }
 
 private:
-    std::unique_ptr<InputFile> file;
+    std::shared_ptr<const InputFile> file;
     std::uint64_t start;
     std::uint64_t place = 0;
 };
@@ -91,7 +91,7 @@ private:
 /// One gzip stream, or several one behind the other, which together are the voxels.
 class GzipData final : public IcsData {
 public:
-    GzipData(std::unique_ptr<InputFile> from, std::uint64_t start) : file(std::move(from)), at(start) {
+    GzipData(std::shared_ptr<const InputFile> from, std::uint64_t start) : file(std::move(from)), at(start) {
         constexpr int gzipOnly = 15 + 16; // the largest window, and the format
         if (inflateInit2(&stream, gzipOnly) != Z_OK)
             throw std::bad_alloc();
@@ -193,7 +193,7 @@ private:
 
     static constexpr std::size_t trailerBytes = 8;
 
-    std::unique_ptr<InputFile> file;
+    std::shared_ptr<const InputFile> file;
     std::uint64_t at;
     std::vector<Bytef> buffer = std::vector<Bytef>(trailerBytes + packedChunk);
     z_stream stream{};
@@ -204,7 +204,7 @@ private:
 /// Data of the old program "compress", which have no checksum.
 class CompressData final : public IcsData {
 public:
-    CompressData(std::unique_ptr<InputFile> from, std::uint64_t start)
+    CompressData(std::shared_ptr<const InputFile> from, std::uint64_t start)
         : file(std::move(from)), at(start), reader(archive_read_new()) {
         if (!reader)
             throw std::bad_alloc();
@@ -269,7 +269,7 @@ private:
         }
     }
 
-    std::unique_ptr<InputFile> file;
+    std::shared_ptr<const InputFile> file;
     std::uint64_t at;
     std::vector<char> buffer = std::vector<char>(packedChunk);
     std::exception_ptr failure;
@@ -282,8 +282,8 @@ bool IcsData::MoveTo(std::uint64_t) {
     return false;
 }
 
-std::unique_ptr<IcsData> OpenIcsData(std::unique_ptr<InputFile> file, IcsCompression compression, std::uint64_t at,
-                                     std::uint64_t bytes) {
+std::unique_ptr<IcsData> OpenIcsData(std::shared_ptr<const InputFile> file, IcsCompression compression,
+                                     std::uint64_t at, std::uint64_t bytes) {
     const std::uint64_t there = file->GetLength() > at ? file->GetLength() - at : 0;
     const std::uint64_t most = compression == IcsCompression::None   ? 1
                                : compression == IcsCompression::Gzip ? mostFromGzip

@@ -31,7 +31,7 @@ public:
 /// @param at     place in the file where they begin
 /// @param bytes  of all voxels, unpacked
 /// @throws IOException damaged file
-std::unique_ptr<IcsData> OpenIcsData(std::unique_ptr<InputFile> file, IcsCompression compression, std::uint64_t at,
-                                     std::uint64_t bytes);
+std::unique_ptr<IcsData> OpenIcsData(std::shared_ptr<const InputFile> file, IcsCompression compression,
+                                     std::uint64_t at, std::uint64_t bytes);
 
 } // namespace kep::detail

@@ -8,17 +8,6 @@ namespace kep::detail {
 
 namespace {
 
-/// Copies one slice so that x is fastest and the components of a voxel lie together.
-void GatherSlice(const std::byte* from, const IcsStrides& strides, const FrameHeader& frame, std::byte* to) {
-    const auto components = static_cast<std::size_t>(frame.components);
-    const std::size_t sampleBytes = frame.sample.GetSampleBytes();
-    for (std::size_t y = 0; y < frame.size.y; ++y) {
-        for (std::size_t c = 0; c < components; ++c)
-            CopyApart(sampleBytes, from + (y * strides.y + c * strides.colour) * sampleBytes, strides.x, frame.size.x,
-                      to + (y * frame.size.x * components + c) * sampleBytes, components);
-    }
-}
-
 class IcsFrame final : public FrameSource {
 public:
     IcsFrame(FrameHeader frame, const IcsStrides& fileStrides, const IcsByteOrder& order,
@@ -123,6 +112,16 @@ private:
 };
 
 } // namespace
+
+void GatherSlice(const std::byte* from, const IcsStrides& strides, const FrameHeader& frame, std::byte* to) {
+    const auto components = static_cast<std::size_t>(frame.components);
+    const std::size_t sampleBytes = frame.sample.GetSampleBytes();
+    for (std::size_t y = 0; y < frame.size.y; ++y) {
+        for (std::size_t c = 0; c < components; ++c)
+            CopyApart(sampleBytes, from + (y * strides.y + c * strides.colour) * sampleBytes, strides.x, frame.size.x,
+                      to + (y * frame.size.x * components + c) * sampleBytes, components);
+    }
+}
 
 std::unique_ptr<FrameSource> MakeIcsFrame(FrameHeader&& header, const IcsStrides& strides, const IcsByteOrder& order,
                                           std::unique_ptr<IcsData> data) {

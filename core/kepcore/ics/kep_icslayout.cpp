@@ -23,44 +23,57 @@ SampleType GetIcsSampleType(const IcsHeader& header, const std::string& fileName
     return {NumberKind::ComplexFloat, bytes / 2};
 }
 
-IcsStrides TakeIcsLayout(const IcsHeader& header, const std::string& fileName, FrameHeader& frame) {
-    IcsStrides strides;
-    std::uint64_t step = 1; // in samples
-    std::uint64_t channels = 1;
+std::uint64_t IcsLayout::FindFrame(std::uint64_t channel, std::uint64_t time) const {
+    std::uint64_t sample = time * timeStride;
+    for (const Axis& axis : channelAxes) {
+        sample += channel % axis.size * axis.stride;
+        channel /= axis.size;
+    }
+    return sample;
+}
+
+IcsLayout FindIcsLayout(const IcsHeader& header, const std::string& fileName, FrameHeader& frame) {
+    IcsLayout layout;
     frame.size = {1, 1, 1};
     for (const IcsAxis& axis : header.axes) {
+        const std::uint64_t step = layout.samples;
         if (axis.name == "x") {
             frame.size.x = axis.size;
-            strides.x = step;
+            layout.strides.x = step;
         } else if (axis.name == "y") {
             frame.size.y = axis.size;
-            strides.y = step;
+            layout.strides.y = step;
         } else if (axis.name == "z") {
             frame.size.z = axis.size;
-            strides.z = step;
+            layout.strides.z = step;
         } else if (axis.name == "t") {
-            if (axis.size != 1)
-                ThrowNotOneFrame(fileName, axis.size, "time points");
+            layout.times = axis.size;
+            layout.timeStride = step;
         } else if (axis.size != 1) {
-            strides.colour = step;
-            const auto more = Multiply({channels, axis.size});
+            layout.strides.colour = step;
+            layout.channelAxes.push_back({axis.size, step});
+            const auto more = Multiply({layout.channels, axis.size});
             if (!more)
                 ThrowDamaged(fileName, "its header promises too many channels");
-            channels = *more;
+            layout.channels = *more;
         }
         const auto next = Multiply({step, axis.size});
         if (!next || *next > mostVoxelBytes)
             ThrowDamaged(fileName, "its header promises too many voxels");
-        step = *next;
+        layout.samples = *next;
     }
-    if (channels != 1 && channels != 3)
-        ThrowChannels(fileName, channels);
-    frame.components = static_cast<int>(channels);
-    if (step * frame.sample.GetSampleBytes() > mostVoxelBytes)
+    if (layout.samples * frame.sample.GetSampleBytes() > mostVoxelBytes)
         ThrowDamaged(fileName, "its header promises too many voxels");
+    return layout;
+}
+
+IcsStrides TakeIcsLayout(const IcsLayout& layout, const std::string& fileName, FrameHeader& frame) {
+    if (layout.times != 1 || (layout.channels != 1 && layout.channels != 3))
+        ThrowManyFrames(fileName, layout.channels, layout.times);
+    frame.components = static_cast<int>(layout.channels);
     if (frame.components == 3 && frame.sample.IsComplex())
         ThrowNotSupported(fileName, "colour of complex numbers");
-    return strides;
+    return layout.strides;
 }
 
 } // namespace kep::detail

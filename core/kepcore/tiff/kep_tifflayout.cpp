@@ -1,6 +1,7 @@
 #include "core/kepcore/tiff/kep_tifflayout.h"
 
 #include "core/kepcore/frame/kep_extent.h"
+#include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/tiff/kep_tifflimits.h"
 
 #include <algorithm>
@@ -14,7 +15,8 @@ namespace kep::detail {
 
 namespace {
 
-constexpr std::uint64_t maxSamples = 4;
+constexpr std::uint64_t maxSamples = 4; ///< of a colour
+constexpr std::uint64_t maxChannels = 0xFFFF;
 constexpr std::uint64_t maxBlocks = std::uint64_t{1} << 24U;
 
 struct Packing {
@@ -76,6 +78,23 @@ unsigned ReadOfSamples(const TiffValues& values, const TiffDirectory& directory,
     if (std::adjacent_find(numbers.begin(), numbers.end(), std::not_equal_to<>()) != numbers.end())
         ThrowNotSupported(values.GetFile().GetName(), "samples of different " + std::string(name));
     return static_cast<unsigned>(std::min<std::uint64_t>(numbers.front(), 0xFFFF));
+}
+
+/// The samples of a gray picture up to the first one that is known to be something else, such as alpha.
+unsigned CountChannels(const TiffValues& values, const TiffDirectory& directory, const TiffLayout& layout) {
+    constexpr std::uint64_t unspecified = 0;
+    unsigned channels = layout.samples - layout.extraSamples;
+    if (layout.extraSamples == 0)
+        return channels;
+    try {
+        for (const std::uint64_t kind : values.ReadNumbers(directory.Find(tagExtraSamples), layout.extraSamples)) {
+            if (kind != unspecified)
+                break;
+            ++channels;
+        }
+    } catch (const IOException&) { // the picture does not depend on a damaged tag
+    }
+    return channels;
 }
 
 /// Width and height of tiles, or rows of strips.
@@ -162,6 +181,13 @@ SampleType GetSampleType(const TiffLayout& layout, const std::string& fileName) 
 
 } // namespace
 
+TiffLayout TiffLayout::WithAllChannels() const {
+    TiffLayout layout = *this;
+    if (channels > 1)
+        layout.extraSamples = samples - channels;
+    return layout;
+}
+
 bool TiffLayout::HasSamePicture(const TiffLayout& other) const {
     return width == other.width && height == other.height && bits == other.bits && samples == other.samples &&
            extraSamples == other.extraSamples && format == other.format && photometric == other.photometric;
@@ -220,7 +246,7 @@ TiffLayout ReadTiffLayout(const TiffValues& values, const TiffDirectory& directo
     layout.width = ReadSize(values, directory, tagWidth, "width");
     layout.height = ReadSize(values, directory, tagHeight, "height");
     const std::uint64_t samples = values.ReadNumber(directory.Find(tagSamples), 1);
-    if (samples == 0 || samples > maxSamples)
+    if (samples == 0 || samples > maxChannels)
         ThrowNotSupported(name, std::to_string(samples) + " samples a pixel");
     layout.samples = static_cast<unsigned>(samples);
     layout.bits = ReadOfSamples(values, directory, tagBits, layout.samples, 1, "sizes");
@@ -237,7 +263,12 @@ TiffLayout ReadTiffLayout(const TiffValues& values, const TiffDirectory& directo
         layout.extraSamples = layout.samples - 3;
     } else if (layout.photometric == meansPalette) {
         layout.extraSamples = layout.samples - 1;
+    } else {
+        layout.channels = CountChannels(values, directory, layout);
     }
+    const bool isTooMuch = layout.samples > maxSamples && (layout.channels == 1 || layout.compression == packedJpeg);
+    if (isTooMuch)
+        ThrowNotSupported(name, std::to_string(samples) + " samples a pixel");
     layout.planesApart = layout.samples > 1 && values.ReadNumber(directory.Find(tagPlanar), 1) == 2;
     layout.bitsReversed = values.ReadNumber(directory.Find(tagFillOrder), 1) == 2;
     if (packing->predicts)
@@ -264,8 +295,6 @@ TiffVoxels GetTiffVoxels(const TiffLayout& layout, const std::string& fileName) 
     case meansMask:
         voxels.components = static_cast<int>(layout.samples - layout.extraSamples);
         voxels.areChannels = voxels.components > 1;
-        if (voxels.components != 1 && voxels.components != 3)
-            ThrowChannels(fileName, layout.samples - layout.extraSamples);
         break;
     case meansYCbCr:
         if (layout.compression != packedJpeg)
@@ -285,7 +314,7 @@ TiffVoxels GetTiffVoxels(const TiffLayout& layout, const std::string& fileName) 
     voxels.sample = GetSampleType(layout, fileName);
     if (layout.photometric == meansPalette && voxels.sample.kind != NumberKind::Unsigned)
         ThrowNotSupported(fileName, GetFormatName(layout.format) + " palette");
-    if (voxels.components == 3 && voxels.sample.IsComplex())
+    if (voxels.components == 3 && !voxels.areChannels && voxels.sample.IsComplex())
         ThrowNotSupported(fileName, "colour of complex numbers");
     return voxels;
 }

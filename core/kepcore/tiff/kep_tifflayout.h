@@ -43,7 +43,10 @@ struct TiffLayout {
     unsigned bits = 1;         ///< of a sample
     unsigned samples = 1;      ///< of a pixel
     unsigned extraSamples = 0; ///< those of them that are no part of the picture: alpha and the like
-    unsigned format = 1;       ///< 1 unsigned, 2 signed, 3 float, 4 unknown, 5 complex of integers, 6 complex of floats
+    /// Samples that channels are: the picture's, and of a gray picture the extra ones without a meaning too. A colour
+    /// counts as one.
+    unsigned channels = 1;
+    unsigned format = 1; ///< 1 unsigned, 2 signed, 3 float, 4 unknown, 5 complex of integers, 6 complex of floats
     unsigned compression = packedPlain;
     unsigned predictor = predictsNothing; ///< where the compression knows one
     bool faxIsMixed = false;              ///< group 3: rows are runs or differences
@@ -55,6 +58,9 @@ struct TiffLayout {
     std::uint32_t blockHeight = 0; ///< of all strips but the last, which ends with the page; of all tiles
 
     friend bool operator==(const TiffLayout&, const TiffLayout&) = default;
+
+    /// The same page with all its channels as parts of the picture.
+    TiffLayout WithAllChannels() const;
 
     /// Pages with the same kind of picture can be slices of one frame, however they are packed.
     bool HasSamePicture(const TiffLayout& other) const;
@@ -92,11 +98,11 @@ bool IsReducedPage(const TiffValues& values, const TiffDirectory& directory);
 /// What voxels a layout makes.
 struct TiffVoxels {
     SampleType sample;
-    int components = 1;
-    bool areChannels = false; ///< the three components are samples without a meaning of their own
+    int components = 1;       ///< 3 for a colour; else as many as the picture has samples
+    bool areChannels = false; ///< several components, which are samples without a meaning of their own
 };
 
-/// @throws IOException for kinds of voxels and for numbers of channels that a frame can't have
+/// @throws IOException for kinds of voxels that are not read
 TiffVoxels GetTiffVoxels(const TiffLayout& layout, const std::string& fileName);
 
 /// Some ways to pack are for some samples only.

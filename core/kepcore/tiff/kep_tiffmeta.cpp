@@ -35,6 +35,8 @@ void TakeCount(std::string_view value, std::size_t& count) {
 void ParseImageJ(const std::string& text, TiffDescription& description) {
     description.style = DescriptionStyle::ImageJ;
     std::size_t images = 0;
+    std::optional<double> interval;
+    std::string intervalUnit = "s";
     ForEachLine(text, [&](std::string_view line) {
         const std::size_t equals = line.find('=');
         if (equals == std::string_view::npos)
@@ -53,6 +55,10 @@ void ParseImageJ(const std::string& text, TiffDescription& description) {
             description.unit = std::string(value);
         else if (key == "spacing")
             description.spacing = ParseNumber<double>(value);
+        else if (key == "finterval")
+            interval = ParseNumber<double>(value);
+        else if (key == "tunit")
+            intervalUnit = std::string(value);
         else if (key == "xorigin")
             description.origin[0] = ParseNumber<double>(value);
         else if (key == "yorigin")
@@ -60,6 +66,7 @@ void ParseImageJ(const std::string& text, TiffDescription& description) {
         else if (key == "zorigin")
             description.origin[2] = ParseNumber<double>(value);
     });
+    description.frameInterval = FindInterval(interval, intervalUnit);
     // A plain stack names its images only. Where more is named, the product may be wrong by an edit; slices count.
     if (description.slices == 0 && description.times == 1 && images % description.channels == 0)
         description.slices = images / description.channels;

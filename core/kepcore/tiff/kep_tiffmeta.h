@@ -3,6 +3,7 @@
 // Private to the library: what the words of a TIFF file say of its voxels' size and place and of the order of its
 // pages. Functions of texts and numbers, without a file.
 
+#include "core/kepcore/kep_fileaxes.h"
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_vector.h"
 
@@ -12,11 +13,20 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kep::detail {
 
 /// How a description is written.
 enum class DescriptionStyle { Free, ImageJ, Ome };
+
+/// Where a slice lies, by numbers of the whole series from 0.
+struct TiffPlane {
+    std::size_t slice = 0;
+    std::size_t channel = 0;
+    std::size_t time = 0;
+    std::size_t directory = 0; ///< by its number among all of the file
+};
 
 /// What a description says of the file's pages and voxels. Numbers of pages concern this file alone, also where the
 /// description covers a series of files.
@@ -26,7 +36,13 @@ struct TiffDescription {
     std::size_t slices = 0;   ///< 0: not said
     std::size_t channels = 1; ///< colour components that lie together in a pixel count as one
     std::size_t times = 1;
-    bool channelsTogether = true; ///< the channels of a slice follow each other; else the slices of a channel do
+    bool channelsTogether = true;     ///< the channels of a slice follow each other; else the slices of a channel do
+    std::string order = "CZT";        ///< in which pages run along the axes, the fastest first
+    std::vector<TiffPlane> planes;    ///< of this file; empty: as `order` has them
+    bool planesElsewhere = false;     ///< all are said to lie in other files
+    std::optional<AxisCounts> series; ///< of all files together, where this one holds only some of the planes
+    std::vector<ChannelInfo> channelInfos; ///< of this file's channels, as far as they are told
+    std::optional<double> frameInterval;   ///< seconds
 
     std::optional<std::string> unit;             ///< of resolution and spacing, as written
     std::optional<double> spacing;               ///< of slices, in that unit

@@ -2,13 +2,16 @@
 
 #include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_text.h"
+#include "core/kepcore/convert/kep_unit.h"
 #include "core/kepcore/tiff/kep_tifflimits.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <pugixml.hpp>
 #include <set>
 #include <string_view>
 #include <utility>
+#include <vector>
 
 namespace kep::detail {
 
@@ -29,43 +32,45 @@ std::size_t GetCount(const pugi::xml_node& node, const char* name, std::size_t a
     return ParseNumber<std::size_t>(TrimBlanks(node.attribute(name).as_string())).value_or(absent);
 }
 
-/// Numbers along z, c and t.
-struct Axes {
-    std::size_t z = 1;
-    std::size_t c = 1;
-    std::size_t t = 1;
-
-    std::size_t& Get(char letter) { return letter == 'Z' ? z : letter == 'C' ? c : t; }
-};
-
 /// Which of the planes that OME-XML describes lie in this file.
-class PlaneCounter {
+class PlaneList {
 public:
-    PlaneCounter(const Axes& extents, std::string axisOrder) : sizes(extents), order(std::move(axisOrder)) {}
+    PlaneList(const AxisCounts& extents, std::string axisOrder) : sizes(extents), order(std::move(axisOrder)) {}
 
-    /// A run of planes from one on, in the order of the dimensions. More than a file may have pages are not counted
-    /// out.
-    void Add(Axes at, std::size_t run) {
-        for (std::size_t i = 0; i < run && counted < mostTiffPages; ++i, ++counted) {
-            if (at.z >= sizes.z || at.c >= sizes.c || at.t >= sizes.t)
+    /// A run of planes in pages from one on, in the order of the dimensions. More than a file may have pages are not
+    /// counted out.
+    void Add(TiffPlane plane, std::size_t run) {
+        plane.directory = std::min(plane.directory, mostTiffPages); // a page that no file has
+        for (std::size_t i = 0; i < run && planes.size() < mostTiffPages; ++i, ++plane.directory) {
+            if (plane.slice >= sizes.slices || plane.channel >= sizes.channels || plane.time >= sizes.times)
                 return;
-            slices.insert(at.z);
-            channels.insert(at.c);
-            times.insert(at.t);
+            planes.push_back(plane);
+            slices.insert(plane.slice);
+            channels.insert(plane.channel);
+            times.insert(plane.time);
             for (const char letter : order) {
-                if (++at.Get(letter) < sizes.Get(letter) || letter == order.back())
+                auto [number, size] = GetAxis(plane, letter);
+                if (++number < size || letter == order.back())
                     break;
-                at.Get(letter) = 0;
+                number = 0;
             }
         }
     }
-    bool IsEmpty() const { return counted == 0; }
-    Axes GetSizes() const { return {slices.size(), channels.size(), times.size()}; }
+    bool IsEmpty() const { return planes.empty(); }
+    AxisCounts GetSizes() const { return {slices.size(), channels.size(), times.size()}; }
+    const std::set<std::size_t>& GetChannels() const { return channels; }
+    std::vector<TiffPlane> TakePlanes() { return std::move(planes); }
 
 private:
-    Axes sizes;
+    std::pair<std::size_t&, std::size_t> GetAxis(TiffPlane& plane, char letter) const {
+        return letter == 'Z'   ? std::pair<std::size_t&, std::size_t>(plane.slice, sizes.slices)
+               : letter == 'C' ? std::pair<std::size_t&, std::size_t>(plane.channel, sizes.channels)
+                               : std::pair<std::size_t&, std::size_t>(plane.time, sizes.times);
+    }
+
+    AxisCounts sizes;
     std::string order; ///< of Z, C and T, the fastest first
-    std::size_t counted = 0;
+    std::vector<TiffPlane> planes;
     std::set<std::size_t> slices;
     std::set<std::size_t> channels;
     std::set<std::size_t> times;
@@ -101,21 +106,51 @@ std::optional<double> GetMicrons(const pugi::xml_node& pixels, const char* size,
     return *number * *microns;
 }
 
-/// How many slices, channels and times of an image's planes lie in this file.
+/// The planes of an image that lie in this file.
 struct PlanesHere {
-    Axes sizes;
+    AxisCounts sizes;
+    AxisCounts all;               ///< of the image, in whichever files it lies
+    std::vector<TiffPlane> where; ///< empty: in the order of the dimensions
+    std::vector<ChannelInfo> channels;
     bool isAny = true; ///< false: all planes are said to lie in other files
 };
 
+/// A channel as its element tells it. The colour is a signed number of 32 bits: red, green, blue and alpha.
+ChannelInfo DescribeChannel(const pugi::xml_node& channel) {
+    ChannelInfo info;
+    info.name = TrimBlanks(channel.attribute("Name").as_string());
+    if (const auto colour = ParseNumber<std::int32_t>(TrimBlanks(channel.attribute("Color").as_string()))) {
+        const auto bits = static_cast<std::uint32_t>(*colour);
+        const auto byte = [bits](unsigned shift) { return static_cast<unsigned char>(bits >> shift & 0xFFU); };
+        info.colour = RGB_generic<unsigned char>(byte(24), byte(16), byte(8));
+    }
+    return info;
+}
+
+/// The channels of an image, or those of them that lie in this file.
+/// @param here  their numbers; none: all
+std::vector<ChannelInfo> DescribeChannels(const pugi::xml_node& pixels, const std::set<std::size_t>& here) {
+    std::vector<ChannelInfo> channels;
+    std::size_t number = 0;
+    for (const pugi::xml_node& child : pixels.children()) {
+        if (GetLocalName(child) != "Channel")
+            continue;
+        if (here.empty() || here.contains(number))
+            channels.push_back(DescribeChannel(child));
+        ++number;
+    }
+    return channels;
+}
+
 PlanesHere CountPlanes(const pugi::xml_node& pixels, std::string_view ownId, const std::string& fileName) {
-    Axes sizes;
-    sizes.z = std::max<std::size_t>(GetCount(pixels, "SizeZ", 1), 1);
-    sizes.t = std::max<std::size_t>(GetCount(pixels, "SizeT", 1), 1);
+    AxisCounts sizes;
+    sizes.slices = std::max<std::size_t>(GetCount(pixels, "SizeZ", 1), 1);
+    sizes.times = std::max<std::size_t>(GetCount(pixels, "SizeT", 1), 1);
     // Components of a colour lie together in one plane, and count one by one in SizeC.
     const std::size_t together = std::max<std::size_t>(GetCount(FindChild(pixels, "Channel"), "SamplesPerPixel", 1), 1);
-    sizes.c = std::max<std::size_t>(GetCount(pixels, "SizeC", 1) / together, 1);
+    sizes.channels = std::max<std::size_t>(GetCount(pixels, "SizeC", 1) / together, 1);
 
-    PlaneCounter counter(sizes, GetAxisOrder(pixels));
+    PlaneList planes(sizes, GetAxisOrder(pixels));
     bool isSaid = false;
     for (const pugi::xml_node& child : pixels.children()) {
         if (GetLocalName(child) != "TiffData")
@@ -124,12 +159,14 @@ PlanesHere CountPlanes(const pugi::xml_node& pixels, std::string_view ownId, con
         if (!IsInThisFile(child, ownId, fileName))
             continue;
         const std::size_t run = child.attribute("IFD") ? 1 : mostTiffPages;
-        counter.Add({GetCount(child, "FirstZ", 0), GetCount(child, "FirstC", 0), GetCount(child, "FirstT", 0)},
-                    GetCount(child, "PlaneCount", run));
+        planes.Add({GetCount(child, "FirstZ", 0), GetCount(child, "FirstC", 0), GetCount(child, "FirstT", 0),
+                    GetCount(child, "IFD", 0)},
+                   GetCount(child, "PlaneCount", run));
     }
-    if (counter.IsEmpty())
-        return {sizes, !isSaid};
-    return {counter.GetSizes(), true};
+    std::vector<ChannelInfo> channels = DescribeChannels(pixels, planes.GetChannels());
+    if (planes.IsEmpty())
+        return {sizes, sizes, {}, std::move(channels), !isSaid};
+    return {planes.GetSizes(), sizes, planes.TakePlanes(), std::move(channels), true};
 }
 
 } // namespace
@@ -151,16 +188,23 @@ void ParseOme(const std::string& text, const std::string& fileName, TiffDescript
         const pugi::xml_node pixels = FindChild(image, "Pixels");
         if (GetLocalName(image) != "Image" || !pixels)
             continue;
-        const PlanesHere planes = CountPlanes(pixels, ownId, fileName);
+        PlanesHere planes = CountPlanes(pixels, ownId, fileName);
         const bool isFirst = planes.isAny ? images++ == 0 : description.style != DescriptionStyle::Ome;
         if (!isFirst)
             continue;
         description.style = DescriptionStyle::Ome;
-        description.slices = planes.sizes.z;
-        description.channels = planes.sizes.c;
-        description.times = planes.sizes.t;
-        const std::string order = GetAxisOrder(pixels);
-        description.channelsTogether = order.find('C') < order.find('Z');
+        description.slices = planes.sizes.slices;
+        description.channels = planes.sizes.channels;
+        description.times = planes.sizes.times;
+        description.order = GetAxisOrder(pixels);
+        description.channelsTogether = description.order.find('C') < description.order.find('Z');
+        description.planes = std::move(planes.where);
+        description.planesElsewhere = !planes.isAny;
+        description.series = planes.sizes == planes.all ? std::nullopt : std::optional<AxisCounts>(planes.all);
+        description.channelInfos = std::move(planes.channels);
+        description.frameInterval =
+            FindInterval(ParseNumber<double>(TrimBlanks(pixels.attribute("TimeIncrement").as_string())),
+                         TrimBlanks(pixels.attribute("TimeIncrementUnit").as_string("s")));
         description.pixelSize = {GetMicrons(pixels, "PhysicalSizeX", "PhysicalSizeXUnit"),
                                  GetMicrons(pixels, "PhysicalSizeY", "PhysicalSizeYUnit"),
                                  GetMicrons(pixels, "PhysicalSizeZ", "PhysicalSizeZUnit")};

@@ -1,8 +1,5 @@
 #include "core/kepcore/tiff/kep_tiffpages.h"
 
-#include "core/kepcore/frame/kep_extent.h"
-#include "core/kepcore/tiff/kep_tiffmeta.h"
-
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -21,11 +18,6 @@ bool HasSamePalette(const TiffValues& values, const TiffEntry& a, const TiffEntr
         return false;
     const bool isSamePlace = !a.isInline && a.at == b.at;
     return !a.IsThere() || isSamePlace || values.ReadNumbers(a, a.count) == values.ReadNumbers(b, b.count);
-}
-
-/// Directories of smaller copies, of a camera, of a place on earth, of devices.
-bool IsDirectoryTag(std::uint16_t tag) {
-    return tag == 330 || tag == 34665 || tag == 34853 || tag == 40965;
 }
 
 void AddPage(const TiffValues& values, const TiffDirectory& directory, std::size_t number, TiffPages& found) {
@@ -77,47 +69,6 @@ void CheckPromise(const TiffValues& values, const TiffPages& found) {
     }
 }
 
-/// Position of the first page's voxels, if those of all pages follow each other without a gap.
-bool FindOneBlock(const TiffValues& values, const TiffPages& found, std::uint64_t& at) {
-    std::uint64_t expected = 0;
-    for (std::size_t i = 0; i < found.pages.size(); ++i) {
-        if (!found.layouts[found.pages[i].layout].IsPlain())
-            return false;
-        for (const TiffBlock& strip : FindBlocks(values, found, i)) {
-            if (expected == 0)
-                at = expected = strip.at;
-            if (strip.at != expected)
-                return false;
-            expected += strip.bytes;
-        }
-    }
-    return true;
-}
-
-/// Whether the file has something else than voxels in a stretch of it: its header, a directory or one that a directory
-/// names, or values of any tag.
-bool HoldsOthers(const TiffValues& values, const TiffStretch& stretch) {
-    if (stretch.from < values.GetHeaderBytes())
-        return true;
-    TiffWalk walk(values);
-    TiffDirectory directory;
-    while (walk.Next(directory)) {
-        if (stretch.Overlaps({directory.at, directory.at + directory.bytes}))
-            return true;
-        for (const TiffEntry& entry : directory.entries) {
-            if (stretch.Overlaps(entry.GetStretch()))
-                return true;
-            if (!IsDirectoryTag(entry.tag))
-                continue;
-            for (const std::uint64_t at : values.ReadNumbers(entry, entry.count)) {
-                if (stretch.Overlaps({at, at + 1}))
-                    return true;
-            }
-        }
-    }
-    return false;
-}
-
 } // namespace
 
 TiffPages FindTiffPages(const TiffValues& values) {
@@ -128,45 +79,6 @@ TiffPages FindTiffPages(const TiffValues& values) {
     for (const TiffLayout& layout : found.layouts)
         CheckTiffPacking(layout, values.GetFile().GetName());
     return found;
-}
-
-TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& pages, const TiffVoxels& voxels,
-                                 const TiffDescription& description) {
-    const std::string& name = values.GetFile().GetName();
-    const std::size_t count = pages.pages.size();
-    if (description.times > 1)
-        ThrowNotOneFrame(name, description.times, "time points");
-    if (description.images > 1)
-        ThrowNotOneFrame(name, description.images, "images");
-
-    TiffArrangement arrangement;
-    arrangement.channelsTogether = description.channelsTogether;
-    const bool areSamples = voxels.components == 3 && description.channels == 3;
-    arrangement.channels = areSamples ? 1 : description.channels;
-    if (arrangement.channels != 1 && (arrangement.channels != 3 || voxels.components != 1 || voxels.sample.IsComplex()))
-        ThrowChannels(name, arrangement.channels);
-
-    const std::uint64_t promised = Multiply({description.slices, arrangement.channels}).value_or(UINT64_MAX);
-    if (promised <= count) {
-        if (count % arrangement.channels != 0)
-            ThrowDamaged(name, "its " + std::to_string(count) + " pages are not whole slices of " +
-                                   std::to_string(arrangement.channels) + " channels");
-        arrangement.slices = count / arrangement.channels;
-        return arrangement;
-    }
-    const std::string promise = "its description promises " + std::to_string(promised) + " pages, and it holds ";
-    const auto bytes = Multiply({pages.layouts.front().GetPageBytes(), promised});
-    const std::uint64_t length = values.GetFile().GetLength();
-    if (!bytes || *bytes > length || !FindOneBlock(values, pages, arrangement.blockAt) ||
-        arrangement.blockAt > length - *bytes)
-        ThrowDamaged(name, promise + std::to_string(count));
-    // Nothing tells where the slices without pages are, so what a tag has there speaks against them.
-    const TiffStretch block{arrangement.blockAt, arrangement.blockAt + *bytes};
-    if (HoldsOthers(values, block))
-        ThrowDamaged(name, promise + std::to_string(count) + "; where the others should be, it has something else");
-    arrangement.isOneBlock = true;
-    arrangement.slices = description.slices;
-    return arrangement;
 }
 
 std::vector<TiffBlock> FindBlocks(const TiffValues& values, const TiffPages& pages, std::size_t index) {

@@ -33,22 +33,6 @@ struct TiffPages {
 /// @throws IOException damaged; pages that differ; kinds that are not read
 TiffPages FindTiffPages(const TiffValues& values);
 
-/// How pages make slices.
-struct TiffArrangement {
-    std::size_t slices = 0;
-    std::size_t channels = 1;     ///< pages of a slice: 1 or 3
-    bool channelsTogether = true; ///< pages of a slice follow each other
-    bool isOneBlock = false;      ///< the voxels of all pages follow the first page's, whatever other pages there are
-    std::uint64_t blockAt = 0;    ///< where, in that case
-};
-
-struct TiffDescription;
-struct TiffVoxels;
-
-/// @throws IOException several frames or channels; more slices promised than there are
-TiffArrangement ArrangeTiffPages(const TiffValues& values, const TiffPages& pages, const TiffVoxels& voxels,
-                                 const TiffDescription& description);
-
 /// A strip or tile in the file.
 struct TiffBlock {
     std::uint64_t at = 0;

@@ -9,8 +9,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cerrno>
 #include <functional>
 #include <string>
+#include <sys/stat.h>
 #include <utility>
 #include <vector>
 
@@ -59,6 +61,22 @@ TEST(Exceptions, OfFilesCarryNameAndReasonApart) {
         {[&] { ThrowNotOneFrame(name, 2, "time points"); },
          "ReadImage(): 'a b.tif' holds 2 time points; one file must hold one frame.",
          "The file holds 2 time points; one file must hold one frame."},
+        {[&] { ThrowManyFrames(name, 2, 51); },
+         "ReadImage(): 'a b.tif' holds 2 channels and 51 time points; one frame holds one of each.",
+         "The file holds 2 channels and 51 time points; one frame holds one of each."},
+        {[&] { ThrowNoSuchFrame(name, 3, 0, 1, 51); },
+         "ReadImage(): 'a b.tif' has no channel 4 at time point 1; it holds 1 channel and 51 time points.",
+         "The file has no channel 4 at time point 1; it holds 1 channel and 51 time points."},
+        {[&] { ThrowCannotOpen(name, ENOENT); }, "ReadImage(): There is no such file as 'a b.tif'.",
+         "There is no such file."},
+        {[&] { ThrowCannotOpen(name, EISDIR); }, "ReadImage(): 'a b.tif' is a folder, not a file.",
+         "It is a folder, not a file."},
+        {[&] { ThrowCannotOpen(name, EACCES); }, "ReadImage(): No permission to read the file 'a b.tif'.",
+         "No permission to read the file."},
+        {[&] { ThrowCannotOpen(name, EINVAL); }, "ReadImage(): 'a b.tif' is not a plain file.",
+         "It is not a plain file."},
+        {[&] { ThrowCannotOpen(name, EMFILE); }, "ReadImage(): Cannot open the file 'a b.tif': Too many open files.",
+         "Cannot open the file: Too many open files."},
         {[&] { ThrowCannotRead("The pages", " of ", name, " differ in size or type."); },
          "ReadImage(): The pages of 'a b.tif' differ in size or type.", "The pages differ in size or type."},
         {[&] { ThrowCannotWrite(name, "No space left on device"); },
@@ -96,8 +114,16 @@ TEST(Exceptions, NameTheFileThatFailed) {
     const std::string missing = folder / "missing 'of' \xC3\xBC.tif"; // quotes in a name mislead nobody
     const IOException unopened = FailureOf([&] { kep::ReadImageInfo(missing.c_str()); });
     EXPECT_EQ(unopened.GetFileName(), missing);
-    EXPECT_EQ(unopened.GetReason(), "Cannot open the file.");
-    EXPECT_EQ(unopened.GetText(), "ReadImage(): Cannot open the file '" + missing + "'.");
+    EXPECT_EQ(unopened.GetReason(), "There is no such file.");
+    EXPECT_EQ(unopened.GetText(), "ReadImage(): There is no such file as '" + missing + "'.");
+    // A file in the place of a folder has nothing below it either.
+    WriteBytes(folder / "file", "");
+    EXPECT_EQ(FailureOf([&] { kep::ReadImageInfo((folder / "file/a.tif").c_str()); }).GetReason(),
+              "There is no such file.");
+    EXPECT_EQ(FailureOf([&] { kep::ReadImageInfo(folder.GetPath().c_str()); }).GetReason(),
+              "It is a folder, not a file.");
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(FailureOf([&] { kep::ReadImageInfo((folder / "pipe").c_str()); }).GetReason(), "It is not a plain file.");
 
     const std::string text = folder / "text.tif";
     WriteBytes(text, "plain words");

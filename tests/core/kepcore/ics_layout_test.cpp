@@ -172,6 +172,9 @@ TEST_F(IcsLayout, TimePointsAndChannelsAreRefused) {
     EXPECT_EQ(start + "3 time points; one file must hold one frame.", FailureOfText(header.Text() + counting));
     header.SetAxes("bits\tx\ty\tch", "8\t3\t2\t2");
     EXPECT_EQ(start + "2 channels; one frame holds one.", FailureOfText(header.Text() + counting));
+    header.SetAxes("bits\tx\tt\tch", "8\t2\t3\t2");
+    EXPECT_EQ(start + "2 channels and 3 time points; one frame holds one of each.",
+              FailureOfText(header.Text() + counting));
     header.SetAxes("bits\tx\tc\tch", "8\t2\t3\t2");
     EXPECT_EQ(start + "6 channels; one frame holds one.", FailureOfText(header.Text() + counting));
 }

@@ -161,7 +161,7 @@ TEST_F(Info, RefusesAsReadingDoes) {
         }
         return std::string();
     };
-    EXPECT_EQ(refusal(folder / "a.tif"), "ReadImage(): Cannot open the file '" + folder / "a.tif" + "'.");
+    EXPECT_EQ(refusal(folder / "a.tif"), "ReadImage(): There is no such file as '" + folder / "a.tif" + "'.");
     WriteBytes(folder / "a.tif", "text");
     EXPECT_EQ(refusal(folder / "a.tif"), "ReadImage(): '" + folder / "a.tif" + "' is not an ICS or TIFF image.");
     EXPECT_THROW(ReadImageInfo(nullptr), kep::IOException);

@@ -278,8 +278,8 @@ TEST_F(Files, RefusalsNameTheFileAndTheReason) {
     const auto read = [&](const std::string& name) {
         return RefusalOf([&] { frame.ReadImage(name.c_str(), nullptr, false, -1, nullptr, nullptr); });
     };
-    EXPECT_EQ(read(missing), "ReadImage(): Cannot open the file '" + missing + "'.");
-    EXPECT_EQ(read(folder.GetPath()), "ReadImage(): Cannot open the file '" + folder.GetPath() + "'.");
+    EXPECT_EQ(read(missing), "ReadImage(): There is no such file as '" + missing + "'.");
+    EXPECT_EQ(read(folder.GetPath()), "ReadImage(): '" + folder.GetPath() + "' is a folder, not a file.");
     WriteBytes(folder / "text.tif", "Nothing of the kind.");
     EXPECT_EQ(read(folder / "text.tif"), "ReadImage(): '" + folder / "text.tif" + "' is not an ICS or TIFF image.");
 

@@ -11,8 +11,10 @@
 namespace {
 
 using ::testing::HasSubstr;
+using tifftest::Description;
 using tifftest::GetFailure;
 using tifftest::Kind;
+using tifftest::MakeStack;
 using tifftest::Order;
 using tifftest::PlainTags;
 using tifftest::TiffBuilder;
@@ -38,22 +40,6 @@ protected:
     ScratchFolder folder;
     std::string name = folder / "image.tif";
 };
-
-/// A stack of 3 x 2 pixels of 8 bits; page k holds 10 k + 0..5. More tags go into its first page.
-TiffBuilder MakeStack(unsigned pages, const Tags& first = {}, Order order = Order::Little, Kind kind = Kind::Classic) {
-    TiffBuilder builder(order, kind);
-    for (unsigned k = 0; k < pages; ++k) {
-        std::vector<std::uint64_t> numbers(6);
-        std::iota(numbers.begin(), numbers.end(), 10 * k);
-        const std::size_t at = builder.AddNumbers(numbers, 1);
-        builder.AddDirectory(k == 0 ? PlainTags(3, 2, 8, at) + first : PlainTags(3, 2, 8, at));
-    }
-    return builder;
-}
-
-Tags Description(const std::string& text) {
-    return {TiffBuilder::Text(270, text)};
-}
 
 TEST_F(TiffPagesTest, SlicesComeInTheOrderOfPages) {
     for (const Order order : {Order::Little, Order::Big}) {
@@ -133,6 +119,8 @@ TEST_F(TiffPagesTest, SeveralFramesOrChannelsAreRefused) {
               "ReadImage(): '" + name + "' holds 2 time points; one file must hold one frame.");
     EXPECT_EQ(FailureOf(MakeStack(6, Description("ImageJ=1.53c\nimages=6\nslices=3\nchannels=2\n"))),
               "ReadImage(): '" + name + "' holds 2 channels; one frame holds one.");
+    EXPECT_EQ(FailureOf(MakeStack(6, Description("ImageJ=1.53c\nimages=6\nframes=3\nchannels=2\n"))),
+              "ReadImage(): '" + name + "' holds 2 channels and 3 time points; one frame holds one of each.");
     EXPECT_EQ(FailureOf(MakeStack(2, Description("<OME><Image><Pixels/></Image><Image><Pixels/></Image></OME>"))),
               "ReadImage(): '" + name + "' holds 2 images; one file must hold one frame.");
 }
@@ -179,7 +167,10 @@ TEST_F(TiffPagesTest, SamplesWithoutAMeaningAreChannels) {
     EXPECT_EQ(FailureOf(make(2, {})), "ReadImage(): '" + name + "' holds 2 channels; one frame holds one.");
     // Called extra, they are dropped.
     EXPECT_EQ(ReadBack(make(3, {{338, 3, {0, 0}}})).GetNumbers<std::uint8_t>(), (Bytes{1, 4}));
-    EXPECT_EQ(FailureOf(make(5, {})),
+    EXPECT_EQ(FailureOf(make(5, {})), "ReadImage(): '" + name + "' holds 5 channels; one frame holds one.");
+    EXPECT_EQ(FailureOf(make(5, {{338, 3, {0, 0, 0, 0}}})),
+              "ReadImage(): '" + name + "' holds 5 channels; one frame holds one.");
+    EXPECT_EQ(FailureOf(make(5, {{338, 3, {1, 0, 0, 0}}})),
               "ReadImage(): The voxel type of '" + name + "' is not supported: 5 samples a pixel.");
 }
 

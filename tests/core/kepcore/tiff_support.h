@@ -10,6 +10,7 @@
 #include <cstdint>
 #include <cstring>
 #include <memory>
+#include <numeric>
 #include <string>
 #include <utility>
 #include <vector>
@@ -180,6 +181,24 @@ inline std::vector<TiffBuilder::Tag> operator+(std::vector<TiffBuilder::Tag> tag
                                                const std::vector<TiffBuilder::Tag>& more) {
     tags.insert(tags.end(), more.begin(), more.end());
     return tags;
+}
+
+/// A stack of 3 x 2 pixels of 8 bits; page k holds 10 k + 0..5. More tags go into its first page.
+inline TiffBuilder MakeStack(unsigned pages, const std::vector<TiffBuilder::Tag>& first = {},
+                             Order order = Order::Little, Kind kind = Kind::Classic) {
+    TiffBuilder builder(order, kind);
+    for (unsigned k = 0; k < pages; ++k) {
+        std::vector<std::uint64_t> numbers(6);
+        std::iota(numbers.begin(), numbers.end(), 10 * k);
+        const std::size_t at = builder.AddNumbers(numbers, 1);
+        builder.AddDirectory(k == 0 ? PlainTags(3, 2, 8, at) + first : PlainTags(3, 2, 8, at));
+    }
+    return builder;
+}
+
+/// The tag of a first page.
+inline std::vector<TiffBuilder::Tag> Description(const std::string& text) {
+    return {TiffBuilder::Text(270, text)};
 }
 
 } // namespace tifftest
