@@ -3,6 +3,9 @@
 #include "factory/zel_labeledviewerfactory.h"
 #include "factory/zel_viewerfactory.h"
 #include "host/firstmapping.h"
+#include "host/frame/fit.h"
+#include "host/frame/positionbar.h"
+#include "host/frame/statusline.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
@@ -108,6 +111,7 @@ template <typename T>
 zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
                              std::unique_ptr<Labels> labels) {
     RefuseConstant(*image);
+    const Labels* const shownLabels = labels.get(); // the frame's from now on
     FramePtr frame = BuildFrame(std::move(image), std::move(labels));
     if (look.part)
         ShowPart(*frame, *look.part);
@@ -115,14 +119,16 @@ zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const First
         RunStretch<T>(*frame, look.stretch);
     if (const auto* const module = FindModule<LabelModule>(*frame); module != nullptr && look.outlines)
         frame->ProcessCommand(module->GetMenuId(zel::zel_OE_BOUNDARY));
-    PrepareFrame(*frame, look.inVoxels);
+    AddStatusLine<T>(*frame, shownLabels);
+    AddPositionBar(*frame);
+    PrepareFrame(*frame, look);
     return frame.release();
 }
 
-void PrepareFrame(zel_Viewer3dFrame& frame, bool inVoxels) {
+void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
     zel::zel_Viewer3dCanvas* const canvas = frame.GetCanvas();
     frame.SetTitle(canvas->CreateTitle());
-    if (!inVoxels) {
+    if (!look.inVoxels) {
         const OpeningScale opening = ChooseScale(canvas->GetResolution());
         if (!opening.proportional)
             PrintMessage(canvas->CreateTitle().utf8_string() + ": " + notProportional);
@@ -132,6 +138,8 @@ void PrepareFrame(zel_Viewer3dFrame& frame, bool inVoxels) {
         canvas->SetSettings(settings);
     }
     UseMouse(*canvas);
+    if (look.fillsDisplay)
+        FillRoom(*canvas, wxGetClientDisplayRect().GetSize() * 2 / 3);
     frame.ResizeFrameIfRequired();
 }
 

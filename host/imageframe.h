@@ -17,6 +17,7 @@ struct FirstLook {
     bool inVoxels = false;                               ///< one pixel a voxel instead of true proportions
     std::optional<zel::ComplexMode> part = std::nullopt; ///< of complex images; none: the first that varies
     bool outlines = false;                               ///< labels are outlined from the start, instead of hidden
+    bool fillsDisplay = false;                           ///< the picture is scaled to fill two thirds of the display
 };
 
 /// Makes the window of an image, ready to be shown: titled, with a use for the mouse, and as large as the image needs
@@ -32,6 +33,6 @@ zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const 
                                   std::unique_ptr<Labels> labels = nullptr);
 
 /// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
-void PrepareFrame(zel::zel_Viewer3dFrame& frame, bool inVoxels);
+void PrepareFrame(zel::zel_Viewer3dFrame& frame, const FirstLook& look);
 
 } // namespace zelviewer

@@ -19,9 +19,13 @@ public:
 
     void OnMouse(const zel::zel_DrWin3d& window, const wxMouseEvent& event) {
         const wxEventType type = event.GetEventType();
-        if (type == wxEVT_LEFT_DOWN)
+        if (type == wxEVT_LEFT_DOWN) {
+            m_dragged = &window;
             SetCut(window, event.GetPosition());
-        else if (type == wxEVT_LEFT_DCLICK)
+        } else if (type == wxEVT_MOTION && event.LeftIsDown() && m_dragged == &window) {
+            SetCut(window, event.GetPosition());
+        }
+        if (type == wxEVT_LEFT_DCLICK)
             Centre(window, event.GetPosition());
         else if (type == wxEVT_MIDDLE_DOWN || type == wxEVT_MIDDLE_DCLICK)
             m_held = Hold{&window, Place(window, event.GetPosition())};
@@ -85,6 +89,8 @@ private:
             return;
         if (event.ControlDown())
             Zoom(window, event.GetPosition(), notches);
+        else if (event.ShiftDown())
+            m_canvas.GoToFrame(m_canvas.GetTime() - notches);
         else
             StepCut(window.GetPlane(), -notches); // as Page Up and Page Down: away from the user is back
     }
@@ -112,6 +118,7 @@ private:
     zel::zel_Viewer3dCanvas& m_canvas;
     WheelNotches m_wheel;
     std::optional<Hold> m_held;
+    const zel::zel_DrWin3d* m_dragged = nullptr; // in which the left button was pressed
 };
 
 } // namespace

@@ -23,4 +23,12 @@ OpeningScale ChooseScale(const kep::Resolution& resolution) {
     return {{finest, finest, finest}, true};
 }
 
+float FactorToFill(const kep::Vector3d<float>& pixels, int width, int height) {
+    constexpr int surroundings = 8; // borders of the windows and lines between them, which don't grow
+    const float across = static_cast<float>(std::max(width - surroundings, 1)) / (pixels.x + pixels.z);
+    const float down = static_cast<float>(std::max(height - surroundings, 1)) / (pixels.y + pixels.z);
+    const float factor = std::min(across, down);
+    return factor < 1.0F ? factor : std::floor(factor);
+}
+
 } // namespace zelviewer

@@ -25,14 +25,18 @@ wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
     return picture;
 }
 
+void HavePng() {
+    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr)
+        wxImage::AddHandler(new wxPNGHandler); // owned by the toolkit
+}
+
 std::string VolumePictureName(const std::string& fileName) {
     const std::size_t ending = fileName.rfind('.');
     return fileName.substr(0, ending) + "-volume" + fileName.substr(ending);
 }
 
 void WritePng(const wxImage& picture, const std::string& fileName) {
-    if (wxImage::FindHandler(wxBITMAP_TYPE_PNG) == nullptr)
-        wxImage::AddHandler(new wxPNGHandler);
+    HavePng();
     wxMemoryOutputStream bytes;
     if (!picture.SaveFile(bytes, wxBITMAP_TYPE_PNG))
         throw kep::IOException("The picture cannot be made into a PNG file.");

@@ -12,6 +12,9 @@ namespace zelviewer {
 /// screen, where another window may cover them.
 wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas);
 
+/// PNG can be written, and the clipboard takes pictures, from here on.
+void HavePng();
+
 /// Where the picture of the volume window goes: beside that of the viewer, "a.png" becomes "a-volume.png".
 /// @param fileName  with an ending
 std::string VolumePictureName(const std::string& fileName);

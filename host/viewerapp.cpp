@@ -1,5 +1,6 @@
 #include "host/viewerapp.h"
 
+#include "host/frame/hostmenus.h"
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
@@ -40,7 +41,8 @@ ViewerApp::ViewerApp(const Options& options) : m_options(options) {}
 int ViewerApp::OnRun() {
     const auto boxless = m_options.screenshot ? std::make_unique<BoxlessMode>() : nullptr;
     try {
-        m_frame = OpenFrame();
+        m_frame = OpenFrame(m_options);
+        Equip(*m_frame);
         m_firstPaint = std::make_unique<FirstPaint>(*m_frame->GetCanvas(), [this] { OnFirstPaint(); });
         if (m_options.screenshot) {
             m_patience.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
@@ -61,34 +63,63 @@ int ViewerApp::OnRun() {
     return m_exitCode;
 }
 
-zel::zel_Viewer3dFrame* ViewerApp::OpenFrame() {
-    if (m_options.files.empty())
-        return OpenSynthetic();
-    const OpeningPlan plan = PlanOpening(m_options);
-    if (const std::string conflict = FindConflict(m_options, plan.type); !conflict.empty())
-        throw Failure(m_options.files.front() + ": " + conflict);
+zel::zel_Viewer3dFrame* ViewerApp::OpenFrame(const Options& options) {
+    if (options.files.empty())
+        return OpenSynthetic(options);
+    const OpeningPlan plan = PlanOpening(options);
+    if (const std::string conflict = FindConflict(options, plan.type); !conflict.empty())
+        throw Failure(options.files.front() + ": " + conflict);
     // Who names labels wants to see them, and the image as well.
-    const FirstLook look{m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part,
-                         !m_options.labels.empty()};
+    const FirstLook look{options.stretch.value_or(Stretch::None), options.voxels, options.part, !options.labels.empty(),
+                         !options.screenshot};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
-        auto image = ReadFiles<T>(m_options, plan);
-        auto labels = m_options.labels.empty() ? nullptr : ReadLabels<T>(m_options, *image);
+        auto image = ReadFiles<T>(options, plan);
+        auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *image);
         try {
             return MakeFrame(std::move(image), look, std::move(labels));
         } catch (const kep::InternalException& error) {
-            throw kep::InternalException(NameAndReason(m_options.files.front(), error));
+            throw kep::InternalException(NameAndReason(options.files.front(), error));
         }
     });
 }
 
-zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic() {
-    if (m_options.type == DisplayType::Complex)
-        return MakeFrame(OpenVortex(), {m_options.stretch.value_or(Stretch::None), m_options.voxels, m_options.part});
+zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic(const Options& options) {
+    if (options.type == DisplayType::Complex)
+        return MakeFrame(OpenVortex(), {options.stretch.value_or(Stretch::None), options.voxels, options.part, false,
+                                        !options.screenshot});
     // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
     LabeledCells cells = OpenSyntheticCells();
-    return MakeFrame(std::move(cells.image), {m_options.stretch.value_or(Stretch::Linear), m_options.voxels, {}},
+    return MakeFrame(std::move(cells.image),
+                     {options.stretch.value_or(Stretch::Linear), options.voxels, {}, false, !options.screenshot},
                      std::move(cells.labels));
+}
+
+/// Gives a window what only the program has.
+void ViewerApp::Equip(zel::zel_Viewer3dFrame& frame) {
+    AddHostMenus(frame, {[this](const std::vector<std::string>& files) { OpenFiles(files); }, &ViewerApp::Quit});
+}
+
+/// Opens files that the user has chosen while the program runs.
+void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
+    Options options;
+    options.files = files;
+    options.stretch = m_options.stretch;
+    options.voxels = m_options.voxels;
+    try {
+        zel::zel_Viewer3dFrame* const frame = OpenFrame(options);
+        Equip(*frame);
+        frame->Show();
+    } catch (...) {
+        ReportException();
+    }
+}
+
+void ViewerApp::Quit() {
+    const std::vector<wxWindow*> windows(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
+    for (wxWindow* const window : windows)
+        if (dynamic_cast<zel::zel_Viewer3dFrame*>(window) != nullptr)
+            window->Close();
 }
 
 void ViewerApp::OnFirstPaint() {

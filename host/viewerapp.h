@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 namespace zelviewer {
 
@@ -30,12 +31,15 @@ public:
 protected:
     /// Opens what the options name.
     /// @throws Failure
-    virtual zel::zel_Viewer3dFrame* OpenFrame();
+    virtual zel::zel_Viewer3dFrame* OpenFrame(const Options& options);
     /// Shows a text, in a window that must be answered.
     virtual void ShowError(const std::string& text);
 
 private:
-    zel::zel_Viewer3dFrame* OpenSynthetic();
+    static zel::zel_Viewer3dFrame* OpenSynthetic(const Options& options);
+    void Equip(zel::zel_Viewer3dFrame& frame);
+    void OpenFiles(const std::vector<std::string>& files);
+    static void Quit();
     void OnFirstPaint();
     void ShowVolume();
     void TakeScreenshot();

@@ -72,6 +72,9 @@ public:
     /// The value of the voxel that a pixel of a window's client area shows, and its colour with alpha 255. Both are
     /// left alone for pixels outside the picture, and before the first picture.
     void GetColourInfo(zel_ProjectionType type, int x, int y, wxString& text, wxColour& colour) const;
+    /// A voxel's value as the info window writes it; of complex images with the part that is shown.
+    /// @param voxel, frame  of the image
+    wxString GetVoxelText(const kep::Vector3d<std::size_t>& voxel, std::size_t frame) const;
     /// What is shown where there is no value: "---".
     void GetNoColourInfo(wxString& text) const;
     /// @param point  on the screen

@@ -56,6 +56,11 @@ void zel_ImageViewer3dCanvas<T>::GetColourInfo(zel_ProjectionType type, int x, i
 }
 
 template <typename T>
+wxString zel_ImageViewer3dCanvas<T>::GetVoxelText(const kep::Vector3d<std::size_t>& voxel, std::size_t frame) const {
+    return TextOf(m_image->GetImage(frame)->GetVoxel(voxel.x, voxel.y, voxel.z), *m_mapper);
+}
+
+template <typename T>
 void zel_ImageViewer3dCanvas<T>::GetNoColourInfo(wxString& text) const {
     text = "---";
 }
@@ -167,6 +172,7 @@ void zel_ImageViewer3dCanvas<T>::CreateIcon(wxIcon& icon, int w, int h, const wx
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template void zel_ImageViewer3dCanvas<T>::GetColourInfo(zel_ProjectionType, int, int, wxString&, wxColour&) const; \
+    template wxString zel_ImageViewer3dCanvas<T>::GetVoxelText(const kep::Vector3d<std::size_t>&, std::size_t) const;  \
     template void zel_ImageViewer3dCanvas<T>::GetNoColourInfo(wxString&) const;                                        \
     template std::optional<zel_PixelInfo> zel_ImageViewer3dCanvas<T>::GetPixelInfo(zel_ProjectionType, const wxPoint&) \
         const;                                                                                                         \

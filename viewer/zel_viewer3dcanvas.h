@@ -152,6 +152,8 @@ public:
     void UpdateImageIterator(const mor::ImageIterator& other) override;
     /// One step forward by hand, painted at once. @return whether another frame is shown
     bool ShowNextImage() override;
+    /// Shows a frame by its number, held in the range of browsing, and paints it at once. @return whether it is another
+    bool GoToFrame(int frame);
     /// Runs one command of the Sequence menu; any other does nothing.
     /// @param message  gets a text for the status line, "No change." if the command failed
     void OnSequenceMenuHandler(wxCommandEvent& event, wxString& message);

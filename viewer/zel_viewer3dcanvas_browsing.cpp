@@ -125,6 +125,17 @@ bool zel_Viewer3dCanvas::ShowNextImage() {
     return moved;
 }
 
+bool zel_Viewer3dCanvas::GoToFrame(int frame) {
+    const int before = m_iterator.current;
+    m_iterator.current = frame;
+    m_iterator.Clamp();
+    if (m_iterator.current == before)
+        return false;
+    OnTimeChange();
+    RepaintNow();
+    return true;
+}
+
 void zel_Viewer3dCanvas::UpdateImageIterator(const mor::ImageIterator& other) {
     m_iterator.SetRangeFirst(other.rangeFirst);
     bool moved = m_iterator.moved;

@@ -30,6 +30,15 @@ TEST(Proportions, VoxelsLikeNeedlesAreShownAsCubes) {
     EXPECT_EQ(opening.scale, Scale(10, 10, 0.09F));
 }
 
+TEST(Proportions, APictureGrowsByWholeNumbersAndShrinksAsItMust) {
+    // 8 pixels of a room are for lines and borders. 100 + 20 across, 80 + 20 down.
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 360, 8 + 1000), 3.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 359, 8 + 1000), 2.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 1000, 8 + 250), 2.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 60, 8 + 1000), 0.5F);
+    EXPECT_GT(FactorToFill({100, 80, 20}, 1, 1), 0.0F);
+}
+
 TEST(Proportions, TheUserOnlySaysWhatTheFileDoesNot) {
     const std::optional<Scale> given = Scale(7, 8, 9);
     EXPECT_EQ(CompleteResolution({}, given), kep::Resolution(7, 8, 9));

@@ -41,7 +41,7 @@ public:
     std::function<zel::zel_Viewer3dFrame*()> opening; // in place of the program's own
 
 protected:
-    zel::zel_Viewer3dFrame* OpenFrame() override { return opening(); }
+    zel::zel_Viewer3dFrame* OpenFrame(const Options&) override { return opening(); }
     void ShowError(const std::string& text) override { errors.push_back(text); }
 };
 

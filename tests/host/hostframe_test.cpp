@@ -1,0 +1,312 @@
+// What the program adds to a viewer: menus, keys, status line, sliders, fitting.
+
+#include "host/frame/fit.h"
+#include "host/frame/hostmenus.h"
+#include "host/imageframe.h"
+#include "tests/support/pictures.h"
+#include "tests/support/user.h"
+#include "viewer/zel_commands.h"
+#include "viewer/zel_viewer3dcanvas.h"
+
+#include <wx/clipbrd.h>
+#include <wx/dnd.h>
+#include <wx/filedlg.h>
+#include <wx/menu.h>
+#include <wx/slider.h>
+#include <wx/spinctrl.h>
+#include <wx/toolbar.h>
+
+namespace zelviewer {
+namespace {
+
+using namespace zel;
+using namespace zel::test;
+
+constexpr int copyView = 20000, goTo = 20001, fit = 20002, keys = 20003;
+
+class HostFrame : public GuiTest {
+protected:
+    /// A viewer as the program opens it. The voxel at x, y, z, t has the value 100 t + x + 2 y + 4 z.
+    void Open(std::size_t frames, const kep::Resolution& resolution = {2, 2, 1}) {
+        auto image = MakeImage<unsigned short>(
+            {30, 20, 10}, frames, [](auto x, auto y, auto z, auto t) { return 100 * t + x + 2 * y + 4 * z; },
+            resolution);
+        m_frame = MakeFrame(std::move(image), {});
+        AddHostMenus(*m_frame,
+                     {[this](const std::vector<std::string>& files) { opened.push_back(files); }, [this] { ++quits; }});
+        ASSERT_TRUE(ShowAndWait(*m_frame));
+        MovePointer({1500, 1100}); // away from the picture
+    }
+    void TearDown() override {
+        if (m_frame)
+            m_frame->Destroy();
+        GuiTest::TearDown();
+    }
+    zel_Viewer3dCanvas& Canvas() { return *m_frame->GetCanvas(); }
+    zel_DrWin3d& Window(zel_ProjectionType type) { return *Canvas().GetDrWin(type); }
+    void Choose(int id) { EXPECT_TRUE(m_frame->ProcessCommand(id)); }
+    std::string Status() {
+        Settle();
+        return m_frame->GetStatusBar()->GetStatusText(0).utf8_string();
+    }
+    std::vector<wxSlider*> Sliders() {
+        std::vector<wxSlider*> sliders;
+        for (wxWindow* const child : m_frame->GetToolBar()->GetChildren())
+            if (auto* const slider = dynamic_cast<wxSlider*>(child))
+                sliders.push_back(slider);
+        return sliders;
+    }
+    static void Slide(wxSlider& slider, int to) {
+        slider.SetValue(to);
+        wxCommandEvent event(wxEVT_SLIDER, slider.GetId());
+        event.SetInt(to);
+        event.SetEventObject(&slider);
+        slider.ProcessWindowEvent(event);
+    }
+
+    wxWeakRef<zel_Viewer3dFrame> m_frame;
+    std::vector<std::vector<std::string>> opened;
+    int quits = 0;
+};
+
+TEST_F(HostFrame, HasTheMenusOfEveryProgram) {
+    Open(3);
+    const wxMenuBar& bar = *m_frame->GetMenuBar();
+    std::vector<std::string> labels;
+    for (std::size_t i = 0; i < bar.GetMenuCount(); ++i)
+        labels.push_back(bar.GetMenuLabelText(i).utf8_string());
+    EXPECT_EQ(labels, (std::vector<std::string>{"File", "Edit", "Sequence", "View", "Mapping", "Help"}));
+    for (const int id : {int{wxID_OPEN}, int{wxID_CLOSE}, int{wxID_EXIT}, copyView, goTo, fit, keys})
+        EXPECT_NE(bar.FindItem(id), nullptr) << id;
+}
+
+TEST_F(HostFrame, OpenTakesSeveralFilesInOrder) {
+    Open(1);
+    DialogAnswers answers;
+    answers.Expect([](wxDialog& dialog) {
+        EXPECT_TRUE(dynamic_cast<wxFileDialog&>(dialog).HasFlag(wxFD_MULTIPLE));
+        return wxID_CANCEL;
+    });
+    Choose(wxID_OPEN);
+    EXPECT_TRUE(opened.empty());
+}
+
+TEST_F(HostFrame, CloseAndQuitAreTheirOwn) {
+    Open(1);
+    Choose(wxID_EXIT);
+    EXPECT_EQ(quits, 1);
+    Choose(wxID_CLOSE);
+    EXPECT_TRUE(WaitUntil([this] { return !m_frame; }));
+}
+
+TEST_F(HostFrame, DroppedFilesAreOpenedAfterTheDrop) {
+    Open(1);
+    wxArrayString paths;
+    paths.Add("/a/b.tif");
+    paths.Add("/a/c.tif");
+    auto* const target = dynamic_cast<wxFileDropTarget*>(Window(zel_PT_XY).GetDropTarget());
+    ASSERT_NE(target, nullptr);
+    EXPECT_TRUE(target->OnDropFiles(1, 1, paths));
+    EXPECT_TRUE(opened.empty());
+    Pump();
+    EXPECT_EQ(opened, (std::vector<std::vector<std::string>>{{"/a/b.tif", "/a/c.tif"}}));
+}
+
+TEST_F(HostFrame, CopyViewPutsThePictureOnTheClipboard) {
+    Open(1);
+    Choose(copyView);
+    wxBitmapDataObject copied;
+    ASSERT_TRUE(wxTheClipboard->Open());
+    EXPECT_TRUE(wxTheClipboard->GetData(copied));
+    wxTheClipboard->Close();
+    ASSERT_TRUE(copied.GetBitmap().IsOk());
+    EXPECT_EQ(copied.GetBitmap().GetSize(), Canvas().GetOptimalSize());
+    wxTheClipboard->Clear();
+}
+
+TEST_F(HostFrame, KeysOfTheMainBlockZoom) {
+    Open(3);
+    m_frame->Raise();
+    Focus(Window(zel_PT_XY));
+    Press('=', wxMOD_CONTROL);
+    EXPECT_EQ(Canvas().GetZoom(), 1);
+    Press('-', wxMOD_CONTROL);
+    Press('-', wxMOD_CONTROL);
+    EXPECT_EQ(Canvas().GetZoom(), -1);
+    EXPECT_EQ(Canvas().GetTime(), 0) << "alone they step in time";
+    Press('=');
+    EXPECT_EQ(Canvas().GetTime(), 1);
+}
+
+TEST_F(HostFrame, FitScalesThePictureIntoTheWindow) {
+    Open(1, {1, 1, 1});
+    ASSERT_TRUE(ResizeClient(*m_frame, {420, 330}));
+    Canvas().ZoomIn();
+    Choose(fit);
+    // 30 + 10 across, 20 + 10 down: min((420 - 8) / 40, (330 - 8) / 30) = 10.3, so ten pixels a voxel.
+    EXPECT_EQ(Canvas().GetBaseScale(), (kep::Vector3d<float>(10, 10, 10)));
+    EXPECT_EQ(Canvas().GetZoom(), 0);
+    const wxSize needed = Canvas().GetOptimalSize();
+    EXPECT_LE(needed.x, 420);
+    EXPECT_LE(needed.y, 330);
+}
+
+TEST_F(HostFrame, FitKeepsTheProportions) {
+    Open(1, {2, 2, 1});
+    ASSERT_TRUE(ResizeClient(*m_frame, {420, 330}));
+    Choose(fit);
+    const kep::Vector3d<float> scale = Canvas().GetBaseScale();
+    EXPECT_EQ(scale.x, scale.y);
+    EXPECT_EQ(scale.x, scale.z);
+    // At 2 pixels a micron: 30 + 20 across, 20 + 20 down; (420 - 8) / 50 = 8.24, (330 - 8) / 40 = 8.05.
+    EXPECT_EQ(scale.x, 16.0F);
+}
+
+TEST_F(HostFrame, OpenedForTheDisplayItFillsTwoThirdsOfIt) {
+    m_frame =
+        MakeFrame(MakeImage<unsigned char>({20, 20, 20}, 1, [](auto x, auto...) { return x; }), {.fillsDisplay = true});
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    const wxSize display = wxGetClientDisplayRect().GetSize();
+    const wxSize picture = Canvas().GetOptimalSize();
+    EXPECT_LE(picture.y, display.y * 2 / 3);
+    EXPECT_GT(picture.y, display.y * 2 / 3 - 2 * 20 - 8) << "one more pixel a voxel has no room";
+}
+
+TEST_F(HostFrame, TheStatusLineTellsOfTheCutAndOfThePointer) {
+    Open(3);
+    // The cut is in the middle: microns 7.5, 5, 5, in voxels 15, 10, 5. 15 + 20 + 20 = 55.
+    EXPECT_EQ(Status(), "x 16 (7.75 um)  y 11 (5.25 um)  z 6 (5.50 um)  t 1 of 3  value 55");
+    EXPECT_TRUE(Canvas().ShowNextImage());
+    EXPECT_EQ(Status(), "x 16 (7.75 um)  y 11 (5.25 um)  z 6 (5.50 um)  t 2 of 3  value 155");
+    // Two pixels a micron, one a voxel, in XY.
+    MovePointerTo(Window(zel_PT_XY), {3, 4});
+    EXPECT_EQ(Status(), "x 4 (1.75 um)  y 5 (2.25 um)  z 6 (5.50 um)  t 2 of 3  value 131");
+}
+
+TEST_F(HostFrame, SlidersMoveTheCutAndTheTimeAndFollowThem) {
+    Open(5);
+    const std::vector<wxSlider*> sliders = Sliders();
+    ASSERT_EQ(sliders.size(), 2U);
+    EXPECT_EQ(sliders[0]->GetMax(), 10);
+    EXPECT_EQ(sliders[0]->GetValue(), 6);
+    EXPECT_EQ(sliders[1]->GetMax(), 5);
+    Slide(*sliders[0], 3);
+    EXPECT_EQ(Canvas().GetCut().z, 2.5F) << "the middle of the third slice";
+    Slide(*sliders[1], 4);
+    EXPECT_EQ(Canvas().GetTime(), 3);
+    Choose(zel_CMD_NORMAL_ZOOM);
+    PressKey(Window(zel_PT_XY), WXK_END);
+    PressKey(Window(zel_PT_XY), WXK_PAGEDOWN);
+    Settle();
+    EXPECT_EQ(sliders[1]->GetValue(), 5);
+    EXPECT_EQ(sliders[0]->GetValue(), 4);
+}
+
+TEST_F(HostFrame, AFlatImageHasNoSliders) {
+    m_frame = MakeFrame(MakeImage<unsigned char>({20, 20, 1}, 1, [](auto x, auto...) { return x; }), {});
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    EXPECT_EQ(m_frame->GetToolBar(), nullptr);
+}
+
+TEST_F(HostFrame, GoToTakesNumbersFromOne) {
+    Open(4);
+    DialogAnswers answers;
+    answers.ExpectDriven([](wxDialog& dialog) {
+        std::vector<wxSpinCtrl*> fields;
+        for (wxWindow* const child : dialog.GetChildren())
+            if (auto* const field = dynamic_cast<wxSpinCtrl*>(child))
+                fields.push_back(field);
+        ASSERT_EQ(fields.size(), 4U);
+        const int shown[] = {16, 11, 6, 1}, count[] = {30, 20, 10, 4}, wanted[] = {1, 20, 2, 3};
+        for (std::size_t i = 0; i < 4; ++i) {
+            EXPECT_EQ(fields[i]->GetValue(), shown[i]);
+            EXPECT_EQ(fields[i]->GetMax(), count[i]);
+            fields[i]->SetValue(wanted[i]);
+        }
+        dialog.EndModal(wxID_OK);
+    });
+    Choose(goTo);
+    EXPECT_EQ(Canvas().GetCut(), (kep::Vector3d<float>(0.25F, 9.75F, 1.5F)));
+    EXPECT_EQ(Canvas().GetTime(), 2);
+}
+
+TEST_F(HostFrame, TheViewerMayGoUnderGoTo) {
+    Open(4);
+    DialogAnswers answers;
+    answers.ExpectDriven([this](wxDialog&) { delete m_frame.get(); });
+    m_frame->ProcessCommand(goTo);
+    EXPECT_FALSE(m_frame);
+}
+
+TEST_F(HostFrame, EntriesThatCanDoNothingAreGray) {
+    Open(1);
+    m_frame->GetMenuBar()->UpdateMenus();
+    EXPECT_FALSE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSE_FORWARD));
+    EXPECT_FALSE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSING_RANGE));
+    EXPECT_TRUE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_ZOOM_IN));
+}
+
+TEST_F(HostFrame, TheLastWindowStays) {
+    Open(1);
+    Choose(zel_CMD_SHOW_XZ);
+    Choose(zel_CMD_SHOW_YZ);
+    EXPECT_FALSE(Canvas().IsDrWinShown(zel_PT_XZ) || Canvas().IsDrWinShown(zel_PT_YZ));
+    Choose(zel_CMD_SHOW_XY);
+    EXPECT_TRUE(Canvas().IsDrWinShown(zel_PT_XY));
+    EXPECT_EQ(m_frame->GetStatusBar()->GetStatusText(1), "This window is the last one.");
+    Choose(zel_CMD_SHOW_XZ);
+    Choose(zel_CMD_SHOW_XY);
+    EXPECT_FALSE(Canvas().IsDrWinShown(zel_PT_XY));
+}
+
+TEST_F(HostFrame, ALeftDragTakesTheCutAlong) {
+    Open(1);
+    const auto send = [this](wxEventType type, const wxPoint& at, bool down) {
+        wxMouseEvent event(type);
+        event.SetLeftDown(down);
+        event.SetPosition(at);
+        event.SetEventObject(&Window(zel_PT_XY));
+        Window(zel_PT_XY).ProcessWindowEvent(event);
+    };
+    send(wxEVT_LEFT_DOWN, {3, 4}, true);
+    EXPECT_EQ(Canvas().GetCut().x, 1.75F);
+    send(wxEVT_MOTION, {8, 10}, true);
+    EXPECT_EQ(Canvas().GetCut().x, 4.25F);
+    EXPECT_EQ(Canvas().GetCut().y, 5.25F);
+    send(wxEVT_LEFT_UP, {8, 10}, false);
+    send(wxEVT_MOTION, {20, 12}, false);
+    EXPECT_EQ(Canvas().GetCut().x, 4.25F);
+}
+
+TEST_F(HostFrame, ShiftAndTheWheelGoThroughTime) {
+    Open(4);
+    const auto wheel = [this](int rotation) {
+        wxMouseEvent event(wxEVT_MOUSEWHEEL);
+        event.m_wheelRotation = rotation;
+        event.m_wheelDelta = 120;
+        event.SetShiftDown(true);
+        event.SetPosition({3, 3});
+        event.SetEventObject(&Window(zel_PT_XY));
+        Window(zel_PT_XY).ProcessWindowEvent(event);
+    };
+    wheel(-120);
+    wheel(-120);
+    EXPECT_EQ(Canvas().GetTime(), 2) << "towards the user is onwards, as through the slices";
+    wheel(120);
+    EXPECT_EQ(Canvas().GetTime(), 1);
+    wheel(360);
+    EXPECT_EQ(Canvas().GetTime(), 0);
+}
+
+TEST_F(HostFrame, KeysAreToldOnRequest) {
+    Open(1);
+    DialogAnswers answers;
+    answers.Expect([](wxDialog& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), "Keys and mouse");
+        return wxID_OK;
+    });
+    Choose(keys);
+}
+
+} // namespace
+} // namespace zelviewer
