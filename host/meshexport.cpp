@@ -61,26 +61,29 @@ void SetVoxelSize(Labels& labels, const std::string& name, const MeshExport& ord
         PrintMessage(name + ": The voxel size is not known; the meshes count in pixels. Use --resolution.");
 }
 
-void Generate(const Labels& labels, zel::IsosurfaceGenerator& generator) {
+void Generate(const Labels& labels, bool closed, zel::IsosurfaceGenerator& generator) {
     std::map<Label, std::size_t> toSurface;
     for (const auto& [label, component] : labels.components)
         toSurface.emplace(label, toSurface.size());
     const kep::Vector3d<std::size_t> size = labels.GetSize();
     const kep::Vector3d<float> cell = kep::PixelsToMicrons(kep::Vector3d<std::size_t>(1, 1, 1), labels.GetResolution());
-    generator.GenerateSurfaces(labels.begin(), toSurface, size.x, size.y, size.z, cell.x, cell.y, cell.z);
+    const auto generate =
+        closed ? &zel::IsosurfaceGenerator::GenerateClosedSurfaces : &zel::IsosurfaceGenerator::GenerateSurfaces;
+    (generator.*generate)(labels.begin(), toSurface, size.x, size.y, size.z, cell.x, cell.y, cell.z);
 }
 
-void ExportFrame(std::size_t frame, const MeshExport& order, const InputFiles& inputs) {
+void ExportFrame(std::size_t frame, const MeshExport& order, const OutputRules& rules) {
     const std::string& name = order.labels[frame];
     Labels labels = ReadLabels(name, order);
     const kep::Vector3d<std::size_t> size = labels.GetSize();
-    if (size.x < 2 || size.y < 2 || size.z < 2)
-        throw Failure(name + ": A flat frame has no surfaces: meshes need two voxels or more along each axis.");
+    if (!order.closed && (size.x < 2 || size.y < 2 || size.z < 2))
+        throw Failure(name + ": A flat frame has no surfaces: meshes need two voxels or more along each axis. Use "
+                             "--close-meshes.");
     SetVoxelSize(labels, name, order);
     if (labels.components.empty())
         PrintMessage(name + ": There are no labels.");
     zel::IsosurfaceGenerator generator;
-    Generate(labels, generator);
+    Generate(labels, order.closed, generator);
     for (const zel::LabelSurface& surface : generator.GetSurfaces()) {
         const auto label = static_cast<Label>(surface.GetLabel());
         if (surface.GetTriangleCount() == 0) {
@@ -89,7 +92,7 @@ void ExportFrame(std::size_t frame, const MeshExport& order, const InputFiles& i
         }
         const std::string target = MeshFileName(order.prefix, label, frame, order.labels.size());
         // Seen again now, for folders that cannot be listed beforehand, and for files that were put there since.
-        if (const std::string refusal = inputs.RefusalOf(target, {std::string(meshEnding)}); !refusal.empty())
+        if (const std::string refusal = rules.RefusalOf(target, {std::string(meshEnding)}); !refusal.empty())
             throw Failure(refusal);
         try {
             zel::SaveMesh(target, surface, labels);
@@ -124,10 +127,10 @@ std::vector<std::string> FindMeshFiles(const std::string& prefix) {
 }
 
 void ExportMeshes(const MeshExport& order) {
-    const InputFiles inputs(order.labels);
+    const OutputRules rules(order.labels, order.replaces);
     for (std::size_t frame = 0; frame < order.labels.size(); ++frame)
         try {
-            ExportFrame(frame, order, inputs);
+            ExportFrame(frame, order, rules);
         } catch (const std::bad_alloc&) {
             throw Failure(order.labels[frame] + ": Not enough memory.");
         }

@@ -15,6 +15,8 @@ struct MeshExport {
     bool components = false;                        ///< connected components instead of labels as stored
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     std::string prefix;                             ///< what the names of the meshes begin with
+    bool closed = false;                            ///< with the image's faces where a label reaches them
+    bool replaces = false;                          ///< meshes that are there may be replaced
 };
 
 /// Where the mesh of a label goes: PREFIX7.ply, and of several frames, counted from 0, PREFIX7_t0.ply.
@@ -25,7 +27,8 @@ std::vector<std::string> FindMeshFiles(const std::string& prefix);
 
 /// Writes each label's mesh of each frame as a PLY file, one frame in memory at a time. Says on standard error which
 /// frame has no voxel size, no labels, or a label without a surface. Needs no toolkit.
-/// @throws Failure, also where a mesh would replace one of the label files; the meshes written before stay
+/// @throws Failure, also where a mesh would replace one of the label files, or what it must not; the meshes written
+/// before stay
 void ExportMeshes(const MeshExport& order);
 
 } // namespace zelviewer

@@ -92,6 +92,11 @@ std::string FindConflict(const Options& options) {
         return "--json goes with --info.";
     if (options.info && options.screenshot)
         return "--info and --screenshot exclude each other.";
+    const bool writes = options.screenshot || options.exportMeshes || options.save.IsAskedFor();
+    if (options.force && !writes)
+        return "--force goes with options that write files.";
+    if (options.closeMeshes && !options.exportMeshes)
+        return "--close-meshes goes with --export-meshes.";
     if (options.components && options.labels.empty())
         return "--components goes with --labels.";
     if (options.exportMeshes) {
@@ -111,8 +116,7 @@ std::string FindConflict(const Options& options) {
                                   : options.volume       ? "--volume"
                                                          : nullptr;
         if (other != nullptr)
-            return std::string(options.save.view ? "--save-view" : "--save-gallery") + " and " + other +
-                   " exclude each other.";
+            return std::string(options.save.GetName()) + " and " + other + " exclude each other.";
         if (!options.files.empty())
             if (std::string missing = options.save.FindMissingFrame(options.files.size()); !missing.empty())
                 return missing;
@@ -181,6 +185,8 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
                        "Write the surface of each label in microns to PREFIXn.ply,\nof several frames to "
                        "PREFIXn_tm.ply, and exit")
             ->type_name("PREFIX");
+    app.add_flag("--close-meshes", options.closeMeshes,
+                 "With --export-meshes: close surfaces that reach the\nborder of the image with its faces");
     app.add_flag("--voxels", options.voxels, "One pixel per voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
         app.add_option("--stretch", stretch,
@@ -201,6 +207,9 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
             ->type_name("FILE.png");
     SaveOptionsParser save;
     save.AddTo(app);
+    app.add_flag("--force", options.force,
+                 "Replace files that are there under the names to be written.\nNever replaced are inputs, and files of "
+                 "another kind");
     app.add_flag("--info", options.info, "Print what the files contain, without reading voxels, and exit");
     app.add_flag("--json", options.json, "With --info: as JSON");
     app.add_flag("--verbose", options.verbose, "Print on standard error what is being read");

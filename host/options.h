@@ -27,10 +27,12 @@ struct Options {
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored
     std::optional<std::string> exportMeshes;        ///< write the labels' meshes under this prefix and leave
+    bool closeMeshes = false;                       ///< meshes end at the faces of the image
     bool volume = false;                            ///< the volume window opens as well
     std::optional<std::string> view;                ///< file with the view that the volume window opens with
     std::optional<std::string> screenshot;          ///< write the picture here and leave
     SaveOptions save;                               ///< write pictures without a window and leave
+    bool force = false;                             ///< files of the same kind are replaced
     bool info = false;                              ///< print what the files are and leave
     bool json = false;                              ///< the same as JSON
     bool verbose = false;                           ///< the library's messages go to standard error

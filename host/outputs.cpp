@@ -5,6 +5,8 @@
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <fstream>
+#include <initializer_list>
 #include <optional>
 #include <string_view>
 
@@ -39,10 +41,32 @@ std::string Joined(const std::vector<std::string>& words) {
     return joined;
 }
 
+/// Whether a file is of the kind that its ending says, by how it begins.
+bool IsOfKind(const std::string& name, const std::string& ending) {
+    using std::string_view_literals::operator""sv;
+    constexpr std::size_t longest = 32;
+    std::string start(longest, '\0');
+    std::ifstream file(name, std::ios::binary);
+    file.read(start.data(), longest);
+    start.resize(static_cast<std::size_t>(file.gcount()));
+    const auto begins = [&start](std::initializer_list<std::string_view> marks) {
+        return std::any_of(marks.begin(), marks.end(), [&](std::string_view mark) { return start.starts_with(mark); });
+    };
+    if (ending == ".png")
+        return begins({"\x89PNG\r\n\x1A\n"sv});
+    if (ending == ".gif")
+        return begins({"GIF87a"sv, "GIF89a"sv});
+    if (ending == ".ply")
+        return begins({"ply\n"sv, "ply\r"sv});
+    if (ending == ".ics") // behind its two separators
+        return start.find("ics_version") != std::string::npos;
+    return begins({"II*\0"sv, "MM\0*"sv, "II+\0"sv, "MM\0+"sv}); // TIFF and BigTIFF
+}
+
 } // namespace
 
-InputFiles::InputFiles(const std::vector<std::string>& names) {
-    for (const std::string& name : names) {
+OutputRules::OutputRules(const std::vector<std::string>& inputs, bool replaces) : m_replaces(replaces) {
+    for (const std::string& name : inputs) {
         Add(name);
         try {
             if (const std::string data = kep::ReadFileAxes(name.c_str()).frame.dataFile; !data.empty())
@@ -53,14 +77,14 @@ InputFiles::InputFiles(const std::vector<std::string>& names) {
     }
 }
 
-void InputFiles::Add(const std::string& name) {
+void OutputRules::Add(const std::string& name) {
     if (const auto identity = IdentityOf(name))
         m_files.emplace(*identity, name);
     else
         m_missing.insert(name);
 }
 
-std::string InputFiles::RefusalOf(const std::string& output, const std::vector<std::string>& endings) const {
+std::string OutputRules::RefusalOf(const std::string& output, const std::vector<std::string>& endings) const {
     const auto replaces = [&output](const std::string& input) {
         return output + ": It would replace the input '" + input + "'.";
     };
@@ -70,9 +94,22 @@ std::string InputFiles::RefusalOf(const std::string& output, const std::vector<s
     if (m_missing.contains(output))
         return replaces(output);
     const auto fits = [&output](const std::string& ending) { return HasEnding(output, ending); };
-    if (!std::any_of(endings.begin(), endings.end(), fits))
+    const auto ending = std::find_if(endings.begin(), endings.end(), fits);
+    if (ending == endings.end())
         return output + ": The name must end in " + Joined(endings) + ".";
-    return {};
+    return RefusalOfExisting(output, *ending);
+}
+
+std::string OutputRules::RefusalOfExisting(const std::string& output, const std::string& ending) const {
+    struct stat status {};
+    if (::stat(output.c_str(), &status) != 0)
+        return {};
+    if (!S_ISREG(status.st_mode))
+        return output + ": It is there already and not a plain file.";
+    const bool isOfKind = status.st_size == 0 || IsOfKind(output, ending);
+    if (!isOfKind)
+        return output + ": It is there already and not a " + ending + " file; it is not replaced.";
+    return m_replaces ? std::string() : output + ": It is there already; --force replaces it.";
 }
 
 } // namespace zelviewer

@@ -1,5 +1,6 @@
 #include "host/picturesave.h"
 
+#include "host/film.h"
 #include "host/firstmapping.h"
 #include "host/message.h"
 #include "host/opening.h"
@@ -137,26 +138,34 @@ void SaveFrames(const Options& options, const std::string& name, const mor::Imag
         mapping = MakeMapping(image, stretch, options.part);
         const kep::Resolution& resolution = image.GetResolution();
         whole = ShowWhole({image.GetOffset(), image.GetSize(), resolution},
-                          save.view ? ScaleOfView(options, name, resolution) : resolution.GetUsable().GetRes());
+                          save.gallery ? resolution.GetUsable().GetRes() : ScaleOfView(options, name, resolution));
     });
     const zel::GalleryOptions gallery = save.gallery ? GalleryOf(save, image.GetSizeZ()) : zel::GalleryOptions{};
     PlanePainter<T> painter(image, *mapping, std::move(labels));
-    std::vector<std::string> inputNames = options.files;
-    inputNames.insert(inputNames.end(), options.labels.begin(), options.labels.end());
-    const InputFiles inputs(inputNames);
-    const Range frames = save.GetFrames();
-    for (std::size_t i = 0; i < frames.GetCount(); ++i) {
-        const int frame = frames.GetNumber(i);
-        const std::string target = save.GetFileName(frame);
+    std::vector<std::string> inputs = options.files;
+    inputs.insert(inputs.end(), options.labels.begin(), options.labels.end());
+    const OutputRules rules(inputs, options.force);
+    const auto write = [&](const std::string& target, const auto& make) {
         // Seen again now, for files that were put there since.
-        if (const std::string refusal = inputs.RefusalOf(target, SavedEndings()); !refusal.empty())
+        if (const std::string refusal = rules.RefusalOf(target, save.GetEndings()); !refusal.empty())
             throw Failure(refusal);
-        NameFailures(target, [&] {
-            const auto t = static_cast<std::size_t>(frame);
-            Sheet sheet = save.view ? MakeView(save, whole, painter, t) : MakeGallery(gallery, whole, painter, t);
-            Write(sheet, target);
-        });
+        NameFailures(target, make);
+    };
+    const Range frames = save.GetFrames(image.GetNumFrames());
+    Film film;
+    for (std::size_t i = 0; i < frames.GetCount(); ++i) {
+        const auto t = static_cast<std::size_t>(frames.GetNumber(i));
+        const std::string target = save.GetFileName(frames.GetNumber(i));
+        if (save.film)
+            NameFailures(target, [&] { film.Add(MakeView(save, whole, painter, t)); });
+        else
+            write(target, [&] {
+                Sheet sheet = save.view ? MakeView(save, whole, painter, t) : MakeGallery(gallery, whole, painter, t);
+                Write(sheet, target);
+            });
     }
+    if (save.film)
+        write(*save.film, [&] { film.Save(*save.film, save.picturesASecond); });
 }
 
 void SaveSynthetic(const Options& options) {

@@ -62,23 +62,19 @@ std::string RefusalOfOutputs(const Options& options) {
     names.insert(names.end(), options.labels.begin(), options.labels.end());
     if (options.view)
         names.push_back(*options.view);
-    const InputFiles inputs(names);
+    const OutputRules rules(names, options.force);
     if (options.screenshot) {
-        std::string refusal = inputs.RefusalOf(*options.screenshot, {".png"});
+        std::string refusal = rules.RefusalOf(*options.screenshot, {".png"});
         if (refusal.empty() && options.volume)
-            refusal = inputs.RefusalOf(VolumePictureName(*options.screenshot), {".png"});
+            refusal = rules.RefusalOf(VolumePictureName(*options.screenshot), {".png"});
         return refusal;
     }
-    if (options.save.IsAskedFor()) {
-        const Range frames = options.save.GetFrames();
-        for (std::size_t i = 0; i < frames.GetCount(); ++i)
-            if (std::string refusal = inputs.RefusalOf(options.save.GetFileName(frames.GetNumber(i)), SavedEndings());
-                !refusal.empty())
-                return refusal;
-        return {};
-    }
-    for (const std::string& mesh : FindMeshFiles(*options.exportMeshes))
-        if (std::string refusal = inputs.RefusalOf(mesh, {".ply"}); !refusal.empty())
+    const std::vector<std::string> outputs =
+        options.save.IsAskedFor() ? options.save.GetFileNames() : FindMeshFiles(*options.exportMeshes);
+    const std::vector<std::string> endings =
+        options.save.IsAskedFor() ? options.save.GetEndings() : std::vector<std::string>{".ply"};
+    for (const std::string& output : outputs)
+        if (std::string refusal = rules.RefusalOf(output, endings); !refusal.empty())
             return refusal;
     return {};
 }
@@ -89,7 +85,8 @@ int RunViewer(const Options& options, char* programName) {
         return 2;
     }
     if (options.exportMeshes) {
-        ExportMeshes({options.labels, options.components, options.resolution, *options.exportMeshes});
+        ExportMeshes({options.labels, options.components, options.resolution, *options.exportMeshes,
+                      options.closeMeshes, options.force});
         return 0;
     }
     if (options.save.IsAskedFor()) {
@@ -98,7 +95,7 @@ int RunViewer(const Options& options, char* programName) {
     }
     if (!StartToolkit(new ViewerApp(options), programName, !options.verbose)) {
         PrintMessage("There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, "
-                     "--save-view, --save-gallery or --info.");
+                     "--save-view, --save-gallery, --save-film or --info.");
         return 1;
     }
     wxLog::SetActiveTarget(new HostLog(options.verbose, options.screenshot.has_value()));

@@ -71,6 +71,14 @@ bool IsGiven(const CLI::Option* option) {
     return option->count() > 0;
 }
 
+/// "--a", "--a or --b", "--a, --b or --c".
+std::string JoinedNames(const std::vector<const CLI::Option*>& options) {
+    std::string joined;
+    for (const CLI::Option* const option : options)
+        joined += (joined.empty() ? "" : option == options.back() ? " or " : ", ") + option->get_name();
+    return joined;
+}
+
 /// Where the file's own name begins behind its folder.
 std::size_t StartOfName(const std::string& path) {
     return path.rfind('/') + 1; // 0 without a folder
@@ -85,12 +93,16 @@ std::pair<std::size_t, std::size_t> FindNumber(const std::string& path) {
 
 } // namespace
 
-Range SaveOptions::GetFrames() const {
-    return frames ? *frames : Range{frame.value_or(0), frame.value_or(0), 1};
+Range SaveOptions::GetFrames(std::size_t frameCount) const {
+    if (frames)
+        return *frames;
+    if (film && !frame)
+        return {0, static_cast<int>(frameCount) - 1, 1};
+    return {frame.value_or(0), frame.value_or(0), 1};
 }
 
 std::string SaveOptions::FindMissingFrame(std::size_t frameCount) const {
-    const int last = GetFrames().last;
+    const int last = GetFrames(frameCount).last;
     if (static_cast<std::size_t>(last) < frameCount)
         return {};
     return "--frames: There is no frame " + std::to_string(last) + ", they are numbered from 0 to " +
@@ -99,15 +111,24 @@ std::string SaveOptions::FindMissingFrame(std::size_t frameCount) const {
 
 std::string SaveOptions::GetFileName(int frameNumber) const {
     const std::string& target = GetTarget();
-    if (!frames)
+    if (!frames || film)
         return target;
     const std::size_t start = StartOfName(target);
     return target.substr(0, start) + zel::MakeSequenceName(target.substr(start), frameNumber);
 }
 
-const std::vector<std::string>& SavedEndings() {
-    static const std::vector<std::string> endings = {".tif", ".tiff", ".ics", ".png"};
-    return endings;
+std::vector<std::string> SaveOptions::GetFileNames() const {
+    if (!frames || film)
+        return {GetTarget()};
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < frames->GetCount(); ++i)
+        names.push_back(GetFileName(frames->GetNumber(i)));
+    return names;
+}
+
+const std::vector<std::string>& SaveOptions::GetEndings() const {
+    static const std::vector<std::string> ofPictures = {".tif", ".tiff", ".ics", ".png"}, ofFilms = {".gif"};
+    return film ? ofFilms : ofPictures;
 }
 
 void SaveOptionsParser::AddTo(CLI::App& app) {
@@ -118,8 +139,10 @@ void SaveOptionsParser::AddTo(CLI::App& app) {
                          "Write the windows to a TIFF, ICS or PNG file and exit: the whole\n"
                          "image cut in its middle, without cut pointer, texts and bars.\n"
                          "Needs no display");
-    m_options.windows = add("--windows", m_windows, "LIST", "With --save-view: which of xy,xz,yz; without it all");
-    m_options.border = add("--border", m_border, "N", "With --save-view: pixels between two windows; 10");
+    m_options.windows =
+        add("--windows", m_windows, "LIST", "With --save-view or --save-film: which of xy,xz,yz;\nwithout it all");
+    m_options.border =
+        add("--border", m_border, "N", "With --save-view or --save-film: pixels between two\nwindows; 10");
     m_options.gallery = add("--save-gallery", m_gallery, "FILE",
                             "Write the XY slices side by side to a file and exit, with one\n"
                             "pixel per voxel; else as --save-view");
@@ -129,10 +152,15 @@ void SaveOptionsParser::AddTo(CLI::App& app) {
     m_options.columns = add("--columns", m_columns, "N",
                             "With --save-gallery: so many columns; without either,\nabout as many of each");
     m_options.spacing = add("--spacing", m_spacing, "N", "With --save-gallery: pixels between two slices; 10");
+    m_options.film = add("--save-film", m_film, "FILE.gif",
+                         "Write the views of all frames as a film and exit; else as\n"
+                         "--save-view");
+    m_options.fps = add("--fps", m_fps, "N", "With --save-film: frames a second, 1 to 50; 10");
     m_options.frames = add("--frames", m_frames, "A:B:STEP",
                            "With --save-view or --save-gallery: a file for each of the\n"
                            "frames A to B, from 0; XXX in FILE becomes the number.\n"
-                           "One number alone saves that frame; without it the first");
+                           "One number alone saves that frame; without it the first.\n"
+                           "With --save-film: these frames only");
 }
 
 std::string SaveOptionsParser::Read(SaveOptions& options) const {
@@ -141,6 +169,8 @@ std::string SaveOptionsParser::Read(SaveOptions& options) const {
         wrong = ReadView(options);
     if (wrong.empty() && IsGiven(m_options.gallery))
         wrong = ReadGallery(options);
+    if (wrong.empty() && IsGiven(m_options.film))
+        wrong = ReadFilm(options);
     if (wrong.empty() && IsGiven(m_options.frames))
         wrong = ReadFrames(options);
     return wrong;
@@ -148,24 +178,26 @@ std::string SaveOptionsParser::Read(SaveOptions& options) const {
 
 /// What was given without its command, or beside something that it excludes.
 std::string SaveOptionsParser::FindMisplaced() const {
-    if (IsGiven(m_options.view) && IsGiven(m_options.gallery))
-        return "--save-view and --save-gallery exclude each other.";
+    const CLI::Option* command = nullptr;
+    for (const CLI::Option* const each : {m_options.view, m_options.gallery, m_options.film}) {
+        if (IsGiven(each) && command != nullptr)
+            return command->get_name() + " and " + each->get_name() + " exclude each other.";
+        command = IsGiven(each) ? each : command;
+    }
     if (IsGiven(m_options.rows) && IsGiven(m_options.columns))
         return "--rows and --columns exclude each other.";
-    const auto of = [](const CLI::Option* command, std::initializer_list<const CLI::Option*> parameters) {
-        for (const CLI::Option* const parameter : parameters)
-            if (IsGiven(parameter) && !IsGiven(command))
-                return parameter->get_name() + " goes with " + command->get_name() + ".";
-        return std::string();
+    struct Belonging {
+        std::vector<const CLI::Option*> parameters, commands;
     };
-    if (std::string wrong = of(m_options.view, {m_options.windows, m_options.border}); !wrong.empty())
-        return wrong;
-    if (std::string wrong =
-            of(m_options.gallery, {m_options.slices, m_options.rows, m_options.columns, m_options.spacing});
-        !wrong.empty())
-        return wrong;
-    if (IsGiven(m_options.frames) && !IsGiven(m_options.view) && !IsGiven(m_options.gallery))
-        return "--frames goes with --save-view or --save-gallery.";
+    const Belonging belongings[] = {
+        {{m_options.windows, m_options.border}, {m_options.view, m_options.film}},
+        {{m_options.slices, m_options.rows, m_options.columns, m_options.spacing}, {m_options.gallery}},
+        {{m_options.fps}, {m_options.film}},
+        {{m_options.frames}, {m_options.view, m_options.gallery, m_options.film}}};
+    for (const auto& [parameters, commands] : belongings)
+        for (const CLI::Option* const parameter : parameters)
+            if (IsGiven(parameter) && std::find(commands.begin(), commands.end(), command) == commands.end())
+                return parameter->get_name() + " goes with " + JoinedNames(commands) + ".";
     return {};
 }
 
@@ -173,6 +205,24 @@ std::string SaveOptionsParser::ReadView(SaveOptions& options) const {
     if (m_view.empty())
         return "--save-view needs a file name.";
     options.view = m_view;
+    return ReadWindows(options);
+}
+
+std::string SaveOptionsParser::ReadFilm(SaveOptions& options) const {
+    if (m_film.empty())
+        return "--save-film needs a file name.";
+    options.film = m_film;
+    if (IsGiven(m_options.fps)) {
+        constexpr int fastest = 50; // what programs still play as it is meant
+        const auto number = ParseNumber(m_fps, 1);
+        if (!number || *number > fastest)
+            return "--fps " + m_fps + ": use a number from 1 to 50.";
+        options.picturesASecond = *number;
+    }
+    return ReadWindows(options);
+}
+
+std::string SaveOptionsParser::ReadWindows(SaveOptions& options) const {
     if (IsGiven(m_options.windows)) {
         const auto windows = ParseWindows(m_windows);
         if (!windows)
@@ -221,6 +271,8 @@ std::string SaveOptionsParser::ReadFrames(SaveOptions& options) const {
     options.frames = ParseRange(m_frames);
     if (!options.frames)
         return "--frames " + m_frames + ": use A:B or A:B:STEP, with A up to B, such as 0:9:3, or one number.";
+    if (options.film)
+        return {};
     // Two frames must not go into one file.
     const auto [at, digits] = FindNumber(options.GetTarget());
     const std::string largest = std::to_string(options.frames->GetNumber(options.frames->GetCount() - 1));

@@ -4,6 +4,7 @@
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
+#include "host/run.h"
 #include "host/screenshot.h"
 #include "image/zel_modaldialog.h"
 #include "volume/vol3D_canvas.h"
@@ -143,6 +144,9 @@ void ViewerApp::ShowVolume() {
 }
 
 void ViewerApp::TakeScreenshot() {
+    // Seen again now, for files that were put there since.
+    if (const std::string refusal = RefusalOfOutputs(m_options); !refusal.empty())
+        throw Failure(refusal);
     try {
         const wxImage picture = ComposePicture(*m_frame->GetCanvas());
         if (m_options.volume) {

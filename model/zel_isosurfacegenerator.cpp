@@ -2,6 +2,7 @@
 
 #include "model/surface/zel_surfacewalk.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace zel {
@@ -13,9 +14,27 @@ void IsosurfaceGenerator::GenerateSurfaces(const unsigned short* labels,
                                            const std::map<unsigned short, std::size_t>& labelToSurface,
                                            std::size_t sizeX, std::size_t sizeY, std::size_t sizeZ, float cellX,
                                            float cellY, float cellZ) {
+    Generate({labels, {sizeX, sizeY, sizeZ}, {cellX, cellY, cellZ}}, labelToSurface);
+}
+
+void IsosurfaceGenerator::GenerateClosedSurfaces(const unsigned short* labels,
+                                                 const std::map<unsigned short, std::size_t>& labelToSurface,
+                                                 std::size_t sizeX, std::size_t sizeY, std::size_t sizeZ, float cellX,
+                                                 float cellY, float cellZ) {
+    Release(); // before memory is taken for more
+    const kep::Vector3d<std::size_t> size(sizeX + 2, sizeY + 2, sizeZ + 2);
+    std::vector<unsigned short> bordered(size.x * size.y * size.z); // with background all round
+    for (std::size_t z = 0; z < sizeZ; ++z)
+        for (std::size_t y = 0; y < sizeY; ++y)
+            std::copy_n(labels + (z * sizeY + y) * sizeX, sizeX,
+                        bordered.data() + ((z + 1) * size.y + y + 1) * size.x + 1);
+    Generate({bordered.data(), size, {cellX, cellY, cellZ}, 1}, labelToSurface);
+}
+
+void IsosurfaceGenerator::Generate(const detail::LabelVolume& volume,
+                                   const std::map<unsigned short, std::size_t>& labelToSurface) {
     Release();
-    std::vector<detail::SurfaceArrays> arrays =
-        detail::WalkSurfaces({labels, {sizeX, sizeY, sizeZ}, {cellX, cellY, cellZ}}, labelToSurface);
+    std::vector<detail::SurfaceArrays> arrays = detail::WalkSurfaces(volume, labelToSurface);
     std::vector<unsigned short> labelOf(arrays.size());
     for (const auto& [label, surface] : labelToSurface)
         labelOf[surface] = label;

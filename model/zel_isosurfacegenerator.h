@@ -10,6 +10,10 @@
 
 namespace zel {
 
+namespace detail {
+struct LabelVolume;
+}
+
 /// The triangle mesh of one label. Movable, not copyable; the arrays live as long as the mesh.
 class ZEL_EXPORT LabelSurface {
 public:
@@ -58,6 +62,13 @@ public:
                           std::size_t sizeX, std::size_t sizeY, std::size_t sizeZ, float cellX, float cellY,
                           float cellZ);
 
+    /// The same with surfaces that are all closed: where a label touches the frame's border, its surface ends half a
+    /// voxel beyond the last voxel's place, at the face of the image. Frames may be one voxel thick. Takes a copy of
+    /// the labels in memory.
+    void GenerateClosedSurfaces(const unsigned short* labels,
+                                const std::map<unsigned short, std::size_t>& labelToSurface, std::size_t sizeX,
+                                std::size_t sizeY, std::size_t sizeZ, float cellX, float cellY, float cellZ);
+
     /// Frees all surfaces.
     void Release();
 
@@ -66,6 +77,8 @@ public:
     const std::vector<LabelSurface>& GetSurfaces() const { return m_surfaces; }
 
 private:
+    void Generate(const detail::LabelVolume& volume, const std::map<unsigned short, std::size_t>& labelToSurface);
+
     std::vector<LabelSurface> m_surfaces;
     bool m_valid = false;
 };

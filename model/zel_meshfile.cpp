@@ -75,12 +75,12 @@ Placement PlaceFrame(const kep::Image3d<unsigned short>& frame) {
     return placement;
 }
 
-std::string MakeHeader(const LabelSurface& surface, bool doubles) {
+std::string MakeHeader(const LabelSurface& surface, bool inMicrons, bool doubles) {
     const char* const position = doubles ? "double" : "float";
     std::ostringstream header;
     header.imbue(std::locale::classic());
     header << "ply\nformat binary_little_endian 1.0\n"
-           << "comment label " << surface.GetLabel() << ", in microns\n"
+           << "comment label " << surface.GetLabel() << (inMicrons ? ", in microns\n" : ", in pixels\n")
            << "element vertex " << surface.GetVertexCount() << "\n";
     for (const char* const axis : {"x", "y", "z"})
         header << "property " << position << " " << axis << "\n";
@@ -128,7 +128,7 @@ void SaveMesh(const std::string& fileName, const LabelSurface& surface, const ke
     }
     const Placement placement = PlaceFrame(frame);
     kep::AtomicFile file(fileName);
-    const std::string header = MakeHeader(surface, placement.needsDoubles);
+    const std::string header = MakeHeader(surface, frame.GetResolution().IsDefined(), placement.needsDoubles);
     file.Write(header.data(), header.size());
     BlockWriter out(file);
     if (placement.needsDoubles)

@@ -8,8 +8,9 @@
 
 namespace zel {
 
-/// Writes a mesh as a binary PLY file (little endian), in microns: for each vertex x, y, z and the unit normal, for
-/// each triangle three 32-bit unsigned indices. The file appears under its name only when it is whole.
+/// Writes a mesh as a binary PLY file (little endian), in microns where the voxel size is known and in pixels where it
+/// is not, which a comment tells: for each vertex x, y, z and the unit normal, for each triangle three 32-bit unsigned
+/// indices. The file appears under its name only when it is whole.
 ///
 /// The file's axes are those of the frame: x along rows, y from the first row to the last, z from slice to slice, and a
 /// place is in the voxel in which kep::MicronsToVoxel finds it, so a voxel's center lies half a voxel behind its

@@ -167,8 +167,11 @@ private:
     }
 
     /// World coordinate of a vertex on an edge between two cell coordinates.
-    static float Middle(std::size_t a, std::size_t b, float cell) {
-        return (static_cast<float>(a) * cell + static_cast<float>(b) * cell) / 2;
+    float Middle(std::size_t a, std::size_t b, float cell) const {
+        const auto at = [&](std::size_t voxel) {
+            return static_cast<float>(static_cast<std::ptrdiff_t>(voxel - m_volume.border)) * cell;
+        };
+        return (at(a) + at(b)) / 2;
     }
 
     /// Makes the vertices on all edges that start in a slice. Edges are numbered by the voxel where they start and then

@@ -14,6 +14,7 @@ struct LabelVolume {
     const unsigned short* labels = nullptr; ///< x fastest, then y, then z
     kep::Vector3d<std::size_t> size;        ///< voxels
     kep::Vector3d<float> cell;
+    std::size_t border = 0; ///< voxels at each side that are not the image's, which begins behind them
 };
 
 /// Makes the vertices and triangles of all labels. The memory it needs beside them is that of the crossed edges of two

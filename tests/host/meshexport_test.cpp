@@ -8,6 +8,7 @@
 #include "tests/volume/label_volumes.h"
 #include "tests/volume/ply_reader.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -38,6 +39,7 @@ protected:
         MeshExport order;
         order.labels = labels;
         order.prefix = folder / "cell";
+        order.replaces = true; // those of the order before
         return order;
     }
     /// @return what was said on standard error
@@ -142,14 +144,84 @@ TEST_F(MeshExporting, RefusesFlatFramesAndWhatIsNoLabel) {
     flat.MakeRoom(6, 5, 1);
     flat.Fill(1);
     const std::string flatName = Write("flat.tif", flat);
-    EXPECT_EQ(FailureOf(OrderFor({flatName})),
-              flatName + ": A flat frame has no surfaces: meshes need two voxels or more along each axis.");
+    EXPECT_EQ(
+        FailureOf(OrderFor({flatName})),
+        flatName +
+            ": A flat frame has no surfaces: meshes need two voxels or more along each axis. Use --close-meshes.");
     kep::Image3d<float> grey;
     grey.MakeRoom(3, 3, 3);
     grey.Fill(0.5F);
     EXPECT_THAT(FailureOf(OrderFor({Write("grey.tif", grey)})), HasSubstr("grey.tif: "));
     EXPECT_THAT(FailureOf(OrderFor({folder / "missing.tif"})), HasSubstr("missing.tif: "));
     EXPECT_THAT(folder.List(), ElementsAre("flat.tif", "grey.tif"));
+}
+
+TEST_F(MeshExporting, ClosedMeshesEndAtTheFacesOfTheImage) {
+    kep::Image3d<unsigned short> frame = MakeLabels({2, 4, 0.5F});
+    frame.SetOffset({10, 20, 30});
+    frame.Fill(7);
+    frame.SetVoxel(3, 2, 1, 9);
+    MeshExport order = OrderFor({Write("l.tif", frame)});
+    order.closed = true;
+    EXPECT_EQ(Export(order), "");
+    EXPECT_THAT(folder.List(), ElementsAre("cell7.ply", "cell9.ply", "l.tif"));
+    const PlyMesh mesh = ReadPly(folder / "cell7.ply");
+    EXPECT_TRUE(GetShape(mesh.triangles.front().data(), mesh.triangles.size()).closed);
+    // 6 x 5 x 4 voxels of 0.5 x 0.25 x 2 microns.
+    const std::array<double, 3> low{10, 20, 30}, high{13, 21.25, 38};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        const auto less = [axis](const auto& a, const auto& b) { return a[axis] < b[axis]; };
+        const auto [first, last] = std::minmax_element(mesh.vertices.begin(), mesh.vertices.end(), less);
+        EXPECT_EQ((*first)[axis], low[axis]);
+        EXPECT_EQ((*last)[axis], high[axis]);
+    }
+    // In voxels: between their middles 5 x 4 x 3 whole ones, half of one before each square of a face, an eighth before
+    // each step of an edge, a 48th at each corner; less the octahedron of the other label, a sixth.
+    const double inside = 5 * 4 * 3 + 2 * (5 * 4 + 4 * 3 + 5 * 3) / 2.0 + 4 * (5 + 4 + 3) / 8.0 + 8 / 48.0 - 1 / 6.0;
+    const double voxel = 0.5 * 0.25 * 2;
+    EXPECT_NEAR(mesh.GetVolume(), inside * voxel, 1e-4);
+}
+
+TEST_F(MeshExporting, ALabelInsideIsTheSameClosedOrNot) {
+    const std::string labels = Write("l.tif", MakeLabels({2, 4, 0.5F}));
+    Export(OrderFor({labels}));
+    const std::string before = ReadBytes(folder / "cell300.ply");
+    MeshExport order = OrderFor({labels});
+    order.closed = true;
+    Export(order);
+    EXPECT_EQ(ReadBytes(folder / "cell300.ply"), before);
+}
+
+TEST_F(MeshExporting, ClosedAFrameMayBeFlat) {
+    kep::Image3d<unsigned short> frame;
+    frame.SetResolution({1, 1, 1});
+    frame.MakeRoom(1, 1, 1);
+    frame.Fill(4);
+    MeshExport order = OrderFor({Write("l.tif", frame)});
+    order.closed = true;
+    EXPECT_EQ(Export(order), "");
+    const PlyMesh mesh = ReadPly(folder / "cell4.ply");
+    EXPECT_EQ(mesh.triangles.size(), 8U);
+    EXPECT_NEAR(mesh.GetVolume(), 1.0 / 6, 1e-6); // an octahedron
+}
+
+TEST_F(MeshExporting, TheMeshesThemselvesTellTheirUnit) {
+    MeshExport order = OrderFor({Write("l.tif", MakeLabels({}))});
+    Export(order);
+    EXPECT_THAT(ReadBytes(folder / "cell3.ply"), HasSubstr("comment label 3, in pixels\n"));
+    order.resolution = kep::Vector3d<float>(2, 4, 0.5F);
+    Export(order);
+    EXPECT_THAT(ReadBytes(folder / "cell3.ply"), HasSubstr("comment label 3, in microns\n"));
+}
+
+TEST_F(MeshExporting, OlderMeshesStayUnlessTheyMayBeReplaced) {
+    MeshExport order = OrderFor({Write("l.tif", MakeLabels({1, 1, 1}))});
+    Export(order);
+    const std::string before = ReadBytes(folder / "cell3.ply");
+    order.replaces = false;
+    order.closed = true;
+    EXPECT_EQ(FailureOf(order), (folder / "cell3.ply") + ": It is there already; --force replaces it.");
+    EXPECT_EQ(ReadBytes(folder / "cell3.ply"), before);
 }
 
 TEST_F(MeshExporting, ReplacesNoLabels) {
@@ -190,6 +262,12 @@ TEST(MeshOptions, AreReadAndTold) {
     ASSERT_EQ(line.command, Command::Run) << line.text;
     EXPECT_EQ(line.options.exportMeshes, "out/cell");
     EXPECT_THAT(line.options.labels, ElementsAre("a.tif", "b.tif"));
+    EXPECT_FALSE(line.options.closeMeshes);
+    EXPECT_FALSE(line.options.force);
+    const CommandLine closed =
+        ParseCommandLine({"--force", "--close-meshes", "--export-meshes", "p", "--labels", "a.tif"});
+    EXPECT_TRUE(closed.options.closeMeshes);
+    EXPECT_TRUE(closed.options.force);
     EXPECT_FALSE(ParseCommandLine({"a.tif"}).options.exportMeshes);
     EXPECT_THAT(ParseCommandLine({"--help"}).text, HasSubstr("--export-meshes PREFIX"));
 }
@@ -203,6 +281,8 @@ TEST(MeshOptions, WrongUseIsRefused) {
         {{"--info", "--export-meshes", "p", "--labels", "l.tif"}, "--export-meshes and --info exclude each other."},
         {{"--screenshot", "s.png", "--export-meshes", "p", "--labels", "l.tif"},
          "--export-meshes and --screenshot exclude each other."},
+        {{"a.tif", "--close-meshes"}, "--close-meshes goes with --export-meshes."},
+        {{"a.tif", "--force"}, "--force goes with options that write files."},
         {{"--type", "int", "--export-meshes", "p", "--labels", "l.tif"}, "--type needs a FILE."},
     };
     for (const auto& [arguments, text] : cases) {

@@ -32,7 +32,17 @@ protected:
         return folder / name;
     }
     static std::string Refusal(const std::string& output, const std::vector<std::string>& inputs) {
-        return InputFiles(inputs).RefusalOf(output, {".png"});
+        return OutputRules(inputs, false).RefusalOf(output, {".png"});
+    }
+    static const std::vector<std::string>& Endings() {
+        static const std::vector<std::string> endings = {".gif", ".ics", ".ply", ".png", ".tif", ".tiff"};
+        return endings;
+    }
+    static std::string RefusalOfReplacing(const std::string& output) {
+        return OutputRules({}, true).RefusalOf(output, Endings());
+    }
+    static std::string RefusalOfNew(const std::string& output) {
+        return OutputRules({}, false).RefusalOf(output, Endings());
     }
     std::string RefusalOfScreenshot(const std::string& name, const std::vector<std::string>& files) const {
         Options options;
@@ -75,8 +85,8 @@ TEST_F(Outputs, ThePictureOfTheVolumeCountsToo) {
 }
 
 TEST_F(Outputs, ANameWithItsEndingThatNobodyReadsIsTaken) {
-    const std::string input = Write("stack.tif"), old = Write("old.png");
-    for (const std::string& name : {folder / "new.png", old, folder / "missing folder/new.png", std::string("a.png")})
+    const std::string input = Write("stack.tif");
+    for (const std::string& name : {folder / "new.png", folder / "missing folder/new.png", std::string("a.png")})
         EXPECT_EQ(Refusal(name, {input}), "") << name;
     EXPECT_EQ(Refusal("a.png", {}), "");
 }
@@ -107,8 +117,9 @@ TEST_F(Outputs, AnInputIsRefusedUnderEveryName) {
 
 TEST_F(Outputs, ACopyOfAnInputIsAFileOfItsOwn) {
     const std::string input = Write("a.tif");
-    fs::copy_file(input, folder / "copy.png");
-    EXPECT_EQ(Refusal(folder / "copy.png", {input}), "");
+    fs::copy_file(input, folder / "copy.tif");
+    EXPECT_EQ(OutputRules({input}, true).RefusalOf(folder / "copy.tif", {".tif"}), "");
+    EXPECT_EQ(OutputRules({input}, true).RefusalOf(input, {".tif"}), Replaces(input, input));
 }
 
 TEST_F(Outputs, AnInputThatIsNotThereIsKnownByItsName) {
@@ -142,7 +153,6 @@ TEST_F(Outputs, AScreenshotReplacesNeitherImagesNorLabels) {
 TEST_F(Outputs, MeshesReplaceNoLabels) {
     const std::string prefix = folder / "cell";
     const std::string labels = Write("l.tif");
-    WriteBytes(folder / "cell7.ply", "an older mesh");
     EXPECT_EQ(RefusalOfMeshes(prefix, {labels}), "");
     EXPECT_EQ(RefusalOfMeshes(folder / "missing folder/cell", {labels}), "");
     fs::create_symlink("l.tif", folder / "cell65535.ply");
@@ -151,6 +161,113 @@ TEST_F(Outputs, MeshesReplaceNoLabels) {
     EXPECT_EQ(RefusalOfMeshes(folder / "", {labels}), "");
     const std::string later = Write("8_t12.ply");
     EXPECT_EQ(RefusalOfMeshes(folder / "", {labels, later}), Replaces(folder / "8_t12.ply", later));
+}
+
+TEST_F(Outputs, OlderMeshesAreKeptOrReplacedAsAWhole) {
+    const std::string labels = Write("l.tif"), old = folder / "cell7.ply";
+    WriteBytes(old, "ply\nformat ascii 1.0\n");
+    Options options;
+    options.labels = {labels};
+    options.exportMeshes = folder / "cell";
+    EXPECT_EQ(RefusalOfOutputs(options), old + ": It is there already; --force replaces it.");
+    options.force = true;
+    EXPECT_EQ(RefusalOfOutputs(options), "");
+    WriteBytes(old, "notes on cell 7");
+    EXPECT_EQ(RefusalOfOutputs(options), old + ": It is there already and not a .ply file; it is not replaced.");
+}
+
+TEST_F(Outputs, EachFileOfASequenceCounts) {
+    Options options;
+    options.save.view = folder / "viewX.png";
+    options.save.frames = Range{0, 2, 1};
+    EXPECT_EQ(RefusalOfOutputs(options), "");
+    WriteBytes(folder / "view2.png", "\x89PNG\r\n\x1A\n");
+    EXPECT_EQ(RefusalOfOutputs(options), folder / "view2.png" + ": It is there already; --force replaces it.");
+    options.save.frames = Range{0, 1, 1};
+    EXPECT_EQ(RefusalOfOutputs(options), "");
+}
+
+TEST_F(Outputs, AFilmIsOneFileThatEndsInGif) {
+    Options options;
+    options.save.film = folder / "filmX.gif";
+    options.save.frames = Range{0, 2, 1};
+    WriteBytes(folder / "film1.gif", "GIF89a");
+    EXPECT_EQ(RefusalOfOutputs(options), "");
+    WriteBytes(folder / "filmX.gif", "GIF89a");
+    EXPECT_EQ(RefusalOfOutputs(options), folder / "filmX.gif" + ": It is there already; --force replaces it.");
+    options.save.film = folder / "film.avi";
+    EXPECT_EQ(RefusalOfOutputs(options), folder / "film.avi" + ": The name must end in .gif.");
+}
+
+struct Kind {
+    std::string name, start;
+};
+
+std::ostream& operator<<(std::ostream& out, const Kind& kind) {
+    return out << kind.name;
+}
+
+const std::vector<Kind> kinds = {{"a.gif", "GIF89a..."},
+                                 {"b.gif", "GIF87a..."},
+                                 {"a.ics", "\t\nics_version\t2.0\n"},
+                                 {"a.ply", "ply\nformat"},
+                                 {"b.ply", "ply\r\nformat"},
+                                 {"a.PNG", "\x89PNG\r\n\x1A\n..."},
+                                 {"a.tif", std::string("II*\0....", 8)},
+                                 {"b.tiff", std::string("MM\0*....", 8)},
+                                 {"c.tif", std::string("II+\0....", 8)},
+                                 {"d.TIF", std::string("MM\0+....", 8)}};
+
+TEST_F(Outputs, AFileOfTheSameKindIsReplacedOnlyIfAskedFor) {
+    for (const Kind& kind : kinds) {
+        const std::string name = folder / kind.name;
+        EXPECT_EQ(RefusalOfNew(name), "");
+        WriteBytes(name, kind.start);
+        EXPECT_EQ(RefusalOfNew(name), name + ": It is there already; --force replaces it.");
+        EXPECT_EQ(RefusalOfReplacing(name), "") << kind;
+    }
+}
+
+TEST_F(Outputs, AFileOfAnotherKindIsNeverReplaced) {
+    for (const Kind& kind : kinds)
+        for (const std::string& ending : Endings()) {
+            if (kind.name.ends_with(ending) || (kind.name.ends_with("f") && ending.starts_with(".tif")) ||
+                kind.name.ends_with("F") || (kind.name == "a.PNG" && ending == ".png"))
+                continue;
+            const std::string name = folder / ("other" + ending);
+            WriteBytes(name, kind.start);
+            const std::string refusal =
+                name + ": It is there already and not a " + ending + " file; it is not replaced.";
+            EXPECT_EQ(RefusalOfReplacing(name), refusal) << kind;
+            EXPECT_EQ(RefusalOfNew(name), refusal) << kind;
+        }
+}
+
+TEST_F(Outputs, AShortFileIsOfNoKind) {
+    for (const std::string& ending : Endings()) {
+        WriteBytes(folder / ("short" + ending), "I");
+        EXPECT_THAT(RefusalOfReplacing(folder / ("short" + ending)), testing::HasSubstr("not a " + ending + " file"));
+    }
+}
+
+TEST_F(Outputs, AnEmptyFileHasNothingToLose) {
+    WriteBytes(folder / "empty.gif", "");
+    EXPECT_EQ(RefusalOfReplacing(folder / "empty.gif"), "");
+    EXPECT_EQ(RefusalOfNew(folder / "empty.gif"), folder / "empty.gif" + ": It is there already; --force replaces it.");
+}
+
+TEST_F(Outputs, FoldersAndDevicesAreNeverReplaced) {
+    fs::create_directory(folder / "folder.png");
+    fs::create_symlink("/dev/null", folder / "device.png");
+    for (const char* name : {"folder.png", "device.png"})
+        for (const bool replaces : {false, true})
+            EXPECT_EQ(OutputRules({}, replaces).RefusalOf(folder / name, {".png"}),
+                      folder / name + ": It is there already and not a plain file.");
+}
+
+TEST_F(Outputs, ALinkToNothingIsNoFileYet) {
+    fs::create_symlink("nothing.png", folder / "link.png");
+    EXPECT_EQ(RefusalOfNew(folder / "link.png"), "");
 }
 
 TEST_F(Outputs, MeshesInTheCurrentFolderHaveNamesWithoutOne) {

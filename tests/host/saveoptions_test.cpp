@@ -28,7 +28,7 @@ TEST(SaveOptions, AViewHasAllWindowsAndTenPixelsBetweenThem) {
     EXPECT_EQ(save.gallery, std::nullopt);
     EXPECT_EQ(save.windows.values, (std::array{true, true, true}));
     EXPECT_EQ(save.border, 10);
-    EXPECT_EQ(save.GetFrames(), (Range{0, 0, 1}));
+    EXPECT_EQ(save.GetFrames(20), (Range{0, 0, 1}));
     EXPECT_EQ(save.GetFileName(0), "v.tif");
 }
 
@@ -64,14 +64,43 @@ TEST(SaveOptions, RangesCountTheirNumbers) {
 
 TEST(SaveOptions, SeveralFramesHaveTheirNumbersInTheNames) {
     const SaveOptions save = Parse({"--save-view", "X/vXXX of X.tif", "--frames", "0:12:4"});
-    EXPECT_EQ(save.GetFrames(), (Range{0, 12, 4}));
+    EXPECT_EQ(save.GetFrames(20), (Range{0, 12, 4}));
     EXPECT_EQ(save.GetFileName(4), "X/v004 of X.tif"); // the folder keeps its name
 }
 
 TEST(SaveOptions, OneFrameKeepsTheNameAsItIs) {
     const SaveOptions save = Parse({"--save-gallery", "X.tif", "--frames", "7"});
-    EXPECT_EQ(save.GetFrames(), (Range{7, 7, 1}));
+    EXPECT_EQ(save.GetFrames(20), (Range{7, 7, 1}));
     EXPECT_EQ(save.GetFileName(7), "X.tif");
+}
+
+TEST(SaveOptions, AFilmHasAllFrames) {
+    const SaveOptions save = Parse({"--save-film", "X.gif", "a.tif"});
+    EXPECT_TRUE(save.IsAskedFor());
+    EXPECT_EQ(save.film, "X.gif");
+    EXPECT_EQ(save.picturesASecond, 10);
+    EXPECT_EQ(save.GetFrames(20), (Range{0, 19, 1}));
+    EXPECT_EQ(save.GetFrames(1), (Range{0, 0, 1}));
+    EXPECT_EQ(save.FindMissingFrame(1), "");
+    EXPECT_EQ(save.GetFileNames(), std::vector<std::string>{"X.gif"});
+}
+
+TEST(SaveOptions, AFilmOfSomeFramesIsOneFileToo) {
+    const SaveOptions save =
+        Parse({"--save-film", "X.gif", "--frames", "2:8:3", "--fps", "25", "--windows", "xy", "--border", "0"});
+    EXPECT_EQ(save.GetFrames(20), (Range{2, 8, 3}));
+    EXPECT_EQ(save.GetFileNames(), std::vector<std::string>{"X.gif"});
+    EXPECT_EQ(save.picturesASecond, 25);
+    EXPECT_EQ(save.windows.values, (std::array{true, false, false}));
+    EXPECT_EQ(save.border, 0);
+    EXPECT_EQ(save.FindMissingFrame(8), "--frames: There is no frame 8, they are numbered from 0 to 7.");
+    EXPECT_EQ(Parse({"--save-film", "X.gif", "--frames", "3"}).GetFrames(20), (Range{3, 3, 1}));
+}
+
+TEST(SaveOptions, FilesOfAllFramesAreNamed) {
+    EXPECT_EQ(Parse({"--save-view", "vXX.tif", "--frames", "0:12:6"}).GetFileNames(),
+              (std::vector<std::string>{"v00.tif", "v06.tif", "v12.tif"}));
+    EXPECT_EQ(Parse({"--save-gallery", "X.tif", "--frames", "7"}).GetFileNames(), std::vector<std::string>{"X.tif"});
 }
 
 TEST(SaveOptions, FramesThatAreNotThereAreTold) {
@@ -93,13 +122,23 @@ TEST(SaveOptions, WrongUseIsRefusedInOneLineThatNamesIt) {
          "--save-gallery and --export-meshes exclude each other."},
         {{"--save-view", "a.tif", "--volume"}, "--save-view and --volume exclude each other."},
         {{"--save-view", "a.tif", "--view", "b.zelview"}, "--save-view and --view exclude each other."},
-        {{"--windows", "xy"}, "--windows goes with --save-view."},
-        {{"--border", "3", "--save-gallery", "a.tif"}, "--border goes with --save-view."},
+        {{"--windows", "xy"}, "--windows goes with --save-view or --save-film."},
+        {{"--border", "3", "--save-gallery", "a.tif"}, "--border goes with --save-view or --save-film."},
         {{"--slices", "0:3", "--save-view", "a.tif"}, "--slices goes with --save-gallery."},
         {{"--rows", "3"}, "--rows goes with --save-gallery."},
         {{"--columns", "3"}, "--columns goes with --save-gallery."},
         {{"--spacing", "3"}, "--spacing goes with --save-gallery."},
-        {{"--frames", "0:3"}, "--frames goes with --save-view or --save-gallery."},
+        {{"--frames", "0:3"}, "--frames goes with --save-view, --save-gallery or --save-film."},
+        {{"--fps", "3"}, "--fps goes with --save-film."},
+        {{"--fps", "3", "--save-view", "a.tif"}, "--fps goes with --save-film."},
+        {{"--save-film", "a.gif", "--fps", "0"}, "--fps 0: use a number from 1 to 50."},
+        {{"--save-film", "a.gif", "--fps", "51"}, "--fps 51: use a number from 1 to 50."},
+        {{"--save-film", "a.gif", "--fps", "1.5"}, "--fps 1.5: use a number from 1 to 50."},
+        {{"--save-film", ""}, "--save-film needs a file name."},
+        {{"--save-film", "a.gif", "--rows", "2"}, "--rows goes with --save-gallery."},
+        {{"--save-film", "a.gif", "--save-view", "b.tif"}, "--save-view and --save-film exclude each other."},
+        {{"--save-film", "a.gif", "--save-gallery", "b.tif"}, "--save-gallery and --save-film exclude each other."},
+        {{"--save-film", "a.gif", "--info", "c.tif"}, "--save-film and --info exclude each other."},
         {{"--save-gallery", "a.tif", "--rows", "1", "--columns", "1"}, "--rows and --columns exclude each other."},
         {{"--save-view", "a.tif", "--windows", ""}, "--windows : use one or more of xy,xz,yz."},
         {{"--save-view", "a.tif", "--windows", "xy,"}, "--windows xy,: use one or more of xy,xz,yz."},

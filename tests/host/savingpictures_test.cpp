@@ -5,8 +5,10 @@
 #include "tests/host/program.h"
 #include "tests/support/file_size_limit.h"
 
+#include <wx/gifdecod.h>
 #include <wx/image.h>
 #include <wx/init.h>
+#include <wx/wfstream.h>
 
 #include <libics.h>
 #include <sys/stat.h>
@@ -54,8 +56,9 @@ int Ramp(int x, int y, int z) {
 
 class SavingPictures : public ProgramTest {
 protected:
-    /// Runs the program, which must succeed without a word.
-    void Save(const std::vector<std::string>& arguments) {
+    /// Runs the program, which must succeed without a word. Older pictures of the test are replaced.
+    void Save(std::vector<std::string> arguments) {
+        arguments.emplace_back("--force");
         const Outcome outcome = Run(arguments, Display::None);
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(outcome.output, "");
@@ -306,7 +309,7 @@ TEST_F(SavingPictures, WhatIsNotThereIsToldInOneLine) {
         int exitCode;
         std::string errors;
     } cases[] = {
-        {{missing, "--save-view", target}, 1, missing + ": Cannot open the file."},
+        {{missing, "--save-view", target}, 1, missing + ": There is no such file."},
         {{name, "--save-gallery", target, "--slices", "5:10"},
          1,
          "--slices: There is no slice 10, they are numbered from 0 to 9."},
@@ -346,6 +349,59 @@ TEST_F(SavingPictures, NoFileOfASequenceReplacesAnInput) {
     EXPECT_EQ(ReadBytes(second), bytes);
 }
 
+TEST_F(SavingPictures, WhatIsThereIsReplacedOnlyByForce) {
+    const std::string name = WriteRamp("a.tif"), other = WriteNoise("b.tif");
+    const std::vector<std::pair<const char*, std::string>> written = {{"--save-view", folder / "view.tif"},
+                                                                      {"--save-view", folder / "view.ics"},
+                                                                      {"--save-gallery", folder / "gallery.png"},
+                                                                      {"--save-film", folder / "film.gif"}};
+    for (const auto& [option, target] : written) {
+        EXPECT_EQ(Run({name, option, target}, Display::None).exitCode, 0) << target;
+        const std::string before = ReadBytes(target);
+        const Outcome refused = Run({other, option, target}, Display::None);
+        EXPECT_EQ(refused.exitCode, 2);
+        EXPECT_EQ(refused.errors, "zelviewer: " + target + ": It is there already; --force replaces it.\n");
+        EXPECT_EQ(ReadBytes(target), before);
+        EXPECT_EQ(Run({other, option, target, "--force"}, Display::None).exitCode, 0) << target;
+        const std::string after = ReadBytes(target);
+        EXPECT_NE(after, before);
+        EXPECT_EQ(Run({name, option, target, "--force"}, Display::None).exitCode, 0) << target;
+        EXPECT_EQ(ReadBytes(target), before);
+    }
+}
+
+TEST_F(SavingPictures, NothingIsWrittenIfOneFileOfASequenceMayNotBe) {
+    const std::string name = WriteRamp("a.tif");
+    std::filesystem::create_directory(folder / "v2.tif");
+    const Outcome outcome =
+        Run({name, name, name, "--save-view", folder / "vX.tif", "--frames", "0:2", "--force"}, Display::None);
+    EXPECT_EQ(outcome.exitCode, 2);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + (folder / "v2.tif") + ": It is there already and not a plain file.\n");
+    EXPECT_THAT(folder.List(), ElementsAre("a.tif", "v2.tif"));
+}
+
+TEST_F(SavingPictures, AFilmHasTheViewsOfAllFrames) {
+    const std::string first = WriteRamp("a.tif"), second = WriteNoise("b.tif");
+    for (const char* const frame : {"0", "1"})
+        Save({first, first, "--frames", frame, "--save-view", folder / (std::string("view") + frame + ".tif")});
+    Save({first, first, "--save-film", folder / "film.gif", "--fps", "20"});
+    wxFileInputStream file(folder / "film.gif");
+    wxGIFDecoder decoder;
+    ASSERT_EQ(decoder.LoadGIF(file), wxGIF_OK);
+    ASSERT_EQ(decoder.GetFrameCount(), 2U);
+    EXPECT_EQ(decoder.GetDelay(1), 50);
+    for (unsigned t = 0; t < 2; ++t) {
+        wxImage picture;
+        ASSERT_TRUE(decoder.ConvertToImage(t, &picture));
+        const Sheet view = Read(folder / ("view" + std::to_string(t) + ".tif"));
+        ASSERT_EQ(picture.GetWidth(), static_cast<int>(view.GetSizeX()));
+        ASSERT_EQ(picture.GetHeight(), static_cast<int>(view.GetSizeY()));
+        for (int y = 0; y < picture.GetHeight(); ++y)
+            for (int x = 0; x < picture.GetWidth(); ++x)
+                ASSERT_EQ(Colour(picture.GetRed(x, y), picture.GetGreen(x, y), picture.GetBlue(x, y)), At(view, x, y));
+    }
+}
+
 TEST_F(SavingPictures, AConstantImageIsRefusedInASentence) {
     kep::Image3d<float> frame;
     frame.MakeRoom(8, 8, 4);
@@ -373,27 +429,29 @@ TEST_F(SavingPictures, AFullDiskLeavesTheOldFile) {
     const std::string name = WriteNoise("a.tif");
     for (const char* const ending : {".tif", ".ics", ".png"}) {
         const std::string target = folder / "v" + ending;
-        WriteBytes(target, "what stood there before");
+        Save({WriteRamp("small.tif"), "--save-view", target});
+        const std::string before = ReadBytes(target);
         Outcome outcome;
         {
             const FileSizeLimit limit(20'000);
-            outcome = Run({name, "--save-gallery", target}, Display::None);
+            outcome = Run({name, "--save-gallery", target, "--force"}, Display::None);
         }
         EXPECT_EQ(outcome.exitCode, 1);
         EXPECT_THAT(outcome.errors, MatchesRegex("zelviewer: " + target + ": [^\n]+\n"));
-        EXPECT_EQ(ReadBytes(target), "what stood there before");
+        EXPECT_EQ(ReadBytes(target), before);
     }
-    EXPECT_THAT(folder.List(), ElementsAre("a.tif", "v.ics", "v.png", "v.tif"));
+    EXPECT_THAT(folder.List(), ElementsAre("a.tif", "small.tif", "v.ics", "v.png", "v.tif"));
 }
 
 TEST_F(SavingPictures, AReadOnlyTargetStays) {
     const std::string name = WriteRamp("a.tif"), target = folder / "v.tif";
-    WriteBytes(target, "what stood there before");
+    const std::string before("II*\0what stood there before", 27);
+    WriteBytes(target, before);
     const auto refuse = [&] {
-        const Outcome outcome = Wait(Start({name, "--save-view", target}, Display::None, false));
+        const Outcome outcome = Wait(Start({name, "--save-view", target, "--force"}, Display::None, false));
         EXPECT_EQ(outcome.exitCode, 1);
         EXPECT_THAT(outcome.errors, MatchesRegex("zelviewer: " + target + ": [^\n]*Permission denied[^\n]*\n"));
-        EXPECT_EQ(ReadBytes(target), "what stood there before");
+        EXPECT_EQ(ReadBytes(target), before);
     };
     // The file, and then its folder.
     ASSERT_EQ(0, ::chmod(target.c_str(), 0444));
@@ -407,7 +465,7 @@ TEST_F(SavingPictures, AReadOnlyTargetStays) {
 
 TEST_F(SavingPictures, WhereOneFileFailsThoseBeforeAreWholeAndNoneFollow) {
     const std::string name = WriteRamp("a.tif");
-    std::filesystem::create_directory(folder / "v2.tif");
+    std::filesystem::create_symlink("no such folder/v2.tif", folder / "v2.tif");
     const Outcome outcome =
         Run({name, name, name, name, "--save-view", folder / "vX.tif", "--frames", "0:3"}, Display::None);
     EXPECT_EQ(outcome.exitCode, 1);
@@ -415,7 +473,7 @@ TEST_F(SavingPictures, WhereOneFileFailsThoseBeforeAreWholeAndNoneFollow) {
     EXPECT_THAT(folder.List(), ElementsAre("a.tif", "v0.tif", "v1.tif", "v2.tif"));
     for (const char* const file : {"v0.tif", "v1.tif"})
         ExpectSize(Read(folder / file), 60, 50);
-    EXPECT_TRUE(std::filesystem::is_empty(folder / "v2.tif"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder / "v2.tif"));
 }
 
 /// Looks every millisecond. @return whether it came true within a minute: a run that has failed never gets there

@@ -28,10 +28,10 @@ using zelviewer::test::ProgramTest;
 
 class ZelViewer : public ProgramTest {
 protected:
-    /// Takes a screenshot, which must succeed without a word. @return its picture
+    /// Takes a screenshot, in place of an older one, which must succeed without a word. @return its picture
     wxImage Screenshot(std::vector<std::string> arguments) {
         const std::string name = folder / "picture.png";
-        arguments.insert(arguments.end(), {"--screenshot", name});
+        arguments.insert(arguments.end(), {"--force", "--screenshot", name});
         const Outcome outcome = Run(arguments);
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(outcome.output, "");
@@ -139,7 +139,7 @@ TEST_F(ZelViewer, LabelsMustFitTheirImage) {
     const std::string image = WriteRamp("a.tif", {2, 2, 1}), picture = folder / "picture.png";
     EXPECT_TRUE(Screenshot({image, "--labels", WriteRamp("l.tif")}).IsOk());
     const std::string other = WriteRamp("m.tif", {2, 2, 2});
-    const Outcome differs = Run({"--screenshot", picture, image, "--labels", other});
+    const Outcome differs = Run({"--force", "--screenshot", picture, image, "--labels", other});
     EXPECT_EQ(differs.exitCode, 1);
     EXPECT_EQ(differs.errors,
               "zelviewer: " + other + ": The labels differ from the image in size, voxel size or offset.\n");
@@ -482,6 +482,22 @@ TEST_F(ZelViewer, APictureReplacesNoInput) {
     EXPECT_TRUE(std::filesystem::is_symlink(folder / "link.png"));
     EXPECT_EQ(std::filesystem::hard_link_count(labels), 2U);
     EXPECT_THAT(folder.List(), testing::ElementsAre("hard.png", "labels.tif", "link.png", "stack.tif"));
+}
+
+TEST_F(ZelViewer, AnOlderPictureIsReplacedOnlyByForce) {
+    const std::string stack = WriteRamp("stack.tif"), target = folder / "a.png", beside = folder / "a-volume.png";
+    EXPECT_EQ(Run({stack, "--screenshot", target}).exitCode, 0);
+    const std::string before = ReadBytes(target);
+    const Outcome refused = Run({stack, "--voxels", "--screenshot", target});
+    EXPECT_EQ(refused.exitCode, 2);
+    EXPECT_EQ(refused.errors, "zelviewer: " + target + ": It is there already; --force replaces it.\n");
+    EXPECT_EQ(ReadBytes(target), before);
+    WriteBytes(beside, "notes");
+    const Outcome kept = Run({stack, "--force", "--volume", "--screenshot", target});
+    EXPECT_EQ(kept.exitCode, 2);
+    EXPECT_EQ(kept.errors, "zelviewer: " + beside + ": It is there already and not a .png file; it is not replaced.\n");
+    EXPECT_EQ(ReadBytes(beside), "notes");
+    EXPECT_EQ(ReadBytes(target), before);
 }
 
 TEST_F(ZelViewer, MeshesReplaceNoInput) {

@@ -130,12 +130,9 @@ void Settle() {
     }
 }
 
-void LetUnwantedTicksCome(int milliseconds) {
-    const wxStopWatch watch;
-    WaitUntil([&] { return watch.Time() >= milliseconds; }, milliseconds);
-}
+namespace {
 
-bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
+bool PumpUntil(const std::function<bool()>& condition, int milliseconds) {
     const wxStopWatch watch;
     while (!condition()) {
         if (watch.Time() > milliseconds)
@@ -144,6 +141,18 @@ bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
         wxMilliSleep(1);
     }
     return true;
+}
+
+} // namespace
+
+void LetUnwantedTicksCome(int milliseconds) {
+    const wxStopWatch watch;
+    PumpUntil([&] { return watch.Time() >= milliseconds; }, milliseconds);
+}
+
+bool WaitUntil(const std::function<bool()>& condition, int milliseconds) {
+    constexpr int patience = 4; // with a machine that has much else to do
+    return PumpUntil(condition, patience * milliseconds);
 }
 
 int CountXWindowsAtRest() {

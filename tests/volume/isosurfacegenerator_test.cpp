@@ -54,6 +54,42 @@ TEST(IsosurfaceGenerator, IsEmptyAtFirstAndAfterRelease) {
     EXPECT_TRUE(generator.GetSurfaces().empty());
 }
 
+TEST(IsosurfaceGenerator, ClosedSurfacesEndHalfAVoxelOutside) {
+    Volume volume{2, 3, 1};
+    std::fill(volume.labels.begin(), volume.labels.end(), static_cast<unsigned short>(5));
+    zel::IsosurfaceGenerator generator;
+    generator.GenerateClosedSurfaces(volume.labels.data(), {{5, 0}}, 2, 3, 1, 1, 2, 4);
+    ASSERT_TRUE(generator.IsValid());
+    const zel::LabelSurface& surface = generator.GetSurfaces().at(0);
+    EXPECT_TRUE(GetShape(surface.GetIndices(), surface.GetTriangleCount()).closed);
+    const std::vector<float> vertices = Vertices(surface);
+    // Middles of voxels lie at 0 and 1, at 0, 2 and 4, and at 0.
+    const float low[] = {-0.5F, -1, -2}, high[] = {1.5F, 5, 2};
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+        float lowest = vertices[axis], highest = vertices[axis];
+        for (std::size_t i = axis; i < vertices.size(); i += 3) {
+            lowest = std::min(lowest, vertices[i]);
+            highest = std::max(highest, vertices[i]);
+        }
+        EXPECT_EQ(lowest, low[axis]);
+        EXPECT_EQ(highest, high[axis]);
+    }
+    // In voxels of 8: half of one before each of the two squares on two faces, an eighth before each step of an edge, a
+    // 48th at each corner.
+    EXPECT_NEAR(SixfoldVolume(surface) / 6, (2 * 2 / 2.0 + 4 * (1 + 2) / 8.0 + 8 / 48.0) * 8, 1e-4);
+}
+
+TEST(IsosurfaceGenerator, ASurfaceInsideIsTheSameClosedOrNot) {
+    const Volume volume = Ball(9, 3, 5);
+    zel::IsosurfaceGenerator open, closed;
+    Generate(open, volume, {{5, 0}}, {0.3F, 0.7F, 1.1F});
+    closed.GenerateClosedSurfaces(volume.labels.data(), {{5, 0}}, 9, 9, 9, 0.3F, 0.7F, 1.1F);
+    const zel::LabelSurface &a = open.GetSurfaces().at(0), &b = closed.GetSurfaces().at(0);
+    EXPECT_EQ(Indices(a), Indices(b));
+    EXPECT_TRUE(Same(Vertices(a), Vertices(b)));
+    EXPECT_TRUE(Same(Normals(a), Normals(b)));
+}
+
 TEST(IsosurfaceGenerator, ASecondRunReplacesTheFirst) {
     Volume volume{3, 3, 3};
     volume.At(1, 1, 1) = 5;

@@ -48,6 +48,12 @@ TEST_F(MeshFile, HasAPlainHeaderAndTheBytesThatItPromises) {
     EXPECT_EQ(folder.List(), std::vector<std::string>{"mesh.ply"});
 }
 
+TEST_F(MeshFile, WithoutAVoxelSizeItCountsInPixels) {
+    MakeFrame({}, {});
+    zel::SaveMesh(name, Surface(), frame);
+    EXPECT_THAT(ReadBytes(name), HasSubstr("\ncomment label 5, in pixels\n"));
+}
+
 TEST_F(MeshFile, IsTheOldOneOrWholeWhicheverCallFails) {
     MakeFrame({}, {1, 1, 1});
     ExpectOldOrWholeAtEveryFault(name, [this] {
