@@ -123,6 +123,12 @@ void LabeledImage4d<L, V>::SaveSequence(const char* prefix, int digits, const ch
 }
 
 template <typename L, typename V>
+void LabeledImage4d<L, V>::InsertFrame(Frame* const frame, const wxString& name, int t) {
+    detail::InsertFrameAt(t, frame, name, GetGeometry(), sizeT, frames, names);
+    ++sizeT;
+}
+
+template <typename L, typename V>
 void LabeledImage4d<L, V>::RemoveFrame(int t) {
     detail::RemoveFrameAt(t, sizeT, frames, names);
     --sizeT;

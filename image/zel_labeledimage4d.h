@@ -165,6 +165,13 @@ public:
     /// As in Image4d, with labels as 16-bit numbers.
     void SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex, int StopIndex) const;
 
+    /// Takes a frame that was made in memory into the sequence; the frames from t on move up by one. An empty
+    /// container must have been given the frame's geometry before, by SetOffset, SetResolution and MakeRoom with t = 0.
+    /// @param frame  same size, offset and resolution as the container, compared exactly; its components are those of
+    ///               its labels. The container owns it on return, the caller still does after a throw
+    /// @param t      number that the frame gets, 0 <= t < GetNumFrames(), or -1 for behind the last
+    /// @throws kep::InternalException numbers of frames and names differ, null frame, wrong t, other geometry
+    void InsertFrame(Frame* const frame, const wxString& name, int t);
     /// Deletes a frame. The size stays, even without frames.
     /// @throws kep::InternalException numbers of frames and names differ, or not 0 <= t < GetNumFrames()
     void RemoveFrame(int t);

@@ -147,6 +147,15 @@ Size GallerySheetSize(const GalleryOptions& options, const Size& tile) {
     return SizeOf(LayOut(options), options, tile);
 }
 
+GalleryOptions WithRoomForAll(const GalleryOptions& options) {
+    const long long step = StepOf(options);
+    const long long slices = (static_cast<long long>(options.last) - options.first) / step + 1;
+    GalleryOptions roomy = options;
+    roomy.last =
+        static_cast<int>(std::min<long long>(options.first + slices * step - 1, std::numeric_limits<int>::max()));
+    return roomy;
+}
+
 Sheet ComposeGallery(const GalleryOptions& options, const Size& tile,
                      const std::function<PictureSource(int slice)>& pictureOf) {
     const GalleryGrid grid = LayOut(options);

@@ -49,6 +49,9 @@ struct GalleryOptions {
     int spacing = 10;   ///< pixels between two pictures
 };
 
+/// The same gallery with room for all of its slices.
+ZEL_EXPORT GalleryOptions WithRoomForAll(const GalleryOptions& options);
+
 /// Size of a gallery. The number of pictures that it has room for is (last - first + 1) / step in whole numbers, at
 /// least 1: one less than there are slices where the last of them is followed by less than a step. What lies beyond
 /// the sheet is not drawn.

@@ -63,6 +63,12 @@ void zel_LabeledImageViewer3dCanvas<T, L, V>::OnTimeChange() {
 }
 
 template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::OnSequenceChange() {
+    MakeOverlaysDirty();
+    zel_ImageViewer3dCanvas<T>::OnSequenceChange();
+}
+
+template <typename T, typename L, typename V>
 void zel_LabeledImageViewer3dCanvas<T, L, V>::OverlayingChanged(zel_OverlayingEvent& event) {
     MakeOverlaysDirty();
     const mor::Image4d<T>* const image = this->GetImage();

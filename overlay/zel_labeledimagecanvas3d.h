@@ -26,6 +26,7 @@ public:
 
     void OnDataChange() override;
     void OnTimeChange() override;
+    void OnSequenceChange() override;
     /// A reload asks the overlayer to load its labels anew, and all is resampled.
     void OverlayingChanged(zel_OverlayingEvent& event) override;
     /// Makes a surface for each label of the present frame, also while the volume window is hidden. The labels must

@@ -1,4 +1,5 @@
 #include "model/zel_decorations.h"
+#include "model/zel_truedecorations.h"
 #include "model/zel_view.h"
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_viewer3dcanvas.h"
@@ -28,11 +29,13 @@ void UseAnnotationText(wxDC& dc, const zel_ProjectionAnnotationStyle& style) {
 
 void zel_DrWin3d::DrawCutPointer(wxDC& dc) {
     const zel_CutPointerStyle& style = m_canvas->GetPointerStyle();
-    const auto place = [this](Axis axis) {
-        return CutPointerPlace(At(m_view.options.cut, axis), At(m_view.visibleBox.offset, axis),
-                               At(m_view.scale, axis));
+    const auto place = [this](Axis axis, int pixels) {
+        const float cut = At(m_view.options.cut, axis);
+        if (m_canvas->GetTruePictures().cutPointer)
+            return TrueCutPointerPlace(LookAlong(m_view, m_canvas->GetImageGeometry(), axis, pixels), cut);
+        return CutPointerPlace(cut, At(m_view.visibleBox.offset, axis), At(m_view.scale, axis));
     };
-    const Point at(place(m_plane.horizontal), place(m_plane.vertical));
+    const Point at(place(m_plane.horizontal, m_backing.GetWidth()), place(m_plane.vertical, m_backing.GetHeight()));
     dc.SetPen(wxPen(style.colour, 1, PenStyleOf(style.style)));
     if (style.style == 2) {
         constexpr int radius = 10;
@@ -72,18 +75,28 @@ void zel_DrWin3d::DrawProjectionAnnotation(wxDC& dc) {
 
 void zel_DrWin3d::DrawScaleBar(wxDC& dc) {
     const zel_ScaleBarStyle& style = m_canvas->GetScaleBarStyle();
-    const kep::Vector3d<float> resolution = m_canvas->GetResolution().GetRes();
-    const auto pixels = [&](Axis axis) {
-        return ScaleBarPixels(style.length, m_view.options.zoom, At(resolution, axis));
-    };
-    const wxString text = wxString::FromUTF8(ScaleBarText(style.length));
+    const kep::Resolution resolution = m_canvas->GetResolution();
+    std::string text;
+    Size legs;
+    if (m_canvas->GetTruePictures().scaleBar) {
+        const TrueScaleBar bar = MakeTrueScaleBar(At(m_view.scale, m_plane.horizontal),
+                                                  At(m_view.scale, m_plane.vertical), GetClientSize().x);
+        text = TrueScaleBarText(bar.length, resolution.IsDefined());
+        legs = bar.legs;
+    } else {
+        const auto pixels = [&](Axis axis) {
+            return ScaleBarPixels(style.length, m_view.options.zoom, At(resolution.GetRes(), axis));
+        };
+        text = ScaleBarText(style.length);
+        legs = {pixels(m_plane.horizontal), pixels(m_plane.vertical)};
+    }
+    const wxString shownText = wxString::FromUTF8(text);
     ScaleBarGeometry bar;
     dc.SetTextForeground(m_canvas->GetProjectionAnnotationStyle().colour);
-    if (!LayOutScaleBar(style, dc.GetTextExtent(text), {pixels(m_plane.horizontal), pixels(m_plane.vertical)},
-                        GetClientSize(), bar))
+    if (!LayOutScaleBar(style, dc.GetTextExtent(shownText), legs, GetClientSize(), bar))
         return;
     dc.SetPen(wxPen(style.colour, style.thickness));
-    dc.DrawText(text, bar.text);
+    dc.DrawText(shownText, bar.text);
     Draw(dc, bar.horizontal);
     Draw(dc, bar.vertical);
 }

@@ -54,8 +54,29 @@ private:
     bool m_reload;
 };
 
+/// Where a viewer is has changed: its cut, its view or its time, whoever did it. Sent to the canvas, for any id, when
+/// the events at hand have been dealt with; one event tells of all changes since the last. A handler may move any
+/// viewer, so that two are linked by setting each to the place of the other: a move to where one is tells nothing.
+class ZEL_EXPORT zel_PositionEvent : public wxEvent {
+public:
+    explicit zel_PositionEvent(bool cut = false, bool view = false, bool time = false);
+
+    wxEvent* Clone() const override { return new zel_PositionEvent(*this); }
+
+    bool HasCutChanged() const { return m_cut; }
+    /// The visible box or the scale.
+    bool HasViewChanged() const { return m_view; }
+    bool HasTimeChanged() const { return m_time; }
+
+private:
+    bool m_cut;
+    bool m_view;
+    bool m_time;
+};
+
 ZEL_EXPORT extern const wxEventTypeTag<zel_Mouse3dEvent> zel_EVT_MOUSE3D;
 ZEL_EXPORT extern const wxEventTypeTag<zel_MappingEvent> zel_EVT_MAPPING_CHANGED;
 ZEL_EXPORT extern const wxEventTypeTag<zel_OverlayingEvent> zel_EVT_OVERLAYING_CHANGED;
+ZEL_EXPORT extern const wxEventTypeTag<zel_PositionEvent> zel_EVT_POSITION_CHANGED;
 
 } // namespace zel

@@ -2,6 +2,7 @@
 
 #include <wx/filename.h>
 
+#include <algorithm>
 #include <cstdint>
 
 namespace zel {
@@ -36,10 +37,7 @@ zel_ImageViewer3dCanvas<T>::zel_ImageViewer3dCanvas(wxWindow* parent, const zel_
     m_iterator.SetLimits(0, frames - 1);
     m_iterator.SetRangeLast(frames - 1);
     m_view.Open(GetGeometry());
-    for (WindowPicture& picture : m_pictures) {
-        picture.autofocus.resize(image->GetNumFrames());
-        picture.autofocusStale.assign(image->GetNumFrames(), true);
-    }
+    ForgetProjections();
     RecomputeVisible();
     m_view.CentreOnCutIfOut();
     if (ownsImage)
@@ -133,6 +131,53 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
     MakeDirtyAndRefresh(zel_PT_ALL);
     UpdateVolVis();
     GetParent()->SetLabel(CreateTitle());
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnSequenceChange() {
+    if (m_image == nullptr)
+        return;
+    ForgetProjections();
+    if (m_image->GetNumFrames() == 0) {
+        m_sequenceTimer.Stop();
+        Refresh(false);
+        return;
+    }
+    const auto last = static_cast<int>(m_image->GetNumFrames()) - 1;
+    const bool reachesToTheEnd = m_iterator.rangeLast == m_iterator.limitLast;
+    if (m_iterator.rangeFirst > last)
+        m_iterator.SetRangeFirst(0);
+    m_iterator.SetLimits(0, last);
+    if (reachesToTheEnd)
+        m_iterator.SetRangeLast(last);
+    m_iterator.SetStep(std::min(m_iterator.step, m_iterator.rangeLast - m_iterator.rangeFirst + 1));
+    InfoFrame_UpdateImageInfo();
+    if (m_iterator.current != m_time)
+        OnTimeChange();
+    else
+        MakeDirtyAndRefresh(zel_PT_ALL);
+}
+
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::OnFrameChange(std::size_t frame) {
+    for (WindowPicture& picture : m_pictures)
+        if (frame < picture.autofocusStale.size())
+            picture.autofocusStale[frame] = true;
+    if (static_cast<long long>(frame) != m_time)
+        return;
+    MakeDirtyAndRefresh(zel_PT_ALL);
+    UpdateVolVis();
+}
+
+/// All projections are made when they are next asked for.
+template <typename T>
+void zel_ImageViewer3dCanvas<T>::ForgetProjections() {
+    const std::size_t frames = m_image->GetNumFrames();
+    for (WindowPicture& picture : m_pictures) {
+        picture.autofocus.clear();
+        picture.autofocus.resize(frames);
+        picture.autofocusStale.assign(frames, true);
+    }
 }
 
 template <typename T>

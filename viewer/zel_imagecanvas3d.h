@@ -1,6 +1,7 @@
 #pragma once
 
 #include "image/zel_image4d.h"
+#include "model/zel_composition.h"
 #include "model/zel_mapper.h"
 #include "model/zel_picture.h"
 #include "model/zel_volumetexture.h"
@@ -27,7 +28,8 @@ public:
     using zel_Viewer3dCanvas::SetSettings;
 
     /// @param mapper     must live until the canvas is no longer painted; not touched by the destructor
-    /// @param image      may be null: the canvas then stays empty; its frames must not change in number
+    /// @param image      may be null: the canvas then stays empty; a host that changes the number
+    ///                   of its frames calls OnSequenceChange before any other event comes
     /// @param ownsImage  the destructor deletes the image; otherwise the host keeps it alive as long as the canvas
     /// @throws kep::InternalException for an image without frames; hosts test IsEmpty()
     zel_ImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, mor::Image4d<T>* image, bool ownsImage,
@@ -54,6 +56,12 @@ public:
     /// that exist are kept.
     void OnDataChange() override;
     void OnTimeChange() override;
+    /// The image has more or fewer frames than before. Pictures and projections are made anew. A range of browsing that
+    /// reached to the end reaches to the new end; the number of the frame that is shown stays, if there is such a
+    /// frame. The volume window keeps what it shows unless that number changes: see OnFrameChange.
+    virtual void OnSequenceChange();
+    /// The voxels of a frame have changed: its projections are made anew, and all that is shown of it.
+    void OnFrameChange(std::size_t frame);
     void UpdateVolVis() override;
     void InfoFrame_UpdatePixelInfo() override;
     void InfoFrame_UpdateImageInfo() override;
@@ -143,6 +151,9 @@ private:
 
     WindowPicture& Window(zel_ProjectionType type) { return m_pictures[type]; }
     const WindowPicture& Window(zel_ProjectionType type) const { return m_pictures[type]; }
+    Sheet MakeGallery(const GalleryOptions& gallery);
+    Sheet MakeTrueGallery(GalleryOptions gallery);
+    void ForgetProjections();
     ImageGeometry GetGeometry() const;
     bool IsFrameThere() const;
     VolumeTexture MakeFrameVolume() const;

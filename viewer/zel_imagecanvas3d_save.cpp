@@ -5,6 +5,7 @@
 #include <wx/image.h>
 #include <wx/log.h>
 
+#include <algorithm>
 #include <limits>
 
 namespace zel {
@@ -33,6 +34,11 @@ void Write(const kep::Image3d<T>& image, const char* fileName) {
     const std::string loss = image.SaveImage(fileName, kep::FF_BY_NAME, true, nullptr);
     if (!loss.empty())
         wxLogWarning("%s", wxString(fileName, *wxConvFileName) + ": " + wxString::FromUTF8(loss));
+}
+
+void TellOfHiddenWindows(zel_Viewer3dCanvas& canvas) {
+    ShowMessage("Selected projection(s) can not be saved\nbecause they are not visible!", "Error", wxICON_ERROR | wxOK,
+                &canvas);
 }
 
 /// The side of a picture with one pixel a voxel.
@@ -82,8 +88,7 @@ void zel_ImageViewer3dCanvas<T>::SaveActualView(const char* fileName, int spacin
     }
     const PerPlane<bool> isIn = WindowsToSave(projections, shown);
     if (!isIn[zel_PT_XY] && !isIn[zel_PT_XZ] && !isIn[zel_PT_YZ]) {
-        ShowMessage("Selected projection(s) can not be saved\nbecause they are not visible!", "Error",
-                    wxICON_ERROR | wxOK, this);
+        TellOfHiddenWindows(*this);
         return;
     }
     LogFailure([&] { Write(ComposeView(pictures, isIn, spacing), fileName); });
@@ -94,9 +99,19 @@ void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char* fileName, int first
                                                  int count, int spacing) {
     if (IsMapperDetached() || !IsFrameThere() || first > last)
         return;
+    if (GetTruePictures().gallery && !IsDrWinShown(zel_PT_XY)) {
+        TellOfHiddenWindows(*this);
+        return;
+    }
+    const CutGuard guard(*this);
+    const GalleryOptions gallery{first, last, step, byRows, count, spacing};
+    LogFailure([&] { Write(GetTruePictures().gallery ? MakeTrueGallery(gallery) : MakeGallery(gallery), fileName); });
+}
+
+template <typename T>
+Sheet zel_ImageViewer3dCanvas<T>::MakeGallery(const GalleryOptions& gallery) {
     const kep::Vector3d<std::size_t> voxels = m_image->GetSize();
     const float resolution = m_image->GetResolution().GetUsable().GetRes().z;
-    const CutGuard guard(*this);
     wxImage picture; // that of the slice at hand
     const auto pictureOf = [&](int slice) {
         // From the first voxel's edge on, without the image's offset; a place on the box's face or beyond is refused,
@@ -108,17 +123,33 @@ void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char* fileName, int first
         picture = GetDrWin(zel_PT_XY)->GetPointerImage();
         return SourceOf(picture);
     };
-    LogFailure([&] {
-        Write(ComposeGallery({first, last, step, byRows, count, spacing}, {SideOf(voxels.x), SideOf(voxels.y)},
-                             pictureOf),
-              fileName);
-    });
+    return ComposeGallery(gallery, {SideOf(voxels.x), SideOf(voxels.y)}, pictureOf);
+}
+
+template <typename T>
+Sheet zel_ImageViewer3dCanvas<T>::MakeTrueGallery(GalleryOptions gallery) {
+    const auto slices = static_cast<int>(m_image->GetSizeZ());
+    gallery.first = std::clamp(gallery.first, 0, slices - 1);
+    gallery.last = std::clamp(gallery.last, 0, slices - 1);
+    const float resolution = m_image->GetResolution().GetUsable().GetRes().z;
+    wxImage picture; // that of the slice at hand
+    const auto pictureOf = [&](int slice) {
+        m_view.options.cut.z = m_image->GetOffset().z + (static_cast<float>(slice) + 0.5F) / resolution;
+        OnCutChange(zel_PT_ALL);
+        RenderNow();
+        picture = GetDrWin(zel_PT_XY)->GetPointerImage();
+        return SourceOf(picture);
+    };
+    pictureOf(gallery.first);
+    return ComposeGallery(WithRoomForAll(gallery), picture.GetSize(), pictureOf);
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template void zel_ImageViewer3dCanvas<T>::Save3dData(const wxString&);                                             \
     template void zel_ImageViewer3dCanvas<T>::SaveActualView(const char*, int, zel_ProjectionType);                    \
-    template void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char*, int, int, int, bool, int, int);
+    template void zel_ImageViewer3dCanvas<T>::SaveGalleryView(const char*, int, int, int, bool, int, int);             \
+    template Sheet zel_ImageViewer3dCanvas<T>::MakeGallery(const GalleryOptions&);                                     \
+    template Sheet zel_ImageViewer3dCanvas<T>::MakeTrueGallery(GalleryOptions);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 
 } // namespace zel

@@ -4,6 +4,8 @@
 
 #include <wx/dcclient.h>
 
+#include <utility>
+
 namespace zel {
 
 zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size)
@@ -34,6 +36,36 @@ zel_DrWin3d* zel_Viewer3dCanvas::GetDrWin(zel_ProjectionType type) const {
 }
 
 void zel_Viewer3dCanvas::GetIcons(wxIconBundle&) {}
+
+void zel_Viewer3dCanvas::SetTruePictures(const zel_TruePictures& truePictures) {
+    m_truePictures = truePictures;
+    Refresh(false);
+}
+
+void zel_Viewer3dCanvas::CentreOn(const kep::Vector3d<float>& point) {
+    const MicronBox before = m_view.visibleBox;
+    m_view.CentreOn(*FindPlane(zel_PT_XY), point.x, point.y);
+    m_view.CentreOn(*FindPlane(zel_PT_XZ), point.x, point.z);
+    if (m_view.visibleBox != before)
+        OnVis3dChange(zel_PT_ALL);
+}
+
+void zel_Viewer3dCanvas::OnInternalIdle() {
+    wxPanel::OnInternalIdle();
+    TellPosition();
+}
+
+/// The first position is where the viewer opens: nobody is told.
+void zel_Viewer3dCanvas::TellPosition() {
+    const Position now{m_view.options.cut, m_view.visibleBox, m_view.scale, m_iterator.current};
+    const std::optional<Position> told = std::exchange(m_toldPosition, now);
+    if (!told)
+        return;
+    zel_PositionEvent event(told->cut != now.cut, told->visibleBox != now.visibleBox || told->scale != now.scale,
+                            told->time != now.time);
+    if (event.HasCutChanged() || event.HasViewChanged() || event.HasTimeChanged())
+        ProcessWindowEvent(event);
+}
 
 wxSize zel_Viewer3dCanvas::GetOptimalSize() {
     PerPlane<Size> sizes;

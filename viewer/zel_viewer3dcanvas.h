@@ -24,6 +24,16 @@ class WXDLLIMPEXP_FWD_CORE wxIconBundle;
 
 namespace zel {
 
+/// What a canvas draws and saves as it is, rather than by the rules of old that hosts may rely on.
+struct zel_TruePictures {
+    /// The scale bar has a round length of its own, about a sixth of the window, at the picture's scale on each axis.
+    bool scaleBar = false;
+    /// The cut pointer is mirrored together with the picture.
+    bool cutPointer = false;
+    /// Picture k of a gallery shows slice k as the XY window would, whatever its zoom, and all of it.
+    bool gallery = false;
+};
+
 /// The part of the viewer that knows no voxels: a panel with three drawing windows over a View, the decorations'
 /// styles and the state of browsing. Everything that touches voxels is a virtual operation of
 /// zel_ImageViewer3dCanvas<T>.
@@ -59,7 +69,8 @@ public:
     /// @param spacing      pixels between two windows
     /// @param projections  zel_PT_XY, zel_PT_XZ, zel_PT_YZ or zel_PT_ALL
     virtual void SaveActualView(const char* fileName, int spacing, zel_ProjectionType projections) = 0;
-    /// Saves a sheet of what the XY window shows of slices `first` to `last`, with as many pixels for each as a slice
+    /// Saves a sheet of what the XY window shows of slices `first` to `last`. With GetTruePictures().gallery each has
+    /// its own picture, of the window's size. Otherwise they come with as many pixels for each as a slice
     /// has voxels: true pictures need one pixel a voxel, and the whole image visible. Slice 0 lies on the box's face,
     /// where the cut cannot be: its picture is the one before. Does nothing for a first slice above the last.
     /// @param step    below 1 counts as 1
@@ -127,6 +138,13 @@ public:
     /// What a window shows; for any other mask autofocus (the maximum intensity projection) if all
     /// three windows show it, otherwise the cut.
     zel_ProjectionContent GetContent(zel_ProjectionType type) const { return m_view.GetContent(type); }
+
+    /// Centres the windows on a point, as far as the image reaches, and shows it.
+    void CentreOn(const kep::Vector3d<float>& point);
+
+    const zel_TruePictures& GetTruePictures() const { return m_truePictures; }
+    /// All are off unless a host asks for them. Refreshes.
+    void SetTruePictures(const zel_TruePictures& truePictures);
 
     /// Annotation and scale bar are drawn.
     bool GetInfoFlag() const { return m_decorations.showAnnotation; }
@@ -196,6 +214,9 @@ public:
     /// The window of zel_PT_XY, zel_PT_XZ or zel_PT_YZ; null for any other value.
     zel_DrWin3d* GetDrWin(zel_ProjectionType type) const;
 
+    /// Tells of a new position.
+    void OnInternalIdle() override;
+
 protected:
     /// Arranges the windows and computes scale and visible box.
     void RecomputeVisible();
@@ -226,6 +247,15 @@ protected:
     wxTimer m_sequenceTimer;
 
 private:
+    /// Where a viewer is.
+    struct Position {
+        kep::Vector3d<float> cut;
+        MicronBox visibleBox;
+        kep::Vector3d<float> scale;
+        int time = 0;
+    };
+
+    void TellPosition();
     void OnSize(wxSizeEvent& event);
     void OnPaint(wxPaintEvent& event);
     void OnWindowPaint(wxPaintEvent& event);
@@ -242,6 +272,8 @@ private:
 
     PerPlane<zel_DrWin3d*> m_windows;
     DecorationOptions m_decorations;
+    zel_TruePictures m_truePictures;
+    std::optional<Position> m_toldPosition;
     int m_border = 0;
     bool m_keyboardWaits = false;               // the keyboard was in a window when the last one was hidden
     wxWeakRef<wxFrame> m_infoFrame;             // a child of this canvas; the user may close it

@@ -148,6 +148,26 @@ inline void CheckTime(int t, int least, std::size_t sizeT) {
         throw kep::InternalException("InsertFrame(): Incorrect value of the time parameter.");
 }
 
+/// Takes a frame into the list, which owns it on return; the frames from t on move up by one. Throws and changes
+/// nothing, or does all.
+/// @param t  -1 for behind the last
+/// @throws kep::InternalException; std::bad_alloc
+template <typename Frame>
+void InsertFrameAt(int t, Frame* frame, const wxString& name, const FrameGeometry& sequence, std::size_t sizeT,
+                   std::vector<Frame*>& frames, wxArrayString& names) {
+    CheckCounts(sizeT, frames, names);
+    if (frame == nullptr)
+        throw kep::InternalException("InsertFrame(): NULL image pointer given.");
+    CheckTime(t, -1, sizeT);
+    if (GeometryOf(*frame) != sequence)
+        throw kep::InternalException("InsertFrame(): Inserted image is not consistent with the sequence!");
+    const std::size_t at = t == -1 ? sizeT : static_cast<std::size_t>(t);
+    if (frames.size() == frames.capacity())
+        frames.reserve(2 * frames.capacity() + 1);
+    names.Insert(wxString(name), at); // a copy, as the name may be one of the list's own
+    frames.insert(frames.begin() + static_cast<std::ptrdiff_t>(at), frame);
+}
+
 /// Deletes frame t and its name.
 /// @throws kep::InternalException before anything changed
 template <typename Frame>

@@ -72,18 +72,7 @@ void Image4d<T>::SaveSequence(const char* prefix, int digits, const char* suffix
 
 template <typename T>
 void Image4d<T>::InsertFrame(Frame* const frame, const wxString& name, int t) {
-    detail::CheckCounts(sizeT, frames, names);
-    if (frame == nullptr)
-        throw kep::InternalException("InsertFrame(): NULL image pointer given.");
-    detail::CheckTime(t, -1, sizeT);
-    if (detail::GeometryOf(*frame) != GetGeometry())
-        throw kep::InternalException("InsertFrame(): Inserted image is not consistent with the sequence!");
-    const std::size_t at = t == -1 ? sizeT : static_cast<std::size_t>(t);
-    // Everything that can fail comes before the first change.
-    if (frames.size() == frames.capacity())
-        frames.reserve(2 * frames.capacity() + 1);
-    names.Insert(wxString(name), at); // a copy, as the name may be one of the list's own
-    frames.insert(frames.begin() + static_cast<std::ptrdiff_t>(at), frame);
+    detail::InsertFrameAt(t, frame, name, GetGeometry(), sizeT, frames, names);
     ++sizeT;
     TakeExtremes(*frame);
 }

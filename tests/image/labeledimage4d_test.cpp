@@ -247,6 +247,58 @@ TEST(LabelledImage, RemovesFrames) {
     labels.GetVoxelData().clear();
 }
 
+std::unique_ptr<Labels::Frame> FrameOfLabels(const std::vector<unsigned char>& values) {
+    kep::Image3d<unsigned char> image;
+    image.SetOffset({1, 2, 3});
+    image.SetResolution({4, 5, 6});
+    image.MakeRoom(values.size(), 1, 1);
+    std::copy(values.begin(), values.end(), image.begin());
+    auto frame = std::make_unique<Labels::Frame>();
+    frame->CreateRegionsOfLabels(image);
+    return frame;
+}
+
+TEST(LabelledImage, TakesFramesThatWereMadeInMemory) {
+    Labels labels;
+    labels.SetOffset({1, 2, 3});
+    labels.SetResolution({4, 5, 6});
+    labels.MakeRoom(3, 1, 1, 0);
+    const auto insert = [&labels](const std::vector<unsigned char>& values, const wxString& name, int t) {
+        auto frame = FrameOfLabels(values);
+        labels.InsertFrame(frame.get(), name, t);
+        frame.release(); // the sequence has taken it
+    };
+    insert({5, 0, 5}, "b", -1);
+    insert({7, 0, 0}, "c", -1);
+    insert({0, 9, 0}, "a", 0);
+    ASSERT_EQ(labels.GetNumFrames(), 3U);
+    EXPECT_EQ(labels.TestConsistency(), 0);
+    EXPECT_EQ(labels.GetImageName(0), "a");
+    EXPECT_EQ(labels.GetImageName(1), "b");
+    EXPECT_EQ(labels.GetImageName(2), "c");
+    EXPECT_EQ(labels.GetVoxel(1, 0, 0, 0), 9);
+    EXPECT_EQ(labels.GetVoxel(2, 0, 0, 1), 5);
+    EXPECT_EQ(labels.GetImage(1)->components.at(5).volume, 2U);
+}
+
+TEST(LabelledImage, RefusesFramesThatDoNotBelongToIt) {
+    Labels labels;
+    labels.SetOffset({1, 2, 3});
+    labels.SetResolution({4, 5, 6});
+    labels.MakeRoom(3, 1, 1, 1);
+    const auto fits = FrameOfLabels({1, 2, 3}), tooLong = FrameOfLabels({1, 2, 3, 4}),
+               elsewhere = FrameOfLabels({1, 2, 3});
+    elsewhere->offset.x = 1.5F;
+    const std::string other = "InsertFrame(): Inserted image is not consistent with the sequence!";
+    EXPECT_EQ(TextOf([&] { labels.InsertFrame(tooLong.get(), "x", -1); }), other);
+    EXPECT_EQ(TextOf([&] { labels.InsertFrame(elsewhere.get(), "x", -1); }), other);
+    EXPECT_EQ(TextOf([&] { labels.InsertFrame(nullptr, "x", -1); }), "InsertFrame(): NULL image pointer given.");
+    for (const int t : {-2, 1, std::numeric_limits<int>::max()})
+        EXPECT_EQ(TextOf([&] { labels.InsertFrame(fits.get(), "x", t); }), wrongTime) << t;
+    EXPECT_EQ(labels.GetNumFrames(), 1U);
+    EXPECT_EQ(labels.TestConsistency(), 0);
+}
+
 /// Reaches the operation that derived containers call.
 class OpenLabels : public Labels {
 public:

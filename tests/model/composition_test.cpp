@@ -340,3 +340,19 @@ TEST(Gallery, SidesBeyondIntAreRefusedBeforeAnythingIsDrawn) {
         EXPECT_EQ(refusal.GetText(), "The picture would have 3000000099 x 10 pixels, which is too large.");
     }
 }
+
+TEST(Gallery, HasRoomForAllSlicesIfWished) {
+    const auto lastOf = [](int first, int last, int step) {
+        const GalleryOptions roomy = WithRoomForAll({first, last, step, true, 2, 10});
+        EXPECT_EQ(roomy.first, first);
+        EXPECT_EQ(roomy.step, step);
+        return roomy.last;
+    };
+    EXPECT_EQ(lastOf(0, 6, 1), 6);
+    EXPECT_EQ(lastOf(2, 6, 2), 7);  // 2, 4, 6
+    EXPECT_EQ(lastOf(2, 7, 2), 7);  // the same
+    EXPECT_EQ(lastOf(0, 9, 4), 11); // 0, 4, 8
+    EXPECT_EQ(lastOf(5, 5, 100), 104);
+    EXPECT_EQ(lastOf(0, std::numeric_limits<int>::max(), 2), std::numeric_limits<int>::max());
+    EXPECT_EQ(GallerySheetSize(WithRoomForAll({2, 6, 2, true, 1, 0}), {9, 8}), Size(27, 8));
+}
