@@ -21,6 +21,10 @@ bool IsGray(DisplayType type) {
     return type <= DisplayType::Float;
 }
 
+bool IsColour(DisplayType type) {
+    return type == DisplayType::RGB8 || type == DisplayType::RGB16;
+}
+
 DisplayType DisplayTypeFor(kep::VoxelType type) {
     switch (type) {
     case kep::VoxelType::Binary:
@@ -47,12 +51,11 @@ DisplayType DisplayTypeFor(kep::VoxelType type) {
 }
 
 DisplayType WiderType(DisplayType a, DisplayType b) {
-    const auto isColour = [](DisplayType type) { return type == DisplayType::RGB8 || type == DisplayType::RGB16; };
     // Gray and complex types stand in the order in which each holds those before it; the colours stand beside them.
-    if (isColour(a) == isColour(b))
+    if (IsColour(a) == IsColour(b))
         return std::max(a, b);
-    const DisplayType colour = isColour(a) ? a : b;
-    const DisplayType other = isColour(a) ? b : a;
+    const DisplayType colour = IsColour(a) ? a : b;
+    const DisplayType other = IsColour(a) ? b : a;
     return other == DisplayType::Gray8 ? colour : DisplayType::RGB16;
 }
 

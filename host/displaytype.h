@@ -19,6 +19,14 @@ const std::string& NameOf(DisplayType type);
 
 /// Whether a voxel is one number, integer or real.
 bool IsGray(DisplayType type);
+/// Whether a voxel is red, green and blue.
+bool IsColour(DisplayType type);
+
+/// Whether a voxel type has red, green and blue.
+template <typename T>
+inline constexpr bool IsColourVoxel = false;
+template <typename C>
+inline constexpr bool IsColourVoxel<kep::RGB_generic<C>> = true;
 
 /// The type in which a file is shown: its own, or the nearest one that a window exists for. Reading tests the values,
 /// so a file that does not fit is refused and not changed.

@@ -1,6 +1,7 @@
 #include "host/info.h"
 
 #include "host/displaytype.h"
+#include "host/openingplan.h"
 
 #include <nlohmann/json.hpp>
 
@@ -113,9 +114,24 @@ std::string Printable(const std::string& whole, const std::string& indent) {
     return text;
 }
 
+/// What opening the file shows, unless the user chooses otherwise.
+ShownFile ShownOf(const FileInfo& file) {
+    return PlanFile({file.info, file.axes}, {});
+}
+
+/// The type in which a file is shown, and which of its channels, where it has several.
+std::string Told(const ShownFile& shown) {
+    const std::string& type = NameOf(shown.type);
+    if (shown.choices > 0)
+        return "each channel shown as " + type + ", chosen by --channel";
+    if (shown.channels.size() > 1)
+        return "shown as " + type + ", " + DescribeChannels(shown.channels);
+    return "shown as " + type;
+}
+
 /// What the files are together.
 struct Sequence {
-    std::size_t frames = 0; ///< files that can be read, or the time points of a single one
+    std::size_t frames = 0; ///< time points of the files that can be read
     bool alike = true;      ///< in size, voxel size and offset, and all can be read
     DisplayType type = DisplayType::Gray8;
     std::string difference; ///< of the first file that is not like the first one
@@ -129,10 +145,11 @@ Sequence Compare(const std::vector<FileInfo>& files) {
             sequence.alike = false;
             continue;
         }
-        const DisplayType type = DisplayTypeFor(file.info.voxelType);
+        const ShownFile shown = ShownOf(file);
+        const DisplayType type = shown.type;
         sequence.type = first == nullptr ? type : WiderType(sequence.type, type);
         first = first == nullptr ? &file : first;
-        sequence.frames += files.size() == 1 && file.axes ? file.axes->times : 1;
+        sequence.frames += shown.times;
         const std::string difference = DifferenceOf(first->name, first->info, file.info);
         if (!difference.empty() && sequence.difference.empty())
             sequence.difference = file.name + ": " + difference;
@@ -192,7 +209,7 @@ void PrintFile(std::ostream& out, const FileInfo& file) {
     else if (!file.notShown.empty())
         out << ", not shown: " << file.notShown << "\n";
     else
-        out << ", shown as " << NameOf(DisplayTypeFor(info.voxelType)) << "\n";
+        out << ", " << Told(ShownOf(file)) << "\n";
     if (IsKnown(res.x) || IsKnown(res.y) || IsKnown(res.z))
         out << "  voxel size   " << SizeOfVoxel(res.x) << " x " << SizeOfVoxel(res.y) << " x " << SizeOfVoxel(res.z)
             << " microns\n"
@@ -223,13 +240,25 @@ Json ToJson(const kep::Resolution& resolution) {
     return {component(res.x), component(res.y), component(res.z)};
 }
 
+/// The numbers of the channels that a window shows together; null where the user chooses.
+Json ChannelsShown(const FileInfo& file) {
+    if (ShownOf(file).choices > 0)
+        return {};
+    Json numbers = Json::array();
+    for (std::size_t c = 0; c < file.axes->channels; ++c)
+        numbers.push_back(c + 1);
+    return numbers;
+}
+
 /// Channels, time points, and what the file tells of them.
-void AddAxes(const kep::FileAxes& axes, Json& json) {
+void AddAxes(const FileInfo& file, Json& json) {
+    const kep::FileAxes& axes = *file.axes;
     json["channels"] = axes.channels;
     json["times"] = axes.times;
     json["channelNames"] = Json::array();
     for (const kep::ChannelInfo& channel : axes.channelInfos)
         json["channelNames"].push_back(channel.name);
+    json["channelsShown"] = ChannelsShown(file);
     json["frameInterval"] = axes.frameInterval ? Json(*axes.frameInterval) : Json();
     if (axes.series)
         json["series"] = {
@@ -257,11 +286,11 @@ Json ToJson(const FileInfo& file) {
                           {"largest", file.labels->largest},
                           {"onBorder", file.labels->onBorder}};
     else
-        json["shownAs"] = file.notShown.empty() ? Json(NameOf(DisplayTypeFor(info.voxelType))) : Json();
+        json["shownAs"] = file.notShown.empty() ? Json(NameOf(ShownOf(file).type)) : Json();
     if (!file.notShown.empty())
         json["notShown"] = file.notShown;
     if (file.axes)
-        AddAxes(*file.axes, json);
+        AddAxes(file, json);
     json["pixelsPerMicron"] = ToJson(info.resolution);
     json["offset"] = ToJson(info.offset);
     json["description"] = info.description;

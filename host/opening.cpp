@@ -1,51 +1,100 @@
 #include "host/opening.h"
 
 #include "host/info.h"
-#include "host/message.h"
 #include "host/proportions.h"
-#include "host/readingprogress.h"
 #include "host/synthetic.h"
 #include "host/vortex.h"
+#include "image/zel_framereading.h"
 
 #include <wx/filefn.h>
+#include <wx/log.h>
 
-#include <optional>
+#include <utility>
 
 namespace zelviewer {
 
 namespace {
 
-/// File names as the library takes them. It turns them back by the same conversion.
-wxArrayString ToArray(const std::vector<std::string>& names) {
-    wxArrayString array;
-    for (const std::string& name : names) {
-        const wxString converted(name.c_str(), *wxConvFileName);
-        if (name != static_cast<const char*>(converted.fn_str()))
-            throw Failure(name + ": The file's name is not valid in the present locale.");
-        array.Add(converted);
-    }
-    return array;
+/// A file name as the library takes it. It turns it back by the same conversion.
+wxString ToLibrary(const std::string& name) {
+    wxString converted(name.c_str(), *wxConvFileName);
+    if (name != static_cast<const char*>(converted.fn_str()))
+        throw Failure(name + ": The file's name is not valid in the present locale.");
+    return converted;
 }
 
-/// Calls read(t) for each file.
-/// @throws Failure for what `read` throws, and when the user cancels
+/// Calls read() for a file.
+/// @throws Failure for what `read` throws; Cancelled
 template <typename Read>
-void ReadOneByOne(const std::vector<std::string>& files, ReadingProgress& progress, const Read& read) {
-    for (std::size_t t = 0; t < files.size(); ++t) {
-        if (!progress.Report(t))
-            throw Failure("Reading was cancelled.");
-        const FileInHand inHand(files[t]);
-        try {
-            read(t);
-        } catch (const kep::LibException& error) {
-            throw Failure(NameAndReason(files[t], error));
-        } catch (const std::bad_alloc&) {
-            throw Failure(files[t] + ": Not enough memory.");
+void ReadNamed(const std::string& file, const Read& read) {
+    const FileInHand inHand(file);
+    try {
+        read();
+    } catch (const kep::ReadingStopped&) {
+        throw Cancelled("Reading was cancelled.");
+    } catch (const kep::LibException& error) {
+        throw Failure(NameAndReason(file, error));
+    } catch (const std::bad_alloc&) {
+        throw Failure(file + ": Not enough memory.");
+    }
+}
+
+/// Reads a file as the one frame that it holds.
+template <typename T>
+void AppendWhole(mor::Image4d<T>& image, const wxString& name, bool binary) {
+    wxArrayString names;
+    names.Add(name, image.GetNumFrames() + 1); // the last of them is read
+    if (image.GetNumFrames() == 0)
+        image.ReadSequence_First(names, binary);
+    else
+        image.ReadSequence_Next(names, binary);
+}
+
+/// What windows call a time point of a file.
+wxString NameOfFrame(const wxString& file, std::size_t time, std::size_t times) {
+    return times == 1 ? file : file + wxString::Format(", %zu of %zu", time + 1, times);
+}
+
+/// Reads one or several channels of each time point.
+template <typename T>
+void AppendFrames(mor::Image4d<T>& image, const std::string& file, const ShownFile& shown, bool binary) {
+    const wxString name = ToLibrary(file);
+    const auto append = [&](const auto& read) {
+        for (std::size_t t = 0; t < shown.times; ++t) {
+            wxLogMessage("%s", "I_Reading: " + NameOfFrame(name, t, shown.times));
+            mor::AppendFrame<T>(image, read(t), NameOfFrame(name, t, shown.times));
+        }
+    };
+    if constexpr (IsColourVoxel<T>) {
+        if (shown.channels.size() > 1) {
+            kep::ColourReader reader(file.c_str(), shown.channels);
+            append([&reader](std::size_t t) {
+                auto frame = std::make_unique<kep::Image3d<T>>();
+                reader.ReadFrame(t, *frame);
+                return frame;
+            });
+            return;
         }
     }
+    kep::FrameReader reader(file.c_str());
+    append([&](std::size_t t) { return mor::ReadFrame<T>(reader, shown.channels.front(), t, binary); });
+}
+
+/// What tells that the frames of two files are no images of one kind, as a sentence about the second one; empty if they
+/// may be.
+std::string DifferenceOf(const std::string& firstName, const ShownFile& first, const ShownFile& second) {
+    const std::size_t before = first.channels.size(), after = second.channels.size();
+    if (before == after || before == 0 || after == 0) // files that are one frame have no channels
+        return {};
+    return "It has " + std::to_string(after) + " channels to show, and " + firstName + " has " +
+           std::to_string(before) + ".";
 }
 
 } // namespace
+
+void Refuse(const ChannelQuestion& question) {
+    throw Failure(question.file + ": " + HowToChoose(question.channels.size(), question.most));
+}
 
 OpeningPlan PlanOpening(const Options& options) {
     OpeningPlan plan;
@@ -53,20 +102,27 @@ OpeningPlan PlanOpening(const Options& options) {
     std::optional<kep::ImageInfo> first;
     for (const std::string& name : options.files) {
         try {
-            const kep::ImageInfo info = kep::ReadImageInfo(name.c_str());
-            const DisplayType type = DisplayTypeFor(info.voxelType);
-            plan.type = !first ? type : WiderType(plan.type, type);
+            const FileContents file = ReadContents(name);
+            ShownFile shown = PlanFile(file, {options.channels, options.type, options.binary});
+            if (shown.choices > 0 && !plan.question)
+                plan.question = {name, NamesOfChannels(*file.axes), shown.choices};
+            plan.type = !first ? shown.type : WiderType(plan.type, shown.type);
             if (!first)
-                first = info;
-            if (const std::string difference = DifferenceOf(options.files.front(), *first, info); !difference.empty())
-                throw Failure(name + ": " + difference);
-            voxels += std::uint64_t{info.size.x} * info.size.y * info.size.z;
+                first = file.info;
+            std::string difference = DifferenceOf(options.files.front(), *first, file.info);
+            if (difference.empty() && !plan.files.empty())
+                difference = DifferenceOf(options.files.front(), plan.files.front(), shown);
+            if (!difference.empty())
+                throw Failure(difference);
+            voxels += std::uint64_t{file.info.size.x} * file.info.size.y * file.info.size.z * shown.times;
+            plan.frames += shown.times;
+            plan.files.push_back(std::move(shown));
         } catch (const kep::LibException& error) {
             throw Failure(NameAndReason(name, error));
+        } catch (const Failure& failure) {
+            throw Failure(name + ": " + failure.what());
         }
     }
-    if (options.binary)
-        plan.type = DisplayType::Gray8;
     if (options.type)
         plan.type = *options.type;
     plan.bytes = voxels * WithVoxelType(plan.type, [](auto type) { return sizeof(typename decltype(type)::type); });
@@ -74,16 +130,17 @@ OpeningPlan PlanOpening(const Options& options) {
 }
 
 template <typename T>
-std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan) {
-    const wxArrayString names = ToArray(options.files);
-    ReadingProgress progress(options.files.size(), plan.bytes, !options.LeavesByItself());
+std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress) {
     auto image = std::make_unique<mor::Image4d<T>>();
-    ReadOneByOne(options.files, progress, [&](std::size_t t) {
-        if (t == 0)
-            image->ReadSequence_First(names, options.binary);
-        else
-            image->ReadSequence_Next(names, options.binary);
-    });
+    const kep::ReadingWatch watch(
+        [&](const kep::ReadingState& state) { return progress.Report(image->GetNumFrames(), state); });
+    for (std::size_t i = 0; i < options.files.size(); ++i)
+        ReadNamed(options.files[i], [&] {
+            if (plan.files[i].isOneImage)
+                AppendWhole(*image, ToLibrary(options.files[i]), options.binary);
+            else
+                AppendFrames(*image, options.files[i], plan.files[i], options.binary);
+        });
     if (options.resolution && image->GetResolution().IsDefined())
         PrintMessage(options.files.front() + ": The file tells its voxel size; --resolution is not used.");
     image->SetResolution(CompleteResolution(image->GetResolution(), options.resolution));
@@ -91,17 +148,31 @@ std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const Opening
 }
 
 template <typename T>
+std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan) {
+    ReadingProgress progress(plan.frames, plan.bytes, !options.LeavesByItself());
+    return ReadFiles<T>(options, plan, progress);
+}
+
+template <typename T>
 std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image) {
-    const wxArrayString names = ToArray(options.labels);
+    if (options.labels.size() != image.GetNumFrames())
+        throw Failure("--labels needs one file for each frame: " + std::to_string(image.GetNumFrames()) + ", not " +
+                      std::to_string(options.labels.size()) + ".");
+    wxArrayString names;
+    for (const std::string& name : options.labels)
+        names.Add(ToLibrary(name));
     const std::uint64_t bytes = std::uint64_t{image.GetFrameSize()} * options.labels.size() * sizeof(unsigned short);
     ReadingProgress progress(options.labels.size(), bytes, !options.LeavesByItself());
     auto labels = std::make_unique<Labels>(options.components);
-    ReadOneByOne(options.labels, progress, [&](std::size_t t) {
-        if (t == 0)
-            labels->template ReadSequence_First<unsigned short>(names, nullptr);
-        else
-            labels->ReadSequence_Next(names);
-    });
+    const kep::ReadingWatch watch(
+        [&](const kep::ReadingState& state) { return progress.Report(labels->GetNumFrames(), state); });
+    for (const std::string& name : options.labels)
+        ReadNamed(name, [&] {
+            if (labels->GetNumFrames() == 0)
+                labels->template ReadSequence_First<unsigned short>(names, nullptr);
+            else
+                labels->ReadSequence_Next(names);
+        });
     labels->SetResolution(CompleteResolution(labels->GetResolution(), image.GetResolution().GetRes()));
     if (labels->GetSize() != image.GetSize() || labels->GetResolution() != image.GetResolution() ||
         labels->GetOffset() != image.GetOffset())
@@ -110,6 +181,7 @@ std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
+    template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&, ReadingProgress&);         \
     template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&);                           \
     template std::unique_ptr<Labels> ReadLabels(const Options&, const mor::Image4d<T>&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
@@ -121,14 +193,10 @@ namespace {
 /// @param what  what they show, for their names
 template <typename T>
 std::unique_ptr<mor::Image4d<T>> SequenceOf(std::vector<std::unique_ptr<kep::Image3d<T>>> frames, const char* what) {
-    const kep::Image3d<T>& first = *frames.front();
-    auto image = std::make_unique<mor::Image4d<T>>(&first.GetOffset(), &first.GetResolution());
-    image->MakeRoom(first.GetSize(), 0);
-    for (auto& frame : frames) {
-        const std::size_t number = image->GetNumFrames() + 1;
-        image->InsertFrame(frame.get(), wxString::Format("%s, %zu of %zu", what, number, frames.size()), -1);
-        frame.release(); // the sequence has taken it
-    }
+    auto image = std::make_unique<mor::Image4d<T>>();
+    for (auto& frame : frames)
+        mor::AppendFrame<T>(*image, std::move(frame),
+                            wxString::Format("%s, %zu of %zu", what, image->GetNumFrames() + 1, frames.size()));
     return image;
 }
 

@@ -2,33 +2,65 @@
 
 #include "host/displaytype.h"
 #include "host/labels.h"
+#include "host/message.h"
+#include "host/openingplan.h"
 #include "host/options.h"
+#include "host/readingprogress.h"
 #include "image/zel_image4d.h"
 
 #include <complex>
 #include <cstdint>
 #include <memory>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace zelviewer {
+
+/// What must be asked before a file can be opened.
+struct ChannelQuestion {
+    std::string file;
+    std::vector<std::string> channels; ///< their names
+    std::size_t most = 1;              ///< how many may be chosen: 1, or 3 that become colours
+};
+
+/// Where nobody is there to answer.
+/// @throws Failure that tells how the command line answers
+[[noreturn]] void Refuse(const ChannelQuestion& question);
 
 /// What the files on the command line will become.
 struct OpeningPlan {
     DisplayType type = DisplayType::Gray16;
-    std::uint64_t bytes = 0; ///< of all voxels in memory
+    std::uint64_t bytes = 0;                 ///< of all voxels in memory
+    std::vector<ShownFile> files;            ///< one for each
+    std::size_t frames = 0;                  ///< of all files together
+    std::optional<ChannelQuestion> question; ///< which channels? Nothing is read before there is an answer
 };
 
 /// Reads the headers of all files, so that a missing one is found before the others are read.
 /// @throws Failure
 OpeningPlan PlanOpening(const Options& options);
 
-/// Reads the files as one sequence. Exists for the types of KEP_DISPLAY_TYPES.
-/// @throws Failure, also when the user cancels
+/// The user has cancelled.
+class Cancelled : public Failure {
+public:
+    using Failure::Failure;
+};
+
+/// Reads the files as one sequence: their time points one behind the other, and of each the channels of the plan.
+/// Exists for the types of KEP_DISPLAY_TYPES.
+/// @param plan  with no question open
+/// @throws Failure; Cancelled
+template <typename T>
+std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress);
+
+/// The same with a progress of its own.
 template <typename T>
 std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan);
 
 /// Reads the label files as one sequence, as stored or as connected components. A voxel size that they lack is the
 /// image's. Exists for the types of KEP_DISPLAY_TYPES.
-/// @throws Failure, also if the labels differ from the image in position or size, and if the user cancels
+/// @throws Failure, also if the labels differ from the image in position, size or number; Cancelled
 template <typename T>
 std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>& image);
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <string_view>
 
 namespace zelviewer {
 
@@ -12,8 +13,8 @@ namespace {
 
 const char* const description =
     "Shows the XY, XZ and YZ cuts of microscope images.\n"
-    "Reads TIFF and ICS files, one per time point. Without files it shows synthetic cells, or\n"
-    "with --type complex a synthetic wave.";
+    "Reads TIFF and ICS files, each one or more time points. Without files it shows synthetic\n"
+    "cells, or with --type complex a synthetic wave.";
 
 const char* const footer = "Examples:\n"
                            "  zelviewer stack.tif                        shows one volume\n"
@@ -41,6 +42,29 @@ std::optional<kep::Vector3d<float>> ParseResolution(const std::string& text) {
         at = next;
     }
     return at == end ? std::optional(values) : std::nullopt;
+}
+
+/// The number of a channel, counted from 0; the user counts from 1.
+std::optional<std::size_t> ParseChannel(std::string_view text) {
+    std::size_t number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number == 0)
+        return std::nullopt;
+    return number - 1;
+}
+
+/// Two or three channels with commas between; nothing if they are anything else.
+std::vector<std::size_t> ParseChannels(std::string_view text) {
+    std::vector<std::size_t> channels;
+    for (std::size_t comma = 0; comma != std::string_view::npos;) {
+        comma = text.find(',');
+        const auto channel = ParseChannel(text.substr(0, comma));
+        if (!channel)
+            return {};
+        channels.push_back(*channel);
+        text.remove_prefix(std::min(comma, text.size() - 1) + 1);
+    }
+    return channels.size() == 2 || channels.size() == 3 ? channels : std::vector<std::size_t>();
 }
 
 const std::vector<std::pair<std::string, Stretch>> stretchNames = {{"none", Stretch::None},
@@ -77,8 +101,10 @@ std::string InOneLine(std::string text) {
 } // namespace
 
 std::string FindConflict(const Options& options, DisplayType type) {
-    if (options.stretch == Stretch::Equalize && (type == DisplayType::RGB8 || type == DisplayType::RGB16))
+    if (options.stretch == Stretch::Equalize && IsColour(type))
         return "--stretch equalize is not for colour images such as " + NameOf(type) + ".";
+    if (options.channels.size() > 1 && !IsColour(type))
+        return "--channels makes a colour image, which is rgb or rgb16 and not " + NameOf(type) + ".";
     if (options.part && type != DisplayType::Complex)
         return "--part is for complex images, not for " + NameOf(type) + ".";
     return {};
@@ -128,10 +154,20 @@ std::string FindConflict(const Options& options) {
     if (options.volume && (options.info || options.exportMeshes))
         return std::string(options.view ? "--view" : "--volume") + " and " +
                (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+    if (!options.channels.empty()) {
+        const std::string channels = options.channels.size() == 1 ? "--channel" : "--channels";
+        if (options.info || options.exportMeshes)
+            return channels + " and " + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+        if (options.files.empty())
+            return channels + " needs a FILE.";
+        if (options.binary && options.channels.size() > 1)
+            return "--channels and --binary exclude each other.";
+    }
     if (options.type)
         if (std::string conflict = FindConflict(options, *options.type); !conflict.empty())
             return conflict;
-    if (!options.labels.empty() && !options.files.empty() && options.labels.size() != options.files.size())
+    // One file may hold many frames, which is seen when it is opened.
+    if (!options.labels.empty() && options.files.size() > 1 && options.labels.size() != options.files.size())
         return "--labels needs one file for each FILE: " + std::to_string(options.files.size()) + ", not " +
                std::to_string(options.labels.size()) + ".";
     if (!options.files.empty() || (options.info && !options.labels.empty()))
@@ -154,20 +190,28 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     CommandLine line;
     Options& options = line.options;
     bool showVersion = false;
-    std::string type, resolution, stretch, part, meshes, view, screenshot;
+    std::string type, channel, channels, resolution, stretch, part, meshes, view, screenshot;
 
     CLI::App app(description, "zelviewer");
     app.footer(footer);
     app.get_formatter()->column_width(28);
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.add_flag("--version", showVersion, "Print the versions of program and libraries, and exit");
-    app.add_option("FILE", options.files, "Image files, one per time point, of the same size and voxel size")
+    app.add_option("FILE", options.files,
+                   "Image files of the same size and voxel size, whose time\npoints make one sequence")
         ->type_name("");
     const CLI::Option* const typeOption =
         app.add_option("--type", type,
                        "Read as this voxel type instead of the files' own:\n" + JoinedNames(DisplayTypeNames()) +
                            ".\nA file whose voxels don't fit is refused")
             ->type_name("NAME");
+    const CLI::Option* const channelOption =
+        app.add_option("--channel", channel, "Show one channel of files with several, counted from 1")->type_name("N");
+    const CLI::Option* const channelsOption =
+        app.add_option("--channels", channels,
+                       "Show two or three channels as red, green and blue, e.g.\n1,3,2. Without it files with two or "
+                       "three channels of 8\nor 16 bits open so, in their order")
+            ->type_name("N,N[,N]");
     app.add_flag("--binary", options.binary, "Read the files as masks: every value other than 0 is set");
     const CLI::Option* const resolutionOption =
         app.add_option(
@@ -237,6 +281,19 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
         options.type = ValueOf(DisplayTypeNames(), type);
         if (!options.type)
             return refuse("--type " + type + ": use one of " + JoinedNames(DisplayTypeNames()) + ".");
+    }
+    if (channelOption->count() > 0 && channelsOption->count() > 0)
+        return refuse("--channel and --channels exclude each other.");
+    if (channelOption->count() > 0) {
+        const auto number = ParseChannel(channel);
+        if (!number)
+            return refuse("--channel " + channel + ": use a whole number from 1 on.");
+        options.channels = {*number};
+    }
+    if (channelsOption->count() > 0) {
+        options.channels = ParseChannels(channels);
+        if (options.channels.empty())
+            return refuse("--channels " + channels + ": use two or three numbers from 1 on, such as 1,3,2.");
     }
     if (stretchOption->count() > 0) {
         options.stretch = ValueOf(stretchNames, stretch);

@@ -17,9 +17,10 @@ enum class Stretch { None, Linear, Percentil, Equalize };
 
 /// What the command line asks for. File names are in the file system's encoding.
 struct Options {
-    std::vector<std::string> files;                 ///< one per time point; none: synthetic cells
-    std::optional<DisplayType> type;                ///< voxel type to read as; none: the files' own
-    bool binary = false;                            ///< the files are masks
+    std::vector<std::string> files;    ///< one per time point; none: synthetic cells
+    std::optional<DisplayType> type;   ///< voxel type to read as; none: the files' own
+    std::vector<std::size_t> channels; ///< from 0: one alone, or two or three as colours; none: as they come
+    bool binary = false;               ///< the files are masks
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
     std::optional<Stretch> stretch;                 ///< none: no stretch for files, linear for the synthetic cells

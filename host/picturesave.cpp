@@ -187,6 +187,8 @@ void SavePictures(const Options& options) {
     const OpeningPlan plan = PlanOpening(options);
     if (const std::string conflict = FindConflict(options, plan.type); !conflict.empty())
         throw Failure(name + ": " + conflict);
+    if (plan.question)
+        Refuse(*plan.question);
     WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         const auto image = ReadFiles<T>(options, plan);

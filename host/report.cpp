@@ -3,6 +3,7 @@
 #include "host/displaytype.h"
 #include "host/info.h"
 #include "host/message.h"
+#include "host/openingplan.h"
 #include "host/proportions.h"
 #include "image/kep.h"
 
@@ -11,6 +12,7 @@
 
 #include <algorithm>
 #include <new>
+#include <utility>
 
 namespace zelviewer {
 
@@ -70,25 +72,9 @@ std::string FindWhyNotShown(const FileInfo& file) {
 
 /// What a file says of itself. Its voxels are read only where their type leaves open whether they can be shown.
 FileInfo Describe(const std::string& name, const Options& options) {
-    FileInfo file{name, {}};
-    kep::FileAxes axes;
-    try {
-        axes = kep::ReadFileAxes(name.c_str());
-    } catch (const kep::IOException&) { // it may be read as a whole nevertheless
-        axes.frame = kep::ReadImageInfo(name.c_str());
-    }
-    const bool isOneFrame = axes.channels == 1 && axes.times == 1;
-    if (!isOneFrame)
-        file.axes = axes;
-    // Three channels that make a colour are one image.
-    const bool mayBeColour = axes.channels == 3 && axes.times == 1;
-    file.info = axes.frame;
-    if (isOneFrame || mayBeColour) {
-        const kep::ImageInfo whole = kep::ReadImageInfo(name.c_str());
-        const bool isColour = whole.voxelType == kep::VoxelType::RGB8 || whole.voxelType == kep::VoxelType::RGB16;
-        if (isOneFrame || isColour)
-            file.info = whole;
-    }
+    FileContents contents = ReadContents(name);
+    FileInfo file{name, std::move(contents.info)};
+    file.axes = std::move(contents.axes);
     if (!IsAlwaysShown(file.info.voxelType))
         file.notShown = FindWhyNotShown(file);
     file.info.resolution = CompleteResolution(file.info.resolution, options.resolution);

@@ -1,5 +1,6 @@
 #include "host/viewerapp.h"
 
+#include "host/frame/channeldialog.h"
 #include "host/frame/hostmenus.h"
 #include "host/imageframe.h"
 #include "host/message.h"
@@ -68,6 +69,11 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame(const Options& options) {
     if (options.files.empty())
         return OpenSynthetic(options);
     const OpeningPlan plan = PlanOpening(options);
+    if (plan.question) {
+        Options chosen = options;
+        chosen.channels = ChooseChannels(*plan.question);
+        return OpenFrame(chosen);
+    }
     if (const std::string conflict = FindConflict(options, plan.type); !conflict.empty())
         throw Failure(options.files.front() + ": " + conflict);
     // Who names labels wants to see them, and the image as well.
@@ -83,6 +89,16 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame(const Options& options) {
             throw kep::InternalException(NameAndReason(options.files.front(), error));
         }
     });
+}
+
+/// Asks which channels of a file are shown. @throws Failure if nobody is there; Cancelled
+std::vector<std::size_t> ViewerApp::ChooseChannels(const ChannelQuestion& question) {
+    if (m_options.LeavesByItself())
+        Refuse(question);
+    std::vector<std::size_t> channels = AskForChannels(GetTopWindow(), question);
+    if (channels.empty())
+        throw Cancelled(question.file + ": No channel was chosen.");
+    return channels;
 }
 
 zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic(const Options& options) {
@@ -111,6 +127,8 @@ void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
         zel::zel_Viewer3dFrame* const frame = OpenFrame(options);
         Equip(*frame);
         frame->Show();
+    } catch (const Cancelled&) { // by the user, who knows
+        return;
     } catch (...) {
         ReportException();
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "host/firstpaint.h"
+#include "host/opening.h"
 #include "host/options.h"
 #include "viewer/zel_frame.h"
 
@@ -36,6 +37,7 @@ protected:
     virtual void ShowError(const std::string& text);
 
 private:
+    std::vector<std::size_t> ChooseChannels(const ChannelQuestion& question);
     static zel::zel_Viewer3dFrame* OpenSynthetic(const Options& options);
     void Equip(zel::zel_Viewer3dFrame& frame);
     void OpenFiles(const std::vector<std::string>& files);

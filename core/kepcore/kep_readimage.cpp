@@ -3,10 +3,13 @@
 #include "core/kepcore/convert/kep_block.h"
 #include "core/kepcore/convert/kep_convert.h"
 #include "core/kepcore/file/kep_file.h"
+#include "core/kepcore/file/kep_slices.h"
+#include "core/kepcore/file/kep_watchstate.h"
 #include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_framereader.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <memory>
 #include <new>
@@ -18,20 +21,30 @@ namespace {
 
 using PixelBox = VOI<T_pair<int, std::size_t>>;
 
+/// Voxels that are in the file as they are in memory: all at once, or, under a watch, in groups of slices.
+void ReadPlain(detail::FrameSource& source, std::byte* to) {
+    constexpr std::size_t groupBytes = std::size_t{16} << 20;
+    const detail::FrameHeader& header = source.GetHeader();
+    const auto& watch = detail::WatchOfThread();
+    const std::size_t group = watch ? std::max<std::size_t>(1, groupBytes / header.GetSliceBytes()) : header.size.z;
+    for (std::size_t z = 0; z < header.size.z; z += group) {
+        const std::size_t count = std::min(group, header.size.z - z);
+        source.ReadSlices(count, to + z * header.GetSliceBytes());
+        if (watch)
+            watch->AddSlices(count);
+    }
+}
+
 /// All voxels of the file, in their order.
 void ReadWhole(detail::FrameSource& source, const detail::VoxelConverter& converter, std::size_t voxelBytes,
                std::byte* to) {
+    if (converter.IsPlainCopy())
+        return ReadPlain(source, to);
     const detail::FrameHeader& header = source.GetHeader();
-    if (converter.IsPlainCopy()) {
-        source.ReadSlices(header.size.z, to);
-        return;
-    }
     const std::size_t sliceVoxels = header.size.x * header.size.y;
-    const auto slice = std::make_unique<std::byte[]>(header.GetSliceBytes());
-    for (std::size_t z = 0; z < header.size.z; ++z) {
-        source.ReadSlices(1, slice.get());
-        converter.Convert(slice.get(), {0, 0, z}, sliceVoxels, to + z * sliceVoxels * voxelBytes);
-    }
+    detail::ForEachSlice(source, [&](std::size_t z, const std::byte* slice) {
+        converter.Convert(slice, {0, 0, z}, sliceVoxels, to + z * sliceVoxels * voxelBytes);
+    });
 }
 
 /// The voxels that a box covers. Every slice is read, so that a file with damage behind the box is refused too.
@@ -39,19 +52,17 @@ void ReadWindow(detail::FrameSource& source, const detail::VoxelConverter& conve
                 const detail::Overlap& window, const Vector3d<std::size_t>& frameSize, std::byte* to) {
     const detail::FrameHeader& header = source.GetHeader();
     const std::size_t storedBytes = header.sample.GetSampleBytes() * static_cast<std::size_t>(header.components);
-    const auto slice = std::make_unique<std::byte[]>(header.GetSliceBytes());
-    for (std::size_t z = 0; z < header.size.z; ++z) {
-        source.ReadSlices(1, slice.get());
+    detail::ForEachSlice(source, [&](std::size_t z, const std::byte* slice) {
         if (z < window.inFrame.z || z - window.inFrame.z >= window.size.z)
-            continue;
+            return;
         const std::size_t frameZ = z - window.inFrame.z + window.inBox.z;
         for (std::size_t j = 0; j < window.size.y; ++j) {
             const std::size_t y = window.inFrame.y + j;
             const std::size_t index = (frameZ * frameSize.y + window.inBox.y + j) * frameSize.x + window.inBox.x;
-            converter.Convert(slice.get() + (y * header.size.x + window.inFrame.x) * storedBytes,
-                              {window.inFrame.x, y, z}, window.size.x, to + index * voxelBytes);
+            converter.Convert(slice + (y * header.size.x + window.inFrame.x) * storedBytes, {window.inFrame.x, y, z},
+                              window.size.x, to + index * voxelBytes);
         }
-    }
+    });
 }
 
 /// Reads what a source has into a new frame.
@@ -64,6 +75,8 @@ void FillFrame(detail::FrameSource& source, const char* fileName, const PixelBox
     const auto voxels = detail::CountVoxels(frame.size, sizeof(T));
     if (!voxels)
         throw std::bad_alloc(); // no memory could hold them
+    if (const auto& watch = detail::WatchOfThread())
+        watch->Begin(header.size.z);
     if (voi == nullptr) {
         frame.data = detail::MakeUnsetBlock<T>(*voxels);
         ReadWhole(source, converter, sizeof(T), reinterpret_cast<std::byte*>(frame.begin()));

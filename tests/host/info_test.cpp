@@ -78,9 +78,10 @@ TEST(Info, LongDescriptionsAreCutBetweenCharactersInTextOnly) {
 TEST(Info, ChannelsAndTimePointsAreCountedAndNamed) {
     FileInfo file = Stack();
     file.axes = kep::FileAxes{file.info, 2, 51, {{"DAPI", {}}, {"", {}}}, 1.5, {}};
-    EXPECT_THAT(InfoAsText({file}), HasSubstr("  size         512 x 400 x 30 voxels\n"
-                                              "  frames       2 channels (DAPI, 2), 51 time points every 1.5 s\n"
-                                              "  voxels       12-bit unsigned, shown as gray16\n"));
+    EXPECT_THAT(InfoAsText({file}),
+                HasSubstr("  size         512 x 400 x 30 voxels\n"
+                          "  frames       2 channels (DAPI, 2), 51 time points every 1.5 s\n"
+                          "  voxels       12-bit unsigned, shown as rgb16, channels 1 and 2 as red and green\n"));
     const json report = json::parse(InfoAsJson({file}));
     EXPECT_EQ(report["files"][0]["channels"], 2);
     EXPECT_EQ(report["files"][0]["times"], 51);

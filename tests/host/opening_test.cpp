@@ -44,8 +44,100 @@ protected:
         return "no failure";
     }
 
+    /// An ICS file of 2 voxels of 8 bits a frame: the letters from `first` on, channel after channel, then times.
+    std::string WriteFrames(const std::string& name, int channels, int times, char first = 'a') {
+        std::string voxels;
+        for (int i = 0; i < 2 * channels * times; ++i)
+            voxels += static_cast<char>(first + i);
+        const std::string sizes = std::to_string(channels) + "\t" + std::to_string(times);
+        WriteBytes(folder / name, "\t\nics_version\t2.0\nfilename\tx\nlayout\tparameters\t4\n"
+                                  "layout\torder\tbits\tx\tch\tt\nlayout\tsizes\t8\t2\t" +
+                                      sizes +
+                                      "\nrepresentation\tformat\tinteger\nrepresentation\tsign\tunsigned\n"
+                                      "representation\tcompression\tuncompressed\nend\n" +
+                                      voxels);
+        return folder / name;
+    }
+
+    using Colour = kep::RGB_generic<unsigned char>;
     ScratchFolder folder;
 };
+
+TEST_F(Opening, TimePointsOfAFileAreTheSequence) {
+    const Options options = For({WriteFrames("a.ics", 1, 3), WriteFrames("b.ics", 1, 1, 'x')});
+    EXPECT_EQ(PlanOpening(options).frames, 4U);
+    EXPECT_EQ(PlanOpening(options).bytes, 8U);
+    const auto image = Read<unsigned char>(options);
+    ASSERT_EQ(image->GetNumFrames(), 4U);
+    EXPECT_EQ(image->GetVoxel(1, 0), 'b');
+    EXPECT_EQ(image->GetVoxel(1, 2), 'f');
+    EXPECT_EQ(image->GetVoxel(0, 3), 'x');
+    EXPECT_EQ(image->GetImageName(1), wxString(folder / "a.ics, 2 of 3"));
+    EXPECT_EQ(image->GetImageName(3), wxString(folder / "b.ics"));
+    EXPECT_EQ(image->TestConsistency(), 0);
+    EXPECT_EQ(image->GetCachedMaxValue(), 'y');
+}
+
+TEST_F(Opening, TwoChannelsAreRedAndGreen) {
+    const Options options = For({WriteFrames("a.ics", 2, 2)});
+    EXPECT_EQ(PlanOpening(options).type, DisplayType::RGB8);
+    EXPECT_EQ(PlanOpening(options).bytes, 12U);
+    const auto image = Read<Colour>(options);
+    ASSERT_EQ(image->GetNumFrames(), 2U);
+    EXPECT_EQ(image->GetVoxel(0, 0), (Colour{'a', 'c', 0}));
+    EXPECT_EQ(image->GetVoxel(1, 1), (Colour{'f', 'h', 0}));
+}
+
+TEST_F(Opening, ChannelsBecomeTheColoursThatTheUserNames) {
+    Options options = For({WriteFrames("a.ics", 5, 1)});
+    options.channels = {4, 0, 2};
+    EXPECT_EQ(PlanOpening(options).type, DisplayType::RGB8);
+    EXPECT_EQ(Read<Colour>(options)->GetVoxel(1, 0), (Colour{'j', 'b', 'f'}));
+    options.channels = {3};
+    ASSERT_EQ(PlanOpening(options).type, DisplayType::Gray8);
+    EXPECT_EQ(Read<unsigned char>(options)->GetVoxel(0, 0), 'g');
+    options.binary = true;
+    EXPECT_EQ(Read<unsigned char>(options)->GetVoxel(0, 0), 255);
+    options.channels = {5};
+    EXPECT_EQ(FailureOf<unsigned char>(options), folder / "a.ics: There is no channel 6, it has 5 channels.");
+}
+
+TEST_F(Opening, SeveralFilesWithChannelsAreASequenceOfColours) {
+    const Options options = For({WriteFrames("a.ics", 3, 1), WriteFrames("b.ics", 3, 1, 'p')});
+    ASSERT_EQ(PlanOpening(options).type, DisplayType::RGB8);
+    const auto image = Read<Colour>(options);
+    ASSERT_EQ(image->GetNumFrames(), 2U);
+    EXPECT_EQ(image->GetVoxel(0, 0), (Colour{'a', 'c', 'e'}));
+    EXPECT_EQ(image->GetVoxel(0, 1), (Colour{'p', 'r', 't'}));
+    EXPECT_EQ(FailureOf<Colour>(For({folder / "a.ics", WriteFrames("d.ics", 2, 1)})),
+              folder / "d.ics: It has 2 channels to show, and " + folder / "a.ics has 3.");
+}
+
+TEST_F(Opening, WhereTheChannelIsOpenThereIsAQuestion) {
+    const OpeningPlan plan = PlanOpening(For({WriteFrames("a.ics", 4, 1)}));
+    ASSERT_TRUE(plan.question);
+    EXPECT_EQ(plan.question->file, folder / "a.ics");
+    EXPECT_EQ(plan.question->most, 3U);
+    EXPECT_THAT(plan.question->channels, testing::ElementsAre("Channel 1", "Channel 2", "Channel 3", "Channel 4"));
+    try {
+        Refuse(*plan.question);
+        ADD_FAILURE();
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.what(), folder / "a.ics: It has 4 channels: name the one to show by --channel, or two or "
+                                           "three by --channels.");
+    }
+    EXPECT_FALSE(PlanOpening(For({WriteFrames("b.ics", 3, 1)})).question);
+}
+
+TEST_F(Opening, LabelsAreOneFileForEachFrame) {
+    Options options = For({WriteFrames("a.ics", 1, 2)});
+    options.labels = {Save(FrameOf<unsigned char>({1, 0}), folder / "l1.tif"),
+                      Save(FrameOf<unsigned char>({2, 2}), folder / "l2.tif")};
+    const auto image = Read<unsigned char>(options);
+    EXPECT_EQ(ReadLabels(options, *image)->GetNumFrames(), 2U);
+    options.labels.pop_back();
+    EXPECT_THROW(ReadLabels(options, *image), Failure);
+}
 
 TEST_F(Opening, EveryTypeOfFileHasATypeThatIsShown) {
     using Short = unsigned short;

@@ -70,6 +70,18 @@ TEST(Options, EveryTypeHasAName) {
     }
 }
 
+TEST(Options, ChannelsAreCountedFromOne) {
+    EXPECT_THAT(ParseCommandLine({"a.tif"}).options.channels, IsEmpty());
+    EXPECT_THAT(ParseCommandLine({"--channel", "2", "a.tif"}).options.channels, ElementsAre(1U));
+    EXPECT_THAT(ParseCommandLine({"--channels", "1,3,2", "a.tif"}).options.channels, ElementsAre(0U, 2U, 1U));
+    EXPECT_THAT(ParseCommandLine({"--channels", "2,1", "a.tif"}).options.channels, ElementsAre(1U, 0U));
+    EXPECT_EQ(ParseCommandLine({"--channels", "1,2", "--type", "rgb16", "a.tif"}).command, Command::Run);
+}
+
+TEST(Options, OneFileMayHaveManyLabelFiles) {
+    EXPECT_EQ(ParseCommandLine({"a.tif", "--labels", "l1.tif", "l2.tif"}).command, Command::Run);
+}
+
 TEST(Options, EveryStretchHasAName) {
     const std::vector<std::pair<const char*, Stretch>> cases = {{"none", Stretch::None},
                                                                 {"linear", Stretch::Linear},
@@ -159,6 +171,22 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--labels", "la.tif"}, "--labels needs a FILE"},
         {{"--labels"}, "--labels"},
         {{"a.tif", "--components"}, "--components goes with --labels"},
+        {{"--channel", "0", "a.tif"}, "--channel 0: use a whole number from 1 on."},
+        {{"--channel", "two", "a.tif"}, "--channel two: use a whole number from 1 on."},
+        {{"--channel", "1.5", "a.tif"}, "--channel 1.5: use a whole number from 1 on."},
+        {{"--channels", "1", "a.tif"}, "--channels 1: use two or three numbers from 1 on, such as 1,3,2."},
+        {{"--channels", "1,2,", "a.tif"}, "--channels 1,2,: use two or three numbers from 1 on, such as 1,3,2."},
+        {{"--channels", "1,0", "a.tif"}, "--channels 1,0: use two or three numbers from 1 on, such as 1,3,2."},
+        {{"--channels", "1,2,3,4", "a.tif"}, "--channels 1,2,3,4: use two or three numbers from 1 on, such as 1,3,2."},
+        {{"--channel", "1", "--channels", "1,2", "a.tif"}, "--channel and --channels exclude each other."},
+        {{"--channel", "1"}, "--channel needs a FILE."},
+        {{"--channels", "1,2"}, "--channels needs a FILE."},
+        {{"--channel", "1", "--info", "a.tif"}, "--channel and --info exclude each other."},
+        {{"--channels", "1,2", "--export-meshes", "m", "--labels", "l.tif"},
+         "--channels and --export-meshes exclude each other."},
+        {{"--channels", "1,2", "--binary", "a.tif"}, "--channels and --binary exclude each other."},
+        {{"--channels", "1,2", "--type", "gray16", "a.tif"},
+         "--channels makes a colour image, which is rgb or rgb16 and not gray16."},
         {{"a.tif", "b.tif", "--labels", "la.tif"}, "--labels needs one file for each FILE: 2, not 1."},
         {{"--type", "int"}, "--type needs a FILE"},
         {{"--resolution", "1,1,1"}, "--resolution needs a FILE"},

@@ -42,15 +42,32 @@ protected:
 TEST_F(ReportOfFiles, SeveralFramesAreDescribedNotRefused) {
     const Report report = Ask({WriteFrames("a.ics", 2, 3)});
     EXPECT_THAT(report.messages, testing::IsEmpty());
-    EXPECT_THAT(report.text, HasSubstr("  size         2 x 1 x 1 voxels\n"
-                                       "  frames       2 channels, 3 time points\n"
-                                       "  voxels       8-bit unsigned, shown as gray8\n"));
+    EXPECT_THAT(report.text,
+                HasSubstr("  size         2 x 1 x 1 voxels\n"
+                          "  frames       2 channels, 3 time points\n"
+                          "  voxels       8-bit unsigned, shown as rgb, channels 1 and 2 as red and green\n"));
+    const json sequence = json::parse(Ask({folder / "a.ics", WriteFrames("b.ics", 2, 1)}, true).text)["sequence"];
+    EXPECT_EQ(sequence["frames"], 4);
+    EXPECT_EQ(sequence["shownAs"], "rgb");
+}
+
+TEST_F(ReportOfFiles, ChannelsThatTheUserMustChooseAreSaidToBe) {
+    const std::string name = WriteFrames("a.ics", 4, 1);
+    EXPECT_THAT(Ask({name}).text, HasSubstr("8-bit unsigned, each channel shown as gray8, chosen by --channel\n"));
+    EXPECT_TRUE(json::parse(Ask({name}, true).text)["files"][0]["channelsShown"].is_null());
+    const json two = json::parse(Ask({WriteFrames("b.ics", 2, 1)}, true).text)["files"][0];
+    EXPECT_EQ(two["channelsShown"], json({1, 2}));
+    EXPECT_EQ(two["shownAs"], "rgb");
 }
 
 TEST_F(ReportOfFiles, ThreeChannelsThatMakeAColourAreShownAsOne) {
-    EXPECT_THAT(Ask({WriteFrames("a.ics", 3, 1)}).text, HasSubstr("  frames       3 channels, 1 time point\n"
-                                                                  "  voxels       RGB 8-bit, shown as rgb\n"));
-    EXPECT_THAT(Ask({WriteFrames("b.ics", 3, 2)}).text, HasSubstr("8-bit unsigned, shown as gray8\n"));
+    EXPECT_THAT(Ask({WriteFrames("a.ics", 3, 1)}).text,
+                HasSubstr("  frames       3 channels, 1 time point\n"
+                          "  voxels       RGB 8-bit, shown as rgb, channels 1, 2 and 3 "
+                          "as red, green and blue\n"));
+    EXPECT_THAT(Ask({WriteFrames("b.ics", 3, 2)}).text,
+                HasSubstr("8-bit unsigned, shown as rgb, channels 1, 2 and 3 as red, green and blue\n"));
+    EXPECT_THAT(Ask({WriteFrames("c.ics", 1, 2)}).text, HasSubstr("8-bit unsigned, shown as gray8\n"));
 }
 
 TEST_F(ReportOfFiles, VoxelsThatNoWindowShowsAreFoundByReading) {

@@ -1,6 +1,7 @@
 #include "core/kepcore/file/kep_file.h"
 
 #include "core/kepcore/file/kep_systemerror.h"
+#include "core/kepcore/file/kep_watchstate.h"
 
 #include <algorithm>
 #include <array>
@@ -34,16 +35,35 @@ std::unique_ptr<Opened> OpenByContent(const char* fileName,
 
 } // namespace
 
-InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()) {
+InputFile::InputFile(std::string fileName) : name(std::move(fileName)), file(name.c_str()), watch(WatchOfThread()) {
     if (!file.IsOpen())
         ThrowCannotOpen(name, file.GetError());
 }
 
 std::size_t InputFile::ReadAt(std::uint64_t at, void* to, std::size_t bytes) const {
+    return watch ? ReadWatched(at, static_cast<std::byte*>(to), bytes) : ReadAtOnce(at, to, bytes);
+}
+
+std::size_t InputFile::ReadAtOnce(std::uint64_t at, void* to, std::size_t bytes) const {
     const std::ptrdiff_t got = file.ReadAt(at, to, bytes);
     if (got < 0)
         ThrowDamaged(name, "reading failed: " + SystemReason(errno));
     return static_cast<std::size_t>(got);
+}
+
+/// Reads piece by piece, so that the watch can stop it soon, however slow the file is.
+std::size_t InputFile::ReadWatched(std::uint64_t at, std::byte* to, std::size_t bytes) const {
+    constexpr std::size_t pieceBytes = std::size_t{1} << 20;
+    std::size_t done = 0;
+    while (done < bytes) {
+        const std::size_t piece = std::min(pieceBytes, bytes - done);
+        const std::size_t got = ReadAtOnce(at + done, to + done, piece);
+        watch->AddBytes(got);
+        done += got;
+        if (got < piece)
+            break;
+    }
+    return done;
 }
 
 void InputFile::ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const {

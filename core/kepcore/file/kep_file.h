@@ -106,7 +106,9 @@ public:
     virtual std::unique_ptr<FrameSource> Open(std::size_t channel, std::size_t time) = 0;
 };
 
-/// A plain file with its name, for messages.
+class WatchState;
+
+/// A plain file with its name, for messages. A ReadingWatch is told of all that is read from it.
 class InputFile {
 public:
     /// @throws IOException there is no such file, it is a folder or no plain file, there is no permission
@@ -119,7 +121,7 @@ public:
     bool IsSame(const InputFile& other) const { return file.IsSame(other.file); }
 
     /// Reads up to `bytes` bytes at `at` and returns how many there were.
-    /// @throws IOException when the system fails to read
+    /// @throws IOException when the system fails to read; ReadingStopped
     std::size_t ReadAt(std::uint64_t at, void* to, std::size_t bytes) const;
     /// Reads exactly as much. @throws IOException "... is damaged: ..." when the file ends before.
     void ReadExactly(std::uint64_t at, void* to, std::size_t bytes) const;
@@ -127,8 +129,12 @@ public:
     void ReadVoxels(std::uint64_t at, std::byte* to, std::size_t bytes) const;
 
 private:
+    std::size_t ReadAtOnce(std::uint64_t at, void* to, std::size_t bytes) const;
+    std::size_t ReadWatched(std::uint64_t at, std::byte* to, std::size_t bytes) const;
+
     std::string name;
     PlainFile file;
+    std::shared_ptr<WatchState> watch; ///< of the thread that opened the file; null if it had none
 };
 
 /// Has `read` called for the bytes from 0 to `bytes`; many of them in two shares, on two threads at once. Copying out
