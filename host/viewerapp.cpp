@@ -1,6 +1,7 @@
 #include "host/viewerapp.h"
 
 #include "host/frame/hostmenus.h"
+#include "host/frame/placement.h"
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
@@ -51,7 +52,7 @@ int ViewerApp::OnRun() {
             });
             m_patience.StartOnce(patienceMilliseconds);
         }
-        m_frame->Show();
+        ShowInPlace(*m_frame, std::nullopt);
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
         return 1;
@@ -109,7 +110,7 @@ void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
     try {
         zel::zel_Viewer3dFrame* const frame = OpenFrame(options);
         Equip(*frame);
-        frame->Show();
+        ShowInPlace(*frame, std::nullopt);
     } catch (...) {
         ReportException();
     }
