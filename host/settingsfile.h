@@ -17,7 +17,7 @@ namespace zelviewer {
 class SettingsFile {
 public:
     /// @param fileName  in the file system's encoding; empty: nothing is read, nothing is kept
-    explicit SettingsFile(std::string fileName) : m_fileName(std::move(fileName)) {}
+    explicit SettingsFile(std::string fileName = {}) : m_fileName(std::move(fileName)) {}
 
     /// What the file holds; nothing if it cannot be read.
     std::unique_ptr<wxFileConfig> Read() const;

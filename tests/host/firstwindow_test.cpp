@@ -4,6 +4,7 @@
 #include "tests/support/xwindows.h"
 
 #include <csignal>
+#include <filesystem>
 
 namespace zelviewer {
 namespace {
@@ -19,17 +20,25 @@ protected:
         std::string errors;
     };
 
-    /// Opens a window and ends the program when it stands still.
+    /// Opens a window and closes it when it stands still.
     Seen See(std::vector<std::string> arguments, const std::string& title) {
         WindowWatch watch;
         const pid_t program = Start(std::move(arguments), Display::Present);
         const unsigned long window = watch.WaitFor(title);
-        EXPECT_NE(window, 0U) << "no window appears";
+        if (window == 0) {
+            ADD_FAILURE() << "no window appears";
+            kill(program, SIGKILL);
+            return {{XRect(), {}}, {XRect(), {}}, Wait(program).errors};
+        }
         Seen seen{watch.GetClient(window), watch.GetWhole(window), {}};
-        kill(program, SIGKILL);
-        seen.errors = Wait(program).errors;
+        watch.AskToClose(window);
+        const Outcome outcome = Wait(program);
+        EXPECT_EQ(outcome.exitCode, 0);
+        seen.errors = outcome.errors;
         return seen;
     }
+
+    std::string SettingsName() const { return settings / "zelviewer.conf"; }
 
     static void ExpectToStandStill(const Seen& seen) {
         ASSERT_TRUE(seen.client.first && seen.whole.first);
@@ -79,6 +88,75 @@ TEST_F(FirstWindow, OfTheProgramsOwnCellsIsQuietToo) {
     const Seen seen = See({}, "Synthetic cells");
     ExpectToStandStill(seen);
     EXPECT_EQ(seen.errors, "");
+}
+
+const char placed[] = "[Window]\nMaximized=0\nX=200\nY=150\nWidth=700\nHeight=500\n";
+
+TEST_F(FirstWindow, StandsWhereTheLastOneWasLeft) {
+    WriteBytes(SettingsName(), placed);
+    const std::string image = WriteRamp("ramp.tif");
+    for (int run = 0; run < 2; ++run) { // and does not creep
+        const Seen seen = See({image}, "ramp.tif");
+        ExpectToStandStill(seen);
+        EXPECT_EQ(Text(*seen.whole.first), "700 x 500 at 200, 150");
+        EXPECT_EQ(seen.errors, "");
+        EXPECT_EQ(ReadBytes(SettingsName()), placed + ("[Recent]\n[Recent/1]\nFile1=" + image + "\n"));
+    }
+}
+
+TEST_F(FirstWindow, ForgetsAPlaceThatIsOnNoDisplay) {
+    WriteBytes(SettingsName(), "[Window]\nX=2000\nY=150\nWidth=700\nHeight=500\n");
+    const Seen seen = See({WriteRamp("ramp.tif")}, "ramp.tif");
+    ExpectToStandStill(seen);
+    const XRect& whole = *seen.whole.first;
+    EXPECT_LE(std::abs(whole.x - (displayX - whole.width) / 2), 1) << Text(whole);
+}
+
+TEST_F(FirstWindow, OpensWithDamagedSettingsAndKeepsThem) {
+    WriteBytes(SettingsName(), "rubbish");
+    const Seen seen = See({WriteRamp("ramp.tif")}, "ramp.tif");
+    ExpectToStandStill(seen);
+    EXPECT_EQ(seen.errors, "");
+    EXPECT_EQ(ReadBytes(SettingsName() + ".damaged"), "rubbish");
+    EXPECT_NE(ReadBytes(SettingsName()).find("[Window]"), std::string::npos);
+}
+
+TEST_F(FirstWindow, OpensWithoutSettingsThatCannotBeKeptAndSaysSoOnce) {
+    std::filesystem::create_directory(SettingsName());
+    const Seen seen = See({WriteRamp("ramp.tif")}, "ramp.tif");
+    ExpectToStandStill(seen);
+    EXPECT_EQ(seen.errors, "zelviewer: " + SettingsName() + ": Is a directory\n");
+}
+
+TEST_F(FirstWindow, OfAScriptHasNoSettings) {
+    WriteBytes(SettingsName(), placed);
+    EXPECT_EQ(Run({"--screenshot", folder / "a.png", WriteRamp("ramp.tif")}).exitCode, 0);
+    EXPECT_EQ(ReadBytes(SettingsName()), placed);
+    EXPECT_EQ(settings.List(), (std::vector<std::string>{"zelviewer.conf"}));
+}
+
+TEST_F(FirstWindow, HasTheColoursThatTheLastOneHad) {
+    kep::Image3d<kep::RGB_generic<unsigned char>> frame;
+    frame.MakeRoom(20, 10, 2);
+    for (std::size_t i = 0; i < frame.GetNumVoxels(); ++i)
+        frame.SetVoxel(i, {static_cast<unsigned char>(i), 100, 200});
+    const std::string image = Save(frame, folder / "colours.tif");
+    WriteBytes(SettingsName(), "[Colours8]\nRGBMAP_STRETCH_MODE=6\nRGBMAP_SHOW_RED=0\nRGBMAP_LEVELS_IGAMMA_BLUE=2\n");
+    See({image}, "colours.tif");
+    const std::string kept = ReadBytes(SettingsName());
+    EXPECT_NE(kept.find("RGBMAP_SHOW_RED=0\n"), std::string::npos) << kept;
+    EXPECT_NE(kept.find("RGBMAP_LEVELS_IGAMMA_BLUE=2\n"), std::string::npos) << kept;
+    EXPECT_NE(kept.find("RGBMAP_SHOW_GREEN=1\n"), std::string::npos) << "and what was not there is complete";
+}
+
+TEST_F(FirstWindow, TakesNoColoursThatMakeNoSense) {
+    kep::Image3d<kep::RGB_generic<unsigned char>> frame;
+    frame.MakeRoom(20, 10, 2);
+    const std::string image = Save(frame, folder / "colours.tif");
+    WriteBytes(SettingsName(), "[Colours8]\nRGBMAP_STRETCH_MODE=6\nRGBMAP_LEVELS_IGAMMA_BLUE=-2\n");
+    const Seen seen = See({image}, "colours.tif");
+    EXPECT_EQ(seen.errors, "");
+    EXPECT_NE(ReadBytes(SettingsName()).find("RGBMAP_LEVELS_IGAMMA_BLUE=1\n"), std::string::npos);
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 #include <poll.h>
 
 #include <chrono>
+#include <stdexcept>
 #include <thread>
 
 namespace zel::test {
@@ -126,7 +127,10 @@ bool WaitForWindowManager() {
 struct WindowWatch::Connection {
     Display* display = XOpenDisplay(nullptr);
 
-    Connection() = default;
+    Connection() {
+        if (display == nullptr)
+            throw std::runtime_error("there is no display to watch");
+    }
     ~Connection() { XCloseDisplay(display); }
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -227,6 +231,18 @@ WindowWatch::Appearance WindowWatch::GetClient(unsigned long window) {
 WindowWatch::Appearance WindowWatch::GetWhole(unsigned long window) {
     TakeEvents();
     return m_windows[m_connection->TopOf(window)];
+}
+
+void WindowWatch::AskToClose(unsigned long window) {
+    Display* const display = m_connection->display;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, window, False, NoEventMask, &event);
+    XFlush(display);
 }
 
 } // namespace zel::test

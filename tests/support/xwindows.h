@@ -46,6 +46,8 @@ public:
     Appearance GetClient(unsigned long window);
     /// The same window with what the window manager puts around it.
     Appearance GetWhole(unsigned long window);
+    /// As the button in a title bar does.
+    void AskToClose(unsigned long window);
 
 private:
     struct Connection;
