@@ -6,14 +6,18 @@
 #include "host/frame/fit.h"
 #include "host/frame/positionbar.h"
 #include "host/frame/statusline.h"
+#include "host/frame/title.h"
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
+#include "mapping/zel_rgbmapping.h"
 #include "overlay/zel_basicoverlayingmodule.h"
 #include "overlay/zel_labeledimagecanvas3d.h"
 #include "viewer/zel_imagecanvas3d.h"
+
+#include <wx/fileconf.h>
 
 #include <vector>
 
@@ -105,7 +109,48 @@ void ShowPart(zel_Viewer3dFrame& frame, zel::ComplexMode part) {
     frame.ProcessCommand(module->GetMenuId(zel::zel_firstPartEntry + part));
 }
 
+/// Where the mappings of colour images are in the configuration, by the bytes of a component.
+template <typename T>
+constexpr const char* colourGroup = sizeof(T) == 1 ? "/Colours8" : "/Colours16";
+
+template <typename T>
+void ReadColoursOf(zel_Viewer3dFrame& frame, wxFileConfig& config) {
+    auto* const module = FindModule<zel::zel_RGBMappingModule<T>>(frame);
+    if (module == nullptr || !config.HasGroup(colourGroup<T>))
+        return;
+    config.SetPath(colourGroup<T>);
+    try {
+        module->ReadFromConfig(config);
+        module->ResetMapping();
+    } catch (const kep::LibException&) { // a gamma that is none
+        config.SetPath("/None");
+        module->ReadFromConfig(config);
+        module->ResetMapping();
+    }
+    config.SetPath("/");
+}
+
+template <typename T>
+void WriteColoursOf(zel_Viewer3dFrame& frame, wxFileConfig& config) {
+    auto* const module = FindModule<zel::zel_RGBMappingModule<T>>(frame);
+    if (module == nullptr)
+        return;
+    config.SetPath(colourGroup<T>);
+    module->WriteToConfig(config);
+    config.SetPath("/");
+}
+
 } // namespace
+
+void ReadColours(zel_Viewer3dFrame& frame, wxFileConfig& config) {
+    ReadColoursOf<unsigned char>(frame, config);
+    ReadColoursOf<unsigned short>(frame, config);
+}
+
+void WriteColours(zel_Viewer3dFrame& frame, wxFileConfig& config) {
+    WriteColoursOf<unsigned char>(frame, config);
+    WriteColoursOf<unsigned short>(frame, config);
+}
 
 template <typename T>
 zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
@@ -127,7 +172,6 @@ zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const First
 
 void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
     zel::zel_Viewer3dCanvas* const canvas = frame.GetCanvas();
-    frame.SetTitle(canvas->CreateTitle());
     if (!look.inVoxels) {
         const OpeningScale opening = ChooseScale(canvas->GetResolution());
         if (!opening.proportional)
@@ -140,6 +184,7 @@ void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
     UseMouse(*canvas);
     if (look.fillsDisplay)
         FillRoom(*canvas, wxGetClientDisplayRect().GetSize() * 2 / 3);
+    AddTitle(frame);
     frame.ResizeFrameIfRequired();
 }
 

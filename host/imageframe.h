@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 
+class WXDLLIMPEXP_FWD_BASE wxFileConfig;
+
 namespace zelviewer {
 
 /// How a window shows its image at the start.
@@ -34,5 +36,11 @@ zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const 
 
 /// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
 void PrepareFrame(zel::zel_Viewer3dFrame& frame, const FirstLook& look);
+
+/// Shows a colour image by the mapping that an earlier run has left in the configuration, if there is one; other
+/// images have none. To be called before the frame is shown.
+void ReadColours(zel::zel_Viewer3dFrame& frame, wxFileConfig& config);
+/// Leaves it there.
+void WriteColours(zel::zel_Viewer3dFrame& frame, wxFileConfig& config);
 
 } // namespace zelviewer

@@ -28,7 +28,7 @@ float FactorToFill(const kep::Vector3d<float>& pixels, int width, int height) {
     const float across = static_cast<float>(std::max(width - surroundings, 1)) / (pixels.x + pixels.z);
     const float down = static_cast<float>(std::max(height - surroundings, 1)) / (pixels.y + pixels.z);
     const float factor = std::min(across, down);
-    return factor < 1.0F ? factor : std::floor(factor);
+    return factor < 1.0F ? factor : std::floor(2.0F * factor) / 2.0F;
 }
 
 } // namespace zelviewer

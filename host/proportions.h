@@ -25,7 +25,7 @@ inline constexpr char notProportional[] =
     "The sides of a voxel differ more than a hundredfold; shown with one pixel a voxel.";
 
 /// How many times larger the three windows may be made until they fill a room. From one voxel a pixel on it is a whole
-/// number, so that all voxels look the same.
+/// number or a whole and a half, so that voxels are regular.
 /// @param pixels  along x, y, z of the image at the present scale, each above 0: XY and YZ stand side by side, XY over
 ///                XZ
 /// @param width, height  of the room, pixels

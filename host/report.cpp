@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <new>
+#include <optional>
 #include <utility>
 
 namespace zelviewer {
@@ -120,7 +121,9 @@ Report MakeReport(const Options& options) {
 
 std::string VersionText() {
     const kep::CodecVersions codecs = kep::GetCodecVersions();
-    wxAppConsole app; // the toolkit can't tell its version without one; it opens no display
+    std::optional<wxAppConsole> app; // the toolkit can't tell its version without one; it opens no display
+    if (wxTheApp == nullptr)
+        app.emplace();
     const wxVersionInfo toolkit = wxGetLibraryVersionInfo();
     return "zelviewer " ZEL_VERSION "\nwxWidgets " + std::to_string(toolkit.GetMajor()) + "." +
            std::to_string(toolkit.GetMinor()) + "." + std::to_string(toolkit.GetMicro()) + "\nlibtiff " +

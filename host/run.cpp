@@ -18,12 +18,7 @@ namespace zelviewer {
 namespace {
 
 /// Starts the toolkit with an application object, which it then owns.
-/// @param quiet  GTK says nothing of its own, such as of a menu bar that was too narrow for a moment
-bool StartToolkit(ViewerApp* app, char* programName, bool quiet) {
-    if (quiet) {
-        wxApp::GTKAllowDiagnosticsControl();
-        wxApp::GTKSuppressDiagnostics();
-    }
+bool StartToolkit(ViewerApp* app, char* programName) {
     setenv("GDK_BACKEND", "x11", 0); // OpenGL windows need it, under Wayland too
     wxApp::SetInstance(app);
     int count = 1;
@@ -93,7 +88,7 @@ int RunViewer(const Options& options, char* programName) {
         SaveWithoutWindow(options, programName);
         return 0;
     }
-    if (!StartToolkit(new ViewerApp(options), programName, !options.verbose)) {
+    if (!StartToolkit(new ViewerApp(options), programName)) {
         PrintMessage("There is no display to show a window on: set DISPLAY, use --screenshot under xvfb-run, "
                      "--save-view, --save-gallery, --save-film or --info.");
         return 1;

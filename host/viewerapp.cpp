@@ -1,18 +1,23 @@
 #include "host/viewerapp.h"
 
+#include "host/fileselection.h"
 #include "host/frame/channeldialog.h"
 #include "host/frame/hostmenus.h"
+#include "host/frame/placement.h"
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
 #include "host/run.h"
 #include "host/screenshot.h"
+#include "host/settings.h"
 #include "image/zel_modaldialog.h"
 #include "volume/vol3D_canvas.h"
 
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
 #include <wx/weakref.h>
+
+#include <filesystem>
 
 namespace zelviewer {
 
@@ -42,9 +47,11 @@ ViewerApp::ViewerApp(const Options& options) : m_options(options) {}
 
 int ViewerApp::OnRun() {
     const auto boxless = m_options.screenshot ? std::make_unique<BoxlessMode>() : nullptr;
+    if (!m_options.LeavesByItself())
+        m_settings = SettingsFile(NameOfUserSettings());
     try {
         m_frame = OpenFrame(m_options);
-        Equip(*m_frame);
+        KeepFiles(m_options.files);
         m_firstPaint = std::make_unique<FirstPaint>(*m_frame->GetCanvas(), [this] { OnFirstPaint(); });
         if (m_options.screenshot) {
             m_patience.Bind(wxEVT_TIMER, [this](wxTimerEvent&) {
@@ -53,7 +60,7 @@ int ViewerApp::OnRun() {
             });
             m_patience.StartOnce(patienceMilliseconds);
         }
-        m_frame->Show();
+        Present(*m_frame);
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
         return 1;
@@ -112,21 +119,60 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic(const Options& options) {
                      std::move(cells.labels));
 }
 
+/// Shows a window as the last one was left.
+void ViewerApp::Present(zel::zel_Viewer3dFrame& frame) {
+    Equip(frame);
+    const auto settings = m_settings.Read();
+    if (!m_options.stretch)
+        ReadColours(frame, *settings);
+    ShowInPlace(frame, ReadPlace(*settings));
+}
+
 /// Gives a window what only the program has.
 void ViewerApp::Equip(zel::zel_Viewer3dFrame& frame) {
-    AddHostMenus(frame, {[this](const std::vector<std::string>& files) { OpenFiles(files); }, &ViewerApp::Quit});
+    AddHostMenus(frame, {[this](const std::vector<std::string>& files) { OpenFiles(files); }, &ViewerApp::Quit,
+                         [this] { return ReadRecent(*m_settings.Read()); }});
+    frame.Bind(wxEVT_CLOSE_WINDOW, [this, &frame](wxCloseEvent& event) {
+        event.Skip();
+        KeepState(frame);
+    });
+}
+
+void ViewerApp::KeepFiles(const std::vector<std::string>& files) {
+    if (files.empty())
+        return;
+    OpenedFiles names;
+    for (const std::string& file : files)
+        names.push_back(std::filesystem::absolute(file).lexically_normal());
+    ChangeSettings([&names](wxFileConfig& config) { WriteRecent(config, AddRecent(ReadRecent(config), names)); });
+}
+
+void ViewerApp::KeepState(zel::zel_Viewer3dFrame& frame) {
+    ChangeSettings([&frame](wxFileConfig& config) {
+        if (!frame.IsIconized())
+            WritePlace(config, {frame.GetRect(), frame.IsMaximized()});
+        WriteColours(frame, config);
+    });
+}
+
+/// Says once that nothing is kept: it is no reason to stop.
+void ViewerApp::ChangeSettings(const std::function<void(wxFileConfig&)>& change) {
+    const std::string failure = m_settings.Change(change);
+    if (!failure.empty() && !m_settingsFailed)
+        PrintMessage(failure);
+    m_settingsFailed = m_settingsFailed || !failure.empty();
 }
 
 /// Opens files that the user has chosen while the program runs.
 void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
     Options options;
-    options.files = files;
     options.stretch = m_options.stretch;
     options.voxels = m_options.voxels;
     try {
+        options.files = ExpandFolders(files);
         zel::zel_Viewer3dFrame* const frame = OpenFrame(options);
-        Equip(*frame);
-        frame->Show();
+        KeepFiles(options.files);
+        Present(*frame);
     } catch (const Cancelled&) { // by the user, who knows
         return;
     } catch (...) {

@@ -3,6 +3,7 @@
 #include "host/firstpaint.h"
 #include "host/opening.h"
 #include "host/options.h"
+#include "host/settingsfile.h"
 #include "viewer/zel_frame.h"
 
 #include <wx/app.h>
@@ -39,7 +40,11 @@ protected:
 private:
     std::vector<std::size_t> ChooseChannels(const ChannelQuestion& question);
     static zel::zel_Viewer3dFrame* OpenSynthetic(const Options& options);
+    void Present(zel::zel_Viewer3dFrame& frame);
     void Equip(zel::zel_Viewer3dFrame& frame);
+    void KeepFiles(const std::vector<std::string>& files);
+    void KeepState(zel::zel_Viewer3dFrame& frame);
+    void ChangeSettings(const std::function<void(wxFileConfig&)>& change);
     void OpenFiles(const std::vector<std::string>& files);
     static void Quit();
     void OnFirstPaint();
@@ -50,6 +55,8 @@ private:
     void ReportError(const std::string& text);
 
     Options m_options;
+    SettingsFile m_settings; // none until the program runs
+    bool m_settingsFailed = false;
     zel::zel_Viewer3dFrame* m_frame = nullptr;
     std::unique_ptr<FirstPaint> m_firstPaint;
     wxTimer m_patience;

@@ -1,5 +1,6 @@
 #include "viewer/zel_viewer3dcanvas.h"
 
+#include "viewer/draw/zel_squareborder.h"
 #include "viewer/zel_commands.h"
 
 #include <wx/dcclient.h>
@@ -10,6 +11,7 @@ namespace zel {
 
 zel_Viewer3dCanvas::zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size)
     : wxPanel(parent, id, pos, size, 0, wxPanelNameStr) {
+    SquareBorders(); // before a border is measured
     m_windows[zel_PT_XY] = new zel_DrWinXY(this, m_view, m_iterator);
     m_windows[zel_PT_XZ] = new zel_DrWinXZ(this, m_view, m_iterator);
     m_windows[zel_PT_YZ] = new zel_DrWinYZ(this, m_view, m_iterator);

@@ -1,20 +1,21 @@
 #include "host/frame/hostmenus.h"
 
+#include "host/frame/filemenu.h"
 #include "host/frame/fit.h"
 #include "host/frame/gotodialog.h"
+#include "host/report.h"
 #include "host/screenshot.h"
 #include "image/zel_modaldialog.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/accel.h>
-#include <wx/app.h>
 #include <wx/clipbrd.h>
 #include <wx/dataobj.h>
-#include <wx/dnd.h>
-#include <wx/filedlg.h>
 #include <wx/menu.h>
 
+#include <memory>
+#include <optional>
 #include <utility>
 
 namespace zelviewer {
@@ -28,29 +29,6 @@ enum Command : int {
     fitCommand,
     keysCommand,
 };
-
-std::vector<std::string> NamesOf(const wxArrayString& paths) {
-    std::vector<std::string> names;
-    for (const wxString& path : paths)
-        names.emplace_back(static_cast<const char*>(path.fn_str()));
-    return names;
-}
-
-void AskForFiles(wxWindow* parent, const HostActions& actions) {
-    std::vector<std::string> files;
-    {
-        wxFileDialog dialog(parent, "Open images: one, or one for each point in time", wxEmptyString, wxEmptyString,
-                            "Images (*.tif;*.tiff;*.ics)|*.tif;*.tiff;*.TIF;*.TIFF;*.ics;*.ICS|All files|*",
-                            wxFD_OPEN | wxFD_FILE_MUST_EXIST | wxFD_MULTIPLE);
-        if (zel::RunModal(dialog) != wxID_OK)
-            return;
-        wxArrayString paths;
-        dialog.GetPaths(paths);
-        paths.Sort();
-        files = NamesOf(paths);
-    }
-    actions.open(std::move(files));
-}
 
 void CopyView(zel::zel_Viewer3dCanvas& canvas) {
     const wxClipboardLocker clipboard;
@@ -79,34 +57,21 @@ void ShowKeys(wxWindow* parent) {
         "Keys and mouse", wxOK | wxICON_INFORMATION, parent);
 }
 
-class DroppedFiles : public wxFileDropTarget {
-public:
-    explicit DroppedFiles(HostActions actions) : m_actions(std::move(actions)) {}
-
-    bool OnDropFiles(wxCoord, wxCoord, const wxArrayString& paths) override {
-        // Later: the program that they are dragged from waits for the answer.
-        wxTheApp->CallAfter([open = m_actions.open, files = NamesOf(paths)] { open(files); });
-        return true;
-    }
-
-private:
-    HostActions m_actions;
-};
+void ShowAbout(wxWindow* parent) {
+    zel::ShowMessage("A viewer for images of many layers and their sequences in time.\n\n" +
+                         wxString::FromUTF8(VersionText()),
+                     "About zelviewer", wxOK | wxICON_INFORMATION, parent);
+}
 
 void AddMenus(zel::zel_Viewer3dFrame& frame) {
-    auto* const file = new wxMenu;
-    file->Append(wxID_OPEN, "&Open...\tCtrl+O", "Open images in a window of their own");
-    file->AppendSeparator();
-    file->Append(wxID_CLOSE, "&Close\tCtrl+W", "Close this window");
-    file->Append(wxID_EXIT, "&Quit\tCtrl+Q", "Close all windows");
     auto* const edit = new wxMenu;
     edit->Append(copyViewCommand, "&Copy view\tCtrl+C", "Copy the picture of the windows");
     edit->Append(goToCommand, "&Go to...\tCtrl+G", "Go to a voxel and a frame by their numbers");
     edit->Append(fitCommand, "&Fit the picture to the window\t0", "Scale the picture as large as the window has room");
     auto* const help = new wxMenu;
     help->Append(keysCommand, "&Keys and mouse", "What keys and mouse do");
-    frame.GetMenuBar()->Insert(0, file, "&File");
-    frame.GetMenuBar()->Insert(1, edit, "&Edit");
+    help->Append(wxID_ABOUT, "&About zelviewer", "The versions of the program and of its libraries");
+    frame.GetMenuBar()->Insert(0, edit, "&Edit");
     frame.GetMenuBar()->Append(help, "&Help");
 }
 
@@ -123,14 +88,36 @@ void AddKeys(zel::zel_Viewer3dFrame& frame) {
     frame.SetAcceleratorTable(wxAcceleratorTable(static_cast<int>(std::size(entries)), entries));
 }
 
-/// Grays what has nothing to work on.
+/// Grays what has nothing to work on, also after the image has got other frames.
+class IdleEntries {
+public:
+    explicit IdleEntries(zel::zel_Viewer3dFrame& frame) : m_frame(frame) {}
+
+    void Update() {
+        const zel::zel_Viewer3dCanvas* const canvas = m_frame.GetCanvas();
+        const bool isSequence = canvas != nullptr && m_frame.GetCanvas()->GetImageCount() > 1;
+        if (m_isSequence == isSequence)
+            return;
+        m_isSequence = isSequence;
+        for (const int id :
+             {zel::zel_CMD_BROWSE_FORWARD, zel::zel_CMD_BROWSE_BACKWARD, zel::zel_CMD_STOP_BROWSING,
+              zel::zel_CMD_LOOP_MODE, zel::zel_CMD_OSCILLATION_MODE, zel::zel_CMD_BROWSING_RANGE, zel::zel_CMD_FASTER,
+              zel::zel_CMD_SLOWER, zel::zel_CMD_LARGER_STEP, zel::zel_CMD_SMALLER_STEP})
+            m_frame.GetMenuBar()->Enable(id, isSequence);
+    }
+
+private:
+    zel::zel_Viewer3dFrame& m_frame;
+    std::optional<bool> m_isSequence; // as the entries show it
+};
+
 void GrayIdleEntries(zel::zel_Viewer3dFrame& frame) {
-    if (frame.GetCanvas()->GetImageCount() > 1)
-        return;
-    for (const int id : {zel::zel_CMD_BROWSE_FORWARD, zel::zel_CMD_BROWSE_BACKWARD, zel::zel_CMD_STOP_BROWSING,
-                         zel::zel_CMD_LOOP_MODE, zel::zel_CMD_OSCILLATION_MODE, zel::zel_CMD_BROWSING_RANGE,
-                         zel::zel_CMD_FASTER, zel::zel_CMD_SLOWER, zel::zel_CMD_LARGER_STEP, zel::zel_CMD_SMALLER_STEP})
-        frame.GetMenuBar()->Enable(id, false);
+    const auto entries = std::make_shared<IdleEntries>(frame);
+    entries->Update();
+    frame.Bind(wxEVT_IDLE, [entries](wxIdleEvent& event) {
+        event.Skip();
+        entries->Update();
+    });
 }
 
 /// Keeps the last of the three windows: an empty viewer says nothing, and looks like a failure.
@@ -159,13 +146,11 @@ void KeepAWindow(zel::zel_Viewer3dFrame& frame) {
 
 void AddHostMenus(zel::zel_Viewer3dFrame& frame, const HostActions& actions) {
     AddMenus(frame);
+    AddFileMenu(frame, actions);
     AddKeys(frame);
     GrayIdleEntries(frame);
     KeepAWindow(frame);
     const auto bind = [&frame](int id, const auto& handle) { frame.Bind(wxEVT_MENU, handle, id); };
-    bind(wxID_OPEN, [&frame, actions](wxCommandEvent&) { AskForFiles(&frame, actions); });
-    bind(wxID_CLOSE, [&frame](wxCommandEvent&) { frame.Close(); });
-    bind(wxID_EXIT, [actions](wxCommandEvent&) { actions.quit(); });
     bind(copyViewCommand, [&frame](wxCommandEvent&) { CopyView(*frame.GetCanvas()); });
     bind(goToCommand, [&frame](wxCommandEvent&) { AskWhereToGo(*frame.GetCanvas()); });
     bind(fitCommand, [&frame](wxCommandEvent&) { FillRoom(*frame.GetCanvas(), frame.GetClientSize()); });
@@ -174,9 +159,7 @@ void AddHostMenus(zel::zel_Viewer3dFrame& frame, const HostActions& actions) {
         frame.CallAfter([&frame] { FillRoom(*frame.GetCanvas(), frame.GetClientSize()); }); // once it has its size
     });
     bind(keysCommand, [&frame](wxCommandEvent&) { ShowKeys(&frame); });
-    frame.SetDropTarget(new DroppedFiles(actions)); // owned by the frame
-    for (const zel::zel_ProjectionType type : {zel::zel_PT_XY, zel::zel_PT_XZ, zel::zel_PT_YZ})
-        frame.GetCanvas()->GetDrWin(type)->SetDropTarget(new DroppedFiles(actions));
+    bind(wxID_ABOUT, [&frame](wxCommandEvent&) { ShowAbout(&frame); });
 }
 
 } // namespace zelviewer

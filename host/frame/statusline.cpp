@@ -3,6 +3,7 @@
 #include "host/frame/whereabouts.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <wx/statusbr.h>
 #include <wx/utils.h>
 
 #include <algorithm>
@@ -23,15 +24,38 @@ public:
         auto* const canvas = dynamic_cast<zel::zel_ImageViewer3dCanvas<T>*>(m_frame.GetCanvas());
         if (canvas == nullptr || canvas->GetImage() == nullptr || canvas->IsMapperDetached())
             return;
+        wxStatusBar* const bar = m_frame.GetStatusBar();
+        if (bar == nullptr)
+            return;
+        MakeRoom(*bar);
         const mor::Image4d<T>& image = *canvas->GetImage();
-        const std::string text = DescribeWhereabouts(Look(*canvas, image), image.GetOffset(), image.GetResolution());
-        if (text == m_shown)
+        const Whereabouts place = Look(*canvas, image);
+        const auto describe = [&](Detail detail) {
+            return wxString::FromUTF8(DescribeWhereabouts(place, image.GetOffset(), image.GetResolution(), detail));
+        };
+        wxRect field;
+        bar->GetFieldRect(0, field);
+        wxString text = describe(Detail::VoxelsAndMicrons);
+        constexpr int margins = 8; // that the bar leaves at the text's ends
+        if (bar->GetTextExtent(text).x > field.width - margins)
+            text = describe(Detail::Voxels);
+        if (text == m_shown || field.width <= 0)
             return;
         m_shown = text;
-        m_frame.SetStatusText(wxString::FromUTF8(text), 0);
+        bar->SetStatusText(text, 0);
     }
 
 private:
+    /// Messages have a field for as long as there is one.
+    void MakeRoom(wxStatusBar& bar) {
+        const int messages = WidthOfMessages(bar.GetClientSize().x, !bar.GetStatusText(1).empty());
+        if (messages == m_messages)
+            return;
+        m_messages = messages;
+        const int widths[] = {-1, messages};
+        bar.SetStatusWidths(2, widths);
+    }
+
     Whereabouts Look(const zel::zel_ImageViewer3dCanvas<T>& canvas, const mor::Image4d<T>& image) const {
         Whereabouts place;
         place.frame = const_cast<zel::zel_ImageViewer3dCanvas<T>&>(canvas).GetTime();
@@ -79,7 +103,8 @@ private:
 
     zel::zel_Viewer3dFrame& m_frame;
     const Labels* m_labels;
-    std::string m_shown;
+    wxString m_shown;
+    int m_messages = -1; // width of their field, once it was set
 };
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "host/frame/whereabouts.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
 
@@ -18,10 +19,11 @@ std::string Microns(std::size_t voxel, float offset, float resolution) {
 } // namespace
 
 std::string DescribeWhereabouts(const Whereabouts& place, const kep::Vector3d<float>& offset,
-                                const kep::Resolution& resolution) {
+                                const kep::Resolution& resolution, Detail detail) {
     const kep::Vector3d<float> res = resolution.GetUsable().GetRes();
+    const bool hasMicrons = detail == Detail::VoxelsAndMicrons && resolution.IsDefined();
     const auto along = [&](const char* axis, std::size_t voxel, float from, float scale) {
-        return axis + std::to_string(voxel + 1) + (resolution.IsDefined() ? Microns(voxel, from, scale) : "");
+        return axis + std::to_string(voxel + 1) + (hasMicrons ? Microns(voxel, from, scale) : "");
     };
     std::string text = along("x ", place.voxel.x, offset.x, res.x) + along("  y ", place.voxel.y, offset.y, res.y) +
                        along("  z ", place.voxel.z, offset.z, res.z);
@@ -32,6 +34,11 @@ std::string DescribeWhereabouts(const Whereabouts& place, const kep::Vector3d<fl
     if (place.label)
         text += *place.label == 0 ? std::string("  no label") : "  label " + std::to_string(*place.label);
     return text;
+}
+
+int WidthOfMessages(int bar, bool hasMessage) {
+    constexpr int wide = 180, grip = 16; // the corner by which the window is resized stays free
+    return hasMessage ? std::clamp(bar / 2, grip, wide) : grip;
 }
 
 } // namespace zelviewer

@@ -17,9 +17,16 @@ struct Whereabouts {
     std::optional<unsigned> label; ///< none for an image without labels; 0 for no label
 };
 
+/// How much of it is told: without microns it takes half the room.
+enum class Detail { Voxels, VoxelsAndMicrons };
+
 /// "x 13 (1.30 um)  y 4 (0.40 um)  z 7 (2.10 um)  t 3 of 20  value 1234  label 5": counted from 1, at the middle of the
 /// voxel. Without microns where the voxel size is not known, without the time if there is one frame only.
 std::string DescribeWhereabouts(const Whereabouts& place, const kep::Vector3d<float>& offset,
-                                const kep::Resolution& resolution);
+                                const kep::Resolution& resolution, Detail detail = Detail::VoxelsAndMicrons);
+
+/// How wide the field of messages beside it is, in pixels: no wider than needed.
+/// @param bar  width of both fields together
+int WidthOfMessages(int bar, bool hasMessage);
 
 } // namespace zelviewer

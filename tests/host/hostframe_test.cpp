@@ -2,11 +2,15 @@
 
 #include "host/frame/fit.h"
 #include "host/frame/hostmenus.h"
+#include "host/frame/placement.h"
 #include "host/imageframe.h"
+#include "tests/support/glib_complaints.h"
 #include "tests/support/pictures.h"
+#include "tests/support/scratch_folder.h"
+#include "tests/support/system_dialogs.h"
 #include "tests/support/user.h"
 #include "viewer/zel_commands.h"
-#include "viewer/zel_viewer3dcanvas.h"
+#include "viewer/zel_imagecanvas3d.h"
 
 #include <wx/clipbrd.h>
 #include <wx/dnd.h>
@@ -15,6 +19,8 @@
 #include <wx/slider.h>
 #include <wx/spinctrl.h>
 #include <wx/toolbar.h>
+
+#include <gmock/gmock.h>
 
 namespace zelviewer {
 namespace {
@@ -32,16 +38,32 @@ protected:
             {30, 20, 10}, frames, [](auto x, auto y, auto z, auto t) { return 100 * t + x + 2 * y + 4 * z; },
             resolution);
         m_frame = MakeFrame(std::move(image), {});
-        AddHostMenus(*m_frame,
-                     {[this](const std::vector<std::string>& files) { opened.push_back(files); }, [this] { ++quits; }});
+        AddHostMenus(*m_frame, {[this](const std::vector<std::string>& files) { opened.push_back(files); },
+                                [this] { ++quits; }, [this] { return recent; }});
+        ShowInPlace(*m_frame, std::nullopt);
         ASSERT_TRUE(ShowAndWait(*m_frame));
         MovePointer({1500, 1100}); // away from the picture
     }
+    void SetUp() override { GLibComplaints().clear(); }
     void TearDown() override {
         if (m_frame)
             m_frame->Destroy();
         GuiTest::TearDown();
+        EXPECT_THAT(GLibComplaints(), testing::IsEmpty());
     }
+    /// The entries of a menu by their labels, separators as "-".
+    static std::vector<std::string> EntriesOf(const wxMenu& menu) {
+        std::vector<std::string> entries;
+        for (const wxMenuItem* const item : menu.GetMenuItems())
+            entries.push_back(item->IsSeparator() ? "-" : item->GetItemLabelText().utf8_string());
+        return entries;
+    }
+    /// As the user does.
+    void OpenFileMenu() {
+        wxMenuEvent event(wxEVT_MENU_OPEN, 0, m_frame->GetMenuBar()->GetMenu(0));
+        m_frame->ProcessWindowEvent(event);
+    }
+    wxMenuItem& RecentItem() { return *m_frame->GetMenuBar()->GetMenu(0)->FindItemByPosition(2); }
     zel_Viewer3dCanvas& Canvas() { return *m_frame->GetCanvas(); }
     zel_DrWin3d& Window(zel_ProjectionType type) { return *Canvas().GetDrWin(type); }
     void Choose(int id) { EXPECT_TRUE(m_frame->ProcessCommand(id)); }
@@ -66,6 +88,7 @@ protected:
 
     wxWeakRef<zel_Viewer3dFrame> m_frame;
     std::vector<std::vector<std::string>> opened;
+    std::vector<OpenedFiles> recent;
     int quits = 0;
 };
 
@@ -76,8 +99,106 @@ TEST_F(HostFrame, HasTheMenusOfEveryProgram) {
     for (std::size_t i = 0; i < bar.GetMenuCount(); ++i)
         labels.push_back(bar.GetMenuLabelText(i).utf8_string());
     EXPECT_EQ(labels, (std::vector<std::string>{"File", "Edit", "Sequence", "View", "Mapping", "Help"}));
-    for (const int id : {int{wxID_OPEN}, int{wxID_CLOSE}, int{wxID_EXIT}, copyView, goTo, fit, keys})
+    for (const int id : {copyView, goTo, fit, keys, int{wxID_ABOUT}})
         EXPECT_NE(bar.FindItem(id), nullptr) << id;
+    EXPECT_EQ(EntriesOf(*bar.GetMenu(0)),
+              (std::vector<std::string>{"Open...", "Open folder...", "Open recent", "-", "Save 3D data...",
+                                        "Save view...", "Save gallery...", "-", "Close", "Quit"}));
+}
+
+TEST_F(HostFrame, WhatWasOpenedBeforeIsListedWheneverTheMenuOpens) {
+    Open(1);
+    EXPECT_FALSE(RecentItem().IsEnabled()) << "there is nothing in it";
+    recent = {{"/a/t1.tif", "/a/t2.tif"}, {"/b/one & two.tif"}};
+    OpenFileMenu();
+    EXPECT_TRUE(RecentItem().IsEnabled());
+    EXPECT_EQ(EntriesOf(*RecentItem().GetSubMenu()),
+              (std::vector<std::string>{"1 t1.tif and 1 more", "2 one & two.tif"}));
+    Choose(wxID_FILE1);
+    Choose(wxID_FILE2);
+    EXPECT_EQ(opened, recent);
+    recent.erase(recent.begin());
+    OpenFileMenu();
+    EXPECT_EQ(EntriesOf(*RecentItem().GetSubMenu()), (std::vector<std::string>{"1 one & two.tif"}));
+}
+
+TEST_F(HostFrame, AFolderIsOpenedAsItIs) {
+    Open(1);
+    const ScratchFolder folder;
+    DialogAnswers answers;
+    answers.ExpectDriven([&folder](wxDialog& dialog) { ChooseFolder(dialog, folder.GetPath()); });
+    Choose(m_frame->GetMenuBar()->GetMenu(0)->FindItem("Open folder..."));
+    EXPECT_EQ(opened, (std::vector<std::vector<std::string>>{{folder.GetPath()}}));
+}
+
+TEST_F(HostFrame, FilesAreAskedForWhereTheLastOnesWere) {
+    const ScratchFolder folder;
+    WriteBytes(folder / "t.tif", "");
+    recent = {{folder / "t.tif"}};
+    Open(1);
+    DialogAnswers answers;
+    answers.Expect([&folder](wxDialog& dialog) {
+        EXPECT_EQ(dynamic_cast<wxFileDialog&>(dialog).GetDirectory(), folder.GetPath());
+        return wxID_CANCEL;
+    });
+    Choose(wxID_OPEN);
+}
+
+TEST_F(HostFrame, AboutTellsTheVersions) {
+    Open(1);
+    DialogAnswers answers;
+    answers.Expect([](wxDialog& dialog) {
+        EXPECT_EQ(dialog.GetTitle(), "About zelviewer");
+        const std::string text = dynamic_cast<wxMessageDialog&>(dialog).GetMessage().utf8_string();
+        EXPECT_THAT(text, testing::HasSubstr("\nzelviewer " ZEL_VERSION "\nwxWidgets 3."));
+        EXPECT_THAT(text, testing::HasSubstr("\nlibtiff "));
+        return wxID_OK;
+    });
+    Choose(wxID_ABOUT);
+    EXPECT_EQ(wxApp::GetInstance(), wxTheApp);
+}
+
+TEST_F(HostFrame, TheKeysOfTheFileMenuWork) {
+    Open(1);
+    m_frame->Raise();
+    Focus(Window(zel_PT_XY));
+    const auto titleOf = [](const wxDialog& dialog) {
+        const auto* const files = dynamic_cast<const wxFileDialog*>(&dialog);
+        return (files != nullptr ? files->GetMessage() : dialog.GetTitle()).utf8_string();
+    };
+    const std::pair<int, std::string> dialogs[] = {
+        {'O', "Open images: one, or one for each point in time"}, {'S', "Save 3D image data as..."}, {'G', "Go to"}};
+    for (const auto& [key, title] : dialogs) {
+        DialogAnswers answers; // one answer: a key that two entries have runs its command once
+        answers.Expect([&titleOf, &title = title](wxDialog& dialog) {
+            EXPECT_EQ(titleOf(dialog), title);
+            return wxID_CANCEL;
+        });
+        Press(key, wxMOD_CONTROL);
+    }
+    Press('Q', wxMOD_CONTROL);
+    EXPECT_EQ(quits, 1);
+    Press('C', wxMOD_CONTROL);
+    wxBitmapDataObject copied;
+    ASSERT_TRUE(wxTheClipboard->Open());
+    EXPECT_TRUE(wxTheClipboard->GetData(copied));
+    wxTheClipboard->Close();
+    wxTheClipboard->Clear();
+    Press('W', wxMOD_CONTROL);
+    EXPECT_TRUE(WaitUntil([this] { return !m_frame; }));
+}
+
+TEST_F(HostFrame, TheKeysOfTheSizeWork) {
+    Open(1, {1, 1, 1});
+    ASSERT_TRUE(ResizeClient(*m_frame, {820, 630}));
+    m_frame->Raise();
+    Focus(Window(zel_PT_XY));
+    Press('0');
+    EXPECT_GT(Canvas().GetBaseScale().x, 10.0F);
+    Press(WXK_F2);
+    EXPECT_EQ(Canvas().GetZoom(), 1);
+    Press('1');
+    EXPECT_EQ(Canvas().GetZoom(), 0);
 }
 
 TEST_F(HostFrame, OpenTakesSeveralFilesInOrder) {
@@ -102,14 +223,14 @@ TEST_F(HostFrame, CloseAndQuitAreTheirOwn) {
 TEST_F(HostFrame, DroppedFilesAreOpenedAfterTheDrop) {
     Open(1);
     wxArrayString paths;
-    paths.Add("/a/b.tif");
-    paths.Add("/a/c.tif");
+    paths.Add("/a/t10.tif"); // in no order
+    paths.Add("/a/t9.tif");
     auto* const target = dynamic_cast<wxFileDropTarget*>(Window(zel_PT_XY).GetDropTarget());
     ASSERT_NE(target, nullptr);
     EXPECT_TRUE(target->OnDropFiles(1, 1, paths));
     EXPECT_TRUE(opened.empty());
     Pump();
-    EXPECT_EQ(opened, (std::vector<std::vector<std::string>>{{"/a/b.tif", "/a/c.tif"}}));
+    EXPECT_EQ(opened, (std::vector<std::vector<std::string>>{{"/a/t9.tif", "/a/t10.tif"}}));
 }
 
 TEST_F(HostFrame, CopyViewPutsThePictureOnTheClipboard) {
@@ -174,6 +295,7 @@ TEST_F(HostFrame, OpenedForTheDisplayItFillsTwoThirdsOfIt) {
 
 TEST_F(HostFrame, TheStatusLineTellsOfTheCutAndOfThePointer) {
     Open(3);
+    ASSERT_TRUE(ResizeClient(*m_frame, {900, 500}));
     // The cut is in the middle: microns 7.5, 5, 5, in voxels 15, 10, 5. 15 + 20 + 20 = 55.
     EXPECT_EQ(Status(), "x 16 (7.75 um)  y 11 (5.25 um)  z 6 (5.50 um)  t 1 of 3  value 55");
     EXPECT_TRUE(Canvas().ShowNextImage());
@@ -181,6 +303,42 @@ TEST_F(HostFrame, TheStatusLineTellsOfTheCutAndOfThePointer) {
     // Two pixels a micron, one a voxel, in XY.
     MovePointerTo(Window(zel_PT_XY), {3, 4});
     EXPECT_EQ(Status(), "x 4 (1.75 um)  y 5 (2.25 um)  z 6 (5.50 um)  t 2 of 3  value 131");
+}
+
+TEST_F(HostFrame, TheStatusLineIsWholeInANarrowWindowToo) {
+    Open(3);
+    EXPECT_LT(m_frame->GetSize().x, 500);
+    EXPECT_EQ(Status(), "x 16  y 11  z 6  t 1 of 3  value 55");
+    EXPECT_FALSE(m_frame->GetStatusBar()->GetField(0).IsEllipsized());
+    ASSERT_TRUE(ResizeClient(*m_frame, {900, 500}));
+    EXPECT_EQ(Status(), "x 16 (7.75 um)  y 11 (5.25 um)  z 6 (5.50 um)  t 1 of 3  value 55");
+    wxRect field;
+    m_frame->GetStatusBar()->GetFieldRect(1, field);
+    EXPECT_LT(field.width, 20);
+    m_frame->SetInfoStatusText("Some message", 5);
+    Settle();
+    m_frame->GetStatusBar()->GetFieldRect(1, field);
+    EXPECT_GT(field.width, 160) << "a message has its room";
+}
+
+TEST_F(HostFrame, TheTitleFollowsZoomAndTime) {
+    auto image = MakeImage<unsigned char>({30, 20, 10}, 2, [](auto x, auto...) { return x; });
+    image->SetImageName(0, "/f/one.tif");
+    image->SetImageName(1, "/f/two.tif");
+    m_frame = MakeFrame(std::move(image), {});
+    ShowInPlace(*m_frame, std::nullopt);
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    EXPECT_EQ(m_frame->GetTitle(), "one.tif - 30 x 20 x 10 - 100%");
+    Choose(zel_CMD_ZOOM_IN);
+    Settle();
+    EXPECT_EQ(m_frame->GetTitle(), "one.tif - 30 x 20 x 10 - 200%");
+    EXPECT_TRUE(Canvas().ShowNextImage());
+    Settle();
+    EXPECT_EQ(m_frame->GetTitle(), "two.tif - 30 x 20 x 10 - 200%");
+    Choose(zel_CMD_NORMAL_ZOOM);
+    Choose(zel_CMD_ZOOM_OUT);
+    Settle();
+    EXPECT_EQ(m_frame->GetTitle(), "two.tif - 30 x 20 x 10 - 50%");
 }
 
 TEST_F(HostFrame, SlidersMoveTheCutAndTheTimeAndFollowThem) {
@@ -244,6 +402,16 @@ TEST_F(HostFrame, EntriesThatCanDoNothingAreGray) {
     EXPECT_FALSE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSE_FORWARD));
     EXPECT_FALSE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSING_RANGE));
     EXPECT_TRUE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_ZOOM_IN));
+}
+
+TEST_F(HostFrame, EntriesFollowAnImageThatGetsFramesOrLosesThem) {
+    Open(2);
+    auto& canvas = dynamic_cast<zel_ImageViewer3dCanvas<unsigned short>&>(Canvas());
+    EXPECT_TRUE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSE_FORWARD));
+    canvas.GetImage()->RemoveFrame(1);
+    canvas.OnDataChange();
+    Settle();
+    EXPECT_FALSE(m_frame->GetMenuBar()->IsEnabled(zel_CMD_BROWSE_FORWARD));
 }
 
 TEST_F(HostFrame, TheLastWindowStays) {

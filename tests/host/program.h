@@ -47,6 +47,7 @@ protected:
             constexpr uid_t nobody = 65534;
             if (!isRoot && geteuid() == 0 && (setgid(nobody) != 0 || setuid(nobody) != 0))
                 _exit(126);
+            setenv("XDG_CONFIG_HOME", settings.GetPath().c_str(), 1); // not those of whoever runs the tests
             setenv("NO_AT_BRIDGE", "1", 0); // GTK's bridge to screen readers looks for a bus, and leaks
             execv(argv[0], argv.data());
             _exit(127);
@@ -73,7 +74,7 @@ protected:
     }
 
     static constexpr std::size_t sizeX = 40, sizeY = 30, sizeZ = 10;
-    ScratchFolder folder;
+    ScratchFolder folder, settings;
 
 private:
     ScratchFolder outputs;

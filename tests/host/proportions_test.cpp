@@ -30,11 +30,13 @@ TEST(Proportions, VoxelsLikeNeedlesAreShownAsCubes) {
     EXPECT_EQ(opening.scale, Scale(10, 10, 0.09F));
 }
 
-TEST(Proportions, APictureGrowsByWholeNumbersAndShrinksAsItMust) {
+TEST(Proportions, APictureGrowsByHalfNumbersAndShrinksAsItMust) {
     // 8 pixels of a room are for lines and borders. 100 + 20 across, 80 + 20 down.
     EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 360, 8 + 1000), 3.0F);
-    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 359, 8 + 1000), 2.0F);
-    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 1000, 8 + 250), 2.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 359, 8 + 1000), 2.5F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 1000, 8 + 249), 2.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 179, 8 + 1000), 1.0F);
+    EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 180, 8 + 1000), 1.5F);
     EXPECT_EQ(FactorToFill({100, 80, 20}, 8 + 60, 8 + 1000), 0.5F);
     EXPECT_GT(FactorToFill({100, 80, 20}, 1, 1), 0.0F);
 }

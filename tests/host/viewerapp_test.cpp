@@ -4,6 +4,7 @@
 #include "host/message.h"
 #include "host/viewerapp.h"
 #include "tests/support/pictures.h"
+#include "tests/support/scratch_folder.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/dcclient.h>
@@ -159,7 +160,7 @@ TEST_F(ViewerAppTest, TheBoxOfAnErrorEndsWithTheWindow) {
 
 TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
     auto* const frame = MakeFrame(MakeImage(300, 200, 50), {});
-    EXPECT_EQ(frame->GetTitle(), "stack 7.tif");
+    EXPECT_EQ(frame->GetTitle(), "stack 7.tif - 300 x 200 x 50 - 100%");
     frame->Show();
     // 300 + 6 + 50 + 6 by 200 + 6 + 50 + 6
     EXPECT_TRUE(RunUntil([frame] { return frame->GetCanvas()->GetSize() == wxSize(362, 262); }))
@@ -298,6 +299,8 @@ int main(int argc, char** argv) {
     testing::InitGoogleTest(&argc, argv);
     setenv("GSETTINGS_BACKEND", "memory", 1);
     setenv("NO_AT_BRIDGE", "1", 1);
+    const ScratchFolder settings; // not those of whoever runs the tests
+    setenv("XDG_CONFIG_HOME", settings.GetPath().c_str(), 1);
     wxApp::SetInstance(new zelviewer::TestApp);
     return wxEntry(argc, argv);
 }

@@ -1,3 +1,4 @@
+#include "host/frame/title.h"
 #include "host/frame/whereabouts.h"
 
 #include <gtest/gtest.h>
@@ -16,6 +17,24 @@ TEST(Whereabouts, LeaveOutWhatIsNotKnown) {
     EXPECT_EQ(DescribeWhereabouts({{0, 0, 0}, 0, 1, "", std::nullopt}, {}, {}), "x 1  y 1  z 1");
     EXPECT_EQ(DescribeWhereabouts({{0, 1, 2}, 0, 1, "[1, 2, 3]", 0}, {}, {}),
               "x 1  y 2  z 3  value [1, 2, 3]  no label");
+}
+
+TEST(Whereabouts, TakeLessRoomWithoutMicrons) {
+    EXPECT_EQ(DescribeWhereabouts({{12, 3, 6}, 2, 20, "1234", 5}, {0, -1, 100}, {10, 2, 0.5F}, Detail::Voxels),
+              "x 13  y 4  z 7  t 3 of 20  value 1234  label 5");
+}
+
+TEST(Whereabouts, HaveTheBarToThemselvesUntilThereIsAMessage) {
+    EXPECT_EQ(WidthOfMessages(800, false), 16);
+    EXPECT_EQ(WidthOfMessages(800, true), 180);
+    EXPECT_EQ(WidthOfMessages(300, true), 150) << "no more than half";
+    EXPECT_EQ(WidthOfMessages(10, true), 16);
+}
+
+TEST(Title, NamesTheFileItsSizeAndTheZoom) {
+    EXPECT_EQ(DescribeTitle("a.tif", {512, 256, 40}, 1.5F), "a.tif - 512 x 256 x 40 - 150%");
+    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.333F), "a.tif - 1 x 2 x 3 - 33%");
+    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.0123F), "a.tif - 1 x 2 x 3 - 1.2%");
 }
 
 } // namespace

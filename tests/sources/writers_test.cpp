@@ -55,7 +55,9 @@ const std::set<std::pair<std::string, std::string>> allowed = {
     {"core/kepcore/kep_atomicfile.cpp", "O_RDWR"},
     {"core/kepcore/kep_atomicfile.cpp", "O_CREAT"},
     {"core/kepcore/kep_atomicfile.cpp", "rename"},
-    {"host/screenshot.cpp", "SaveFile"}, // into memory
+    {"host/screenshot.cpp", "SaveFile"},       // into memory
+    {"host/settingsfile.cpp", "wxFileConfig"}, // from and into memory
+    {"host/settingsfile.h", "wxFileConfig"},
 };
 
 bool IsWordPart(char c) {

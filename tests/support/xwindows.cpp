@@ -6,7 +6,9 @@
 
 #include <poll.h>
 
-#include <memory>
+#include <chrono>
+#include <stdexcept>
+#include <thread>
 
 namespace zel::test {
 
@@ -120,6 +122,127 @@ bool WaitForWindowManager() {
     Question question(Connection());
     question.Ask();
     return question.IsAnswered(5000);
+}
+
+struct WindowWatch::Connection {
+    Display* display = XOpenDisplay(nullptr);
+
+    Connection() {
+        if (display == nullptr)
+            throw std::runtime_error("there is no display to watch");
+    }
+    ~Connection() { XCloseDisplay(display); }
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+
+    Window GetRoot() const { return DefaultRootWindow(display); }
+
+    /// The window below the root that holds a window.
+    Window TopOf(Window window) const {
+        for (;;) {
+            Window root = 0, parent = 0, *children = nullptr;
+            unsigned count = 0;
+            if (XQueryTree(display, window, &root, &parent, &children, &count) == 0)
+                return window;
+            if (children != nullptr)
+                XFree(children);
+            if (parent == root || parent == 0)
+                return window;
+            window = parent;
+        }
+    }
+
+    bool HasTitle(Window window, const std::string& title) const {
+        char* name = nullptr;
+        if (XFetchName(display, window, &name) == 0 || name == nullptr)
+            return false;
+        const bool has = std::string(name).starts_with(title);
+        XFree(name);
+        return has;
+    }
+};
+
+WindowWatch::WindowWatch() : m_connection(std::make_unique<Connection>()) {
+    XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // a window may go at any time
+    XSelectInput(m_connection->display, m_connection->GetRoot(), SubstructureNotifyMask);
+    XSync(m_connection->display, False);
+}
+
+WindowWatch::~WindowWatch() = default;
+
+/// @return whether anything has happened
+bool WindowWatch::TakeEvents() {
+    Display* const display = m_connection->display;
+    const auto configure = [this](Window window, const XRect& rect) {
+        const auto mapped = m_windows.find(window);
+        if (mapped == m_windows.end())
+            m_unmapped[window] = rect;
+        else if (rect != (mapped->second.later.empty() ? *mapped->second.first : mapped->second.later.back()))
+            mapped->second.later.push_back(rect);
+    };
+    const bool any = XPending(display) > 0;
+    while (XPending(display) > 0) {
+        XEvent event;
+        XNextEvent(display, &event);
+        if (event.type == CreateNotify && event.xcreatewindow.parent == m_connection->GetRoot()) {
+            const XCreateWindowEvent& made = event.xcreatewindow;
+            configure(made.window, {made.x, made.y, made.width, made.height});
+            XSelectInput(display, made.window, StructureNotifyMask); // wherever a window manager puts it
+        } else if (event.type == ConfigureNotify && event.xconfigure.send_event == False) {
+            const XConfigureEvent& changed = event.xconfigure;
+            configure(changed.window, {changed.x, changed.y, changed.width, changed.height});
+        } else if (event.type == MapNotify) {
+            m_windows.try_emplace(event.xmap.window, Appearance{m_unmapped[event.xmap.window], {}});
+        }
+    }
+    return any;
+}
+
+unsigned long WindowWatch::WaitFor(const std::string& title) {
+    using Clock = std::chrono::steady_clock;
+    using namespace std::chrono_literals;
+    const Clock::time_point end = Clock::now() + 20s;
+    unsigned long found = 0;
+    for (Clock::time_point changed = Clock::now(); Clock::now() < end; std::this_thread::sleep_for(5ms)) {
+        if (TakeEvents())
+            changed = Clock::now();
+        for (const auto& [window, appearance] : m_windows)
+            if (found == 0 && m_connection->HasTitle(window, title))
+                found = window;
+        if (found != 0 && Clock::now() - changed > 700ms)
+            break;
+    }
+    return found;
+}
+
+WindowWatch::Appearance WindowWatch::GetClient(unsigned long window) {
+    TakeEvents();
+    const auto withoutPlace = [](XRect rect) { return XRect{0, 0, rect.width, rect.height}; };
+    const Appearance& seen = m_windows[window];
+    Appearance client;
+    if (seen.first)
+        client.first = withoutPlace(*seen.first);
+    for (const XRect& rect : seen.later)
+        if (withoutPlace(rect) != (client.later.empty() ? *client.first : client.later.back()))
+            client.later.push_back(withoutPlace(rect));
+    return client;
+}
+
+WindowWatch::Appearance WindowWatch::GetWhole(unsigned long window) {
+    TakeEvents();
+    return m_windows[m_connection->TopOf(window)];
+}
+
+void WindowWatch::AskToClose(unsigned long window) {
+    Display* const display = m_connection->display;
+    XEvent event{};
+    event.xclient.type = ClientMessage;
+    event.xclient.window = window;
+    event.xclient.message_type = XInternAtom(display, "WM_PROTOCOLS", False);
+    event.xclient.format = 32;
+    event.xclient.data.l[0] = static_cast<long>(XInternAtom(display, "WM_DELETE_WINDOW", False));
+    XSendEvent(display, window, False, NoEventMask, &event);
+    XFlush(display);
 }
 
 } // namespace zel::test

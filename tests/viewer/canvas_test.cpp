@@ -255,6 +255,20 @@ TEST_F(CanvasTest, WindowsShowTheirPictureOnBlack) {
     }
 }
 
+TEST_F(CanvasTest, EveryPixelOfThePicturesIsOnTheScreen) {
+    EXPECT_EQ(canvas->GetBorder(), 2) << "the border is drawn, and around the picture";
+    for (const zel_ProjectionType type : {zel_PT_XY, zel_PT_XZ, zel_PT_YZ}) {
+        const wxImage picture = canvas->GetDrWin(type)->GetPointerImage();
+        const wxImage screen = OpenGLScreen(*canvas->GetDrWin(type)); // read from the display itself
+        ASSERT_EQ(screen.GetSize(), picture.GetSize());
+        int others = 0;
+        for (int y = 0; y < picture.GetHeight(); ++y)
+            for (int x = 0; x < picture.GetWidth(); ++x)
+                others += ColourAt(screen, {x, y}) == ColourAt(picture, {x, y}) ? 0 : 1;
+        EXPECT_EQ(others, 0) << "pixels differ in window " << type;
+    }
+}
+
 TEST_F(CanvasTest, ARefreshPaintsEachWindowOnceAndThenAllIsQuiet) {
     canvas->draws = 0;
     canvas->Refresh(false);
