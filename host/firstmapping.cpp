@@ -2,25 +2,16 @@
 
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
-#include "model/zel_histogramcount.h"
+#include "mapping/zel_rgbmapping.h"
+#include "model/zel_saturate.h"
 
 #include <algorithm>
 #include <complex>
-#include <cstdint>
-#include <string>
 #include <type_traits>
 
 namespace zelviewer {
 
 namespace {
-
-/// How messages name the images of a type.
-template <typename T>
-std::string ImagesOf() {
-    constexpr bool isInt = std::is_same_v<T, int>;
-    constexpr bool isFloat = std::is_same_v<T, float>;
-    return "Images of type " + NameOf(isInt ? DisplayType::Int : isFloat ? DisplayType::Float : DisplayType::Complex);
-}
 
 wxString TextOf(int value) {
     return wxString() << value;
@@ -31,16 +22,9 @@ wxString TextOf(float value) {
 wxString TextOf(const std::complex<float>& value) {
     return TextOf(value.real()) + " + " + TextOf(value.imag()) + "i";
 }
-
-template <typename T>
-std::unique_ptr<zel::zel_MappingModule<T>> MakeModule(const mor::Image4d<T>& image) {
-    return std::unique_ptr<zel::zel_MappingModule<T>>(zel::zel_CreateMapperForType<T>(nullptr, image));
-}
-
-template <>
-std::unique_ptr<zel::zel_MappingModule<int>> MakeModule(const mor::Image4d<int>& image) {
-    return std::unique_ptr<zel::zel_MappingModule<int>>(
-        zel::zel_CreateGrayMapperForType<int>(nullptr, CountInts(image)));
+template <typename C>
+wxString TextOf(const kep::RGB_generic<C>& value) {
+    return "(" + TextOf(int{value.red}) + ", " + TextOf(int{value.green}) + ", " + TextOf(int{value.blue}) + ")";
 }
 
 /// Runs an entry of a module's menu, which need not have been made for it.
@@ -51,57 +35,128 @@ void RunEntry(Module& module, int entry) {
     module.OnMapping(event);
 }
 
+/// The concrete module of a voxel type.
+template <typename T>
+struct ModuleOf {
+    using Type = zel::zel_GrayMappingModule<T>;
+};
+template <typename C>
+struct ModuleOf<kep::RGB_generic<C>> {
+    using Type = zel::zel_RGBMappingModule<C>;
+};
+template <>
+struct ModuleOf<std::complex<float>> {
+    using Type = zel::zel_ComplexMappingModule<float>;
+};
+
+template <typename Level>
+bool SpansNothing(const Level& levels) {
+    return !(levels.inMin < levels.inMax);
+}
+
+/// Whether a stretch has left no levels between black and white.
+template <typename T>
+bool IsFlat(const zel::zel_GrayMappingModule<T>& module) {
+    return SpansNothing(module.GetLevels());
+}
+template <typename C>
+bool IsFlat(const zel::zel_RGBMappingModule<C>& module) {
+    return SpansNothing(module.GetLevels(0)) && SpansNothing(module.GetLevels(1)) && SpansNothing(module.GetLevels(2));
+}
+bool IsFlat(const zel::zel_ComplexMappingModule<float>& module) {
+    return SpansNothing(module.GetLevels(module.GetShowMode()));
+}
+
+int BitsOf(const zel::Histogram<unsigned short>& histogram) {
+    return zel::CountBits(histogram.GetBinCenter(histogram.FindLastNonZero()));
+}
+
+// Ends the range with the bits that occur.
+
+void FitRange(zel::zel_GrayMappingModule<unsigned short>& module) {
+    module.ApplyBitdepth(BitsOf(module.GetHistograms().Get()));
+}
+void FitRange(zel::zel_RGBMappingModule<unsigned short>& module) {
+    const auto& histograms = module.GetHistograms();
+    module.ApplyBitdepth(std::max({BitsOf(histograms[0]), BitsOf(histograms[1]), BitsOf(histograms[2])}));
+}
+template <typename Module>
+void FitRange(Module&) {} // there the ends are the extremes, or there are no more than 8 bits
+
+template <typename Module>
+void RunStretch(Module& module, Stretch stretch) {
+    RunEntry(module, zel::zel_ME_NO_STRETCH + static_cast<int>(stretch));
+}
+
+/// Stretches as suits the image.
+template <typename Module>
+void RunFirstStretch(Module& module, Stretch first) {
+    for (const Stretch stretch : {first, Stretch::Linear, Stretch::None}) {
+        RunStretch(module, stretch);
+        if (!IsFlat(module))
+            return;
+    }
+}
+
+template <typename T>
+DisplayType TypeOf() {
+    for (const auto& [name, type] : DisplayTypeNames())
+        if (WithVoxelType(type, [](auto each) { return std::is_same_v<typename decltype(each)::type, T>; }))
+            return type;
+    return DisplayType::Gray8; // all types have names
+}
+
 } // namespace
 
-template <typename T>
-void RefuseConstant(const mor::Image4d<T>& image) {
-    if constexpr (!std::is_unsigned_v<T> && zel::HistogramSet<T>::channelCount != 3) {
-        const auto& extremes = image.GetExtremes();
-        if (extremes.min != extremes.max)
-            return;
-        throw kep::InternalException("All voxels have the value " + TextOf(extremes.min).utf8_string() + ". " +
-                                     ImagesOf<T>() +
-                                     " are shown between their smallest and their largest value, which must differ.");
+Stretch FirstStretch(DisplayType type) {
+    switch (type) {
+    case DisplayType::Gray8:
+    case DisplayType::RGB8:
+    case DisplayType::Complex:
+        return Stretch::None;
+    case DisplayType::Gray16:
+    case DisplayType::Int:
+    case DisplayType::Float:
+    case DisplayType::RGB16:
+        break;
     }
-}
-
-zel::HistogramSet<int> CountInts(const mor::Image4d<int>& image) {
-    constexpr std::int64_t mostBins = std::int64_t{1} << 20;
-    const int low = image.GetCachedMinValue(), high = image.GetCachedMaxValue();
-    const std::int64_t values = std::int64_t{high} - low + 1;
-    zel::HistogramSet<int> histograms;
-    histograms.Get().Init(low, high, static_cast<std::size_t>(std::min(values, mostBins)));
-    for (std::size_t t = 0; t < image.GetNumFrames(); ++t)
-        zel::CountFrame(*image[t], histograms.Get());
-    return histograms;
-}
-
-void CheckPart(bool isEnabled) {
-    if (!isEnabled)
-        throw kep::InternalException("The part that --part names has the same value everywhere.");
+    return Stretch::Percentil;
 }
 
 template <typename T>
-std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, Stretch stretch,
-                                                       std::optional<zel::ComplexMode> part) {
-    RefuseConstant(image);
-    auto module = MakeModule(image);
+std::optional<std::string> DescribeConstant(const mor::Image4d<T>& image) {
+    const auto& extremes = image.GetExtremes();
+    if (extremes.min != extremes.max)
+        return std::nullopt;
+    return "All voxels have the value " + TextOf(extremes.min).utf8_string() + ".";
+}
+
+template <typename T>
+std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first) {
+    zel::zel_MapperOptions options;
+    options.acceptsConstant = true;
+    options.mostBins = std::size_t{1} << 20; // more than any picture can tell, where whole numbers lie far apart
+    options.progress = first.progress;
+    std::unique_ptr<zel::zel_MappingModule<T>> mapping(zel::zel_CreateMapperForType<T>(nullptr, image, options));
+    auto& module = dynamic_cast<typename ModuleOf<T>::Type&>(*mapping);
     if constexpr (std::is_same_v<T, std::complex<float>>) {
-        auto& parts = dynamic_cast<zel::zel_ComplexMappingModule<float>&>(*module);
-        if (part) {
-            CheckPart(parts.IsPartEnabled(*part));
-            RunEntry(parts, zel::zel_firstPartEntry + *part);
-        }
+        if (first.part && !module.IsPartEnabled(*first.part))
+            throw kep::InternalException("The part that --part names has the same value everywhere.");
+        if (first.part)
+            RunEntry(module, zel::zel_firstPartEntry + *first.part);
     }
-    if (stretch != Stretch::None)
-        RunEntry(*module, zel::zel_ME_NO_STRETCH + static_cast<int>(stretch));
-    return module;
+    if (first.stretch != Stretch::None)
+        FitRange(module);
+    if (first.stretch)
+        RunStretch(module, *first.stretch);
+    else
+        RunFirstStretch(module, FirstStretch(TypeOf<T>()));
+    return mapping;
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
-    template void RefuseConstant<T>(const mor::Image4d<T>&);                                                           \
-    template std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping<T>(const mor::Image4d<T>&, Stretch,                \
-                                                                       std::optional<zel::ComplexMode>);
+    template std::optional<std::string> DescribeConstant<T>(const mor::Image4d<T>&);                                   \
+    template std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping<T>(const mor::Image4d<T>&, const FirstMapping&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

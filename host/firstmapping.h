@@ -4,30 +4,39 @@
 #include "image/zel_image4d.h"
 #include "mapping/zel_mappingmodule.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
 
 namespace zelviewer {
 
-// How voxels are mapped to colours at the start. All exist for the types of KEP_DISPLAY_TYPES.
+// How voxels are mapped to colours at the start. All templates exist for the types of KEP_DISPLAY_TYPES.
 
-/// The grays of int, float and complex images are spread between their extremes, which must not be one.
-/// @throws kep::InternalException in words for the user
+/// How an image of a type opens unless the user says otherwise: with more than 8 bits it would mostly be next to black,
+/// so it is stretched without its darkest and brightest voxels. 8 bits show as they are, and the parts of complex
+/// numbers between their extremes.
+Stretch FirstStretch(DisplayType type);
+
+/// "All voxels have the value 5."; none if they differ.
 template <typename T>
-void RefuseConstant(const mor::Image4d<T>& image);
+std::optional<std::string> DescribeConstant(const mor::Image4d<T>& image);
 
-/// The values that occur, one bin for each whole number between the ends. Between ends that lie further apart than any
-/// picture can tell, neighbouring numbers share a bin.
-zel::HistogramSet<int> CountInts(const mor::Image4d<int>& image);
+/// What a mapping begins with.
+struct FirstMapping {
+    std::optional<Stretch> stretch;         ///< none: as suits the image
+    std::optional<zel::ComplexMode> part;   ///< of complex images; none: the first that varies
+    std::function<bool(double)> progress{}; ///< as in zel::zel_MapperOptions
+};
 
-/// @throws kep::InternalException in words for the user, if --part can't be shown
-void CheckPart(bool isEnabled);
-
-/// The mapping that a window opens with, without the window.
-/// @throws kep::InternalException in words for the user: for an int, float or complex image whose voxels are all equal,
-///         and for a part that does not vary; std::bad_alloc
+/// Makes the mapping that an image opens with, for a window or without. An image of equal voxels has one too.
+///
+/// Without a stretch by the user, one of FirstStretch that would show two levels only, as of a few bright dots in the
+/// dark, gives way to the linear one. Unless the user wants none, the range of 16-bit images ends with the bits that
+/// occur, so that the dialogs show what there is.
+/// @throws kep::InternalException in words for the user, for a part that does not vary; kep::ReadingStopped;
+///         std::bad_alloc
 template <typename T>
-std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, Stretch stretch,
-                                                       std::optional<zel::ComplexMode> part);
+std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first);
 
 } // namespace zelviewer

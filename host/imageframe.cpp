@@ -1,7 +1,5 @@
 #include "host/imageframe.h"
 
-#include "factory/zel_labeledviewerfactory.h"
-#include "factory/zel_viewerfactory.h"
 #include "host/firstmapping.h"
 #include "host/frame/fit.h"
 #include "host/frame/positionbar.h"
@@ -10,8 +8,6 @@
 #include "host/message.h"
 #include "host/mousecontrol.h"
 #include "host/proportions.h"
-#include "mapping/zel_complexmapping.h"
-#include "mapping/zel_mapperfactory.h"
 #include "mapping/zel_rgbmapping.h"
 #include "overlay/zel_basicoverlayingmodule.h"
 #include "overlay/zel_labeledimagecanvas3d.h"
@@ -19,7 +15,8 @@
 
 #include <wx/fileconf.h>
 
-#include <vector>
+#include <string>
+#include <utility>
 
 namespace zelviewer {
 
@@ -29,58 +26,35 @@ using zel::zel_Viewer3dFrame;
 using FramePtr = std::unique_ptr<zel_Viewer3dFrame>;
 using LabelModule = zel::zel_BasicOverlayingModule<unsigned short, unsigned short>;
 
-/// Deletes what a factory that threw has left behind: frames without a canvas.
-void DeleteHalfMadeFrames() {
-    const std::vector<wxWindow*> windows(wxTopLevelWindows.begin(), wxTopLevelWindows.end());
-    for (wxWindow* const window : windows)
-        if (auto* const frame = dynamic_cast<zel_Viewer3dFrame*>(window); frame != nullptr && !frame->GetCanvas())
-            delete frame;
-}
-
+/// The canvas, with the menu of the labels if there are any. It owns the image on return, and the frame the labels.
 template <typename T>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels) try {
-    FramePtr frame(labels != nullptr
-                       ? zel::zel_CreateLabeledImage3dFrame<T>(image.get(), labels.get(), true, true, nullptr, wxID_ANY,
-                                                               wxEmptyString, wxDefaultPosition, wxDefaultSize,
-                                                               wxDEFAULT_FRAME_STYLE)
-                       : zel::zel_CreateImage3dFrame<T>(image.get(), true, nullptr, wxID_ANY, wxEmptyString,
-                                                        wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE));
-    image.release();  // the canvas owns it
-    labels.release(); // and the overlaying module these
-    return frame;
-} catch (...) {
-    DeleteHalfMadeFrames();
-    throw;
-}
-
-/// The canvas of int voxels, with the menu of the labels if there are any. It owns the image on return, and the frame
-/// the labels.
-zel::zel_Viewer3dCanvas* MakeIntCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<int>& mapper,
-                                       std::unique_ptr<mor::Image4d<int>> image, std::unique_ptr<Labels> labels) {
+zel::zel_Viewer3dCanvas* MakeCanvas(zel_Viewer3dFrame& frame, const zel::zel_Mapper<T>& mapper,
+                                    std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels) {
     zel::zel_Viewer3dCanvas* canvas = nullptr;
     if (labels == nullptr) {
-        canvas = new zel::zel_ImageViewer3dCanvas<int>(&frame, mapper, image.get(), true, wxID_ANY, wxDefaultPosition,
-                                                       wxDefaultSize);
+        canvas = new zel::zel_ImageViewer3dCanvas<T>(&frame, mapper, image.get(), true, wxID_ANY, wxDefaultPosition,
+                                                     wxDefaultSize);
     } else {
         auto* const overlayer = new LabelModule(&frame, labels.get(), true);
         labels.release();
         frame.AddExtensionModule(overlayer, "&Overlaying", true);
-        canvas = new zel::zel_LabeledImageViewer3dCanvas<int, unsigned short, unsigned short>(
+        canvas = new zel::zel_LabeledImageViewer3dCanvas<T, unsigned short, unsigned short>(
             &frame, mapper, *overlayer, image.get(), true, wxID_ANY, wxDefaultPosition, wxDefaultSize);
     }
     image.release();
     return canvas;
 }
 
-/// The factories count a bin for each whole number between the ends, and the plain one has no form for int: their
-/// steps, one by one.
-template <>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<int>> image, std::unique_ptr<Labels> labels) {
+/// The steps of the library's factories one by one, with a mapping of the program's own. One of the factories copies
+/// the image for a moment, neither takes an image of equal voxels, and the plain one has no form for int.
+template <typename T>
+FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels, const FirstMapping& first) {
+    auto mapping = MakeMapping(*image, first);
     auto frame = std::make_unique<zel_Viewer3dFrame>(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                                                      wxDEFAULT_FRAME_STYLE);
-    auto* const mapper = zel::zel_CreateGrayMapperForType<int>(frame.get(), CountInts(*image));
-    frame->AddExtensionModule(mapper, "&Mapping", true);
-    frame->SetCanvas(MakeIntCanvas(*frame, *mapper, std::move(image), std::move(labels)));
+    const zel::zel_Mapper<T>& mapper = *mapping;
+    frame->AddExtensionModule(mapping.release(), "&Mapping", true); // the frame's from now on
+    frame->SetCanvas(MakeCanvas(*frame, mapper, std::move(image), std::move(labels)));
     return frame;
 }
 
@@ -91,22 +65,6 @@ Module* FindModule(zel_Viewer3dFrame& frame) {
         if (auto* const module = dynamic_cast<Module*>(handler))
             return module;
     return nullptr;
-}
-
-/// Runs the menu command of a stretch, as the user would.
-template <typename T>
-void RunStretch(zel_Viewer3dFrame& frame, Stretch stretch) {
-    if (const auto* const module = FindModule<zel::zel_MappingModule<T>>(frame); module != nullptr)
-        frame.ProcessCommand(module->GetMenuId(zel::zel_ME_NO_STRETCH + static_cast<int>(stretch)));
-}
-
-/// Runs the menu command of a part.
-void ShowPart(zel_Viewer3dFrame& frame, zel::ComplexMode part) {
-    const auto* const module = FindModule<zel::zel_ComplexMappingModule<float>>(frame);
-    if (module == nullptr)
-        return;
-    CheckPart(module->IsPartEnabled(part));
-    frame.ProcessCommand(module->GetMenuId(zel::zel_firstPartEntry + part));
 }
 
 /// Where the mappings of colour images are in the configuration, by the bytes of a component.
@@ -154,19 +112,19 @@ void WriteColours(zel_Viewer3dFrame& frame, wxFileConfig& config) {
 
 template <typename T>
 zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
-                             std::unique_ptr<Labels> labels) {
-    RefuseConstant(*image);
+                             std::unique_ptr<Labels> labels, std::function<bool(double)> progress) {
     const Labels* const shownLabels = labels.get(); // the frame's from now on
-    FramePtr frame = BuildFrame(std::move(image), std::move(labels));
-    if (look.part)
-        ShowPart(*frame, *look.part);
-    if (look.stretch != Stretch::None)
-        RunStretch<T>(*frame, look.stretch);
+    const std::optional<std::string> constant = DescribeConstant(*image);
+    FramePtr frame = BuildFrame(std::move(image), std::move(labels), {look.stretch, look.part, std::move(progress)});
     if (const auto* const module = FindModule<LabelModule>(*frame); module != nullptr && look.outlines)
         frame->ProcessCommand(module->GetMenuId(zel::zel_OE_BOUNDARY));
     AddStatusLine<T>(*frame, shownLabels);
     AddPositionBar(*frame);
     PrepareFrame(*frame, look);
+    if (constant) {
+        frame->SetStatusText(*constant, 1); // where it stays until there is something else to say
+        PrintMessage(frame->GetTitle().utf8_string() + ": " + *constant);
+    }
     return frame.release();
 }
 
@@ -190,7 +148,7 @@ void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, const FirstLook&,                       \
-                                             std::unique_ptr<Labels>);
+                                             std::unique_ptr<Labels>, std::function<bool(double)>);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

@@ -6,6 +6,7 @@
 #include "model/zel_complexparts.h"
 #include "viewer/zel_frame.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -15,7 +16,7 @@ namespace zelviewer {
 
 /// How a window shows its image at the start.
 struct FirstLook {
-    Stretch stretch = Stretch::None;
+    std::optional<Stretch> stretch = std::nullopt;       ///< none: as suits the image
     bool inVoxels = false;                               ///< one pixel a voxel instead of true proportions
     std::optional<zel::ComplexMode> part = std::nullopt; ///< of complex images; none: the first that varies
     bool outlines = false;                               ///< labels are outlined from the start, instead of hidden
@@ -25,14 +26,15 @@ struct FirstLook {
 /// Makes the window of an image, ready to be shown: titled, with a use for the mouse, and as large as the image needs
 /// and the display has. Exists for the types of KEP_DISPLAY_TYPES.
 ///
-/// Opening takes the image's memory once more for a moment, or, for int, up to some tens of megabytes.
+/// Opening makes no copy of the image; its histograms take some megabytes.
 /// @param image   the window takes it
 /// @param labels  likewise, and then it has a menu for them; null for none
-/// @throws kep::InternalException in words for the user: for an int, float or complex image whose voxels are all equal,
-///         and for a part that is asked for and does not vary; std::bad_alloc. No window is left then.
+/// @param progress  told how much of the image is counted; false from it stops. None: the library shows a notice.
+/// @throws kep::InternalException in words for the user, for a part that is asked for and does not vary;
+///         kep::ReadingStopped; std::bad_alloc. No window is left then.
 template <typename T>
 zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
-                                  std::unique_ptr<Labels> labels = nullptr);
+                                  std::unique_ptr<Labels> labels = nullptr, std::function<bool(double)> progress = {});
 
 /// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
 void PrepareFrame(zel::zel_Viewer3dFrame& frame, const FirstLook& look);

@@ -233,9 +233,10 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
                  "With --export-meshes: close surfaces that reach the\nborder of the image with its faces");
     app.add_flag("--voxels", options.voxels, "One pixel per voxel, instead of true proportions");
     const CLI::Option* const stretchOption =
-        app.add_option("--stretch", stretch,
-                       "How voxel values are stretched from black to white:\n" + JoinedNames(stretchNames) +
-                           ".\nWithout it files open unstretched and the synthetic cells linear")
+        app.add_option(
+               "--stretch", stretch,
+               "How voxel values are stretched from black to white:\n" + JoinedNames(stretchNames) +
+                   ".\nWithout it images of more than 8 bits open with percentil,\nothers and complex ones with none")
             ->type_name("NAME");
     const CLI::Option* const partOption =
         app.add_option("--part", part, "The part of a complex image that is shown first:\n" + JoinedNames(partNames))

@@ -23,7 +23,7 @@ struct Options {
     bool binary = false;               ///< the files are masks
     std::optional<kep::Vector3d<float>> resolution; ///< pixels per micron, for what the files don't say
     bool voxels = false;                            ///< one pixel a voxel instead of true proportions
-    std::optional<Stretch> stretch;                 ///< none: no stretch for files, linear for the synthetic cells
+    std::optional<Stretch> stretch;                 ///< none: as suits the image (FirstStretch)
     std::optional<zel::ComplexMode> part;           ///< of complex images; none: the first that varies
     std::vector<std::string> labels;                ///< label files, one per time point
     bool components = false;                        ///< label connected components instead of taking labels as stored

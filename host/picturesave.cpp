@@ -14,7 +14,9 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <new>
+#include <utility>
 
 namespace zelviewer {
 
@@ -128,18 +130,20 @@ void NameFailures(const std::string& name, const Save& save) {
 
 template <typename T>
 void SaveFrames(const Options& options, const std::string& name, const mor::Image4d<T>& image,
-                std::unique_ptr<Labels> labels, Stretch stretch) {
+                std::unique_ptr<Labels> labels, std::function<bool(double)> progress = {}) {
     const SaveOptions& save = options.save;
     if (const std::string missing = save.FindMissingFrame(image.GetNumFrames()); !missing.empty())
         throw Failure(missing);
     std::unique_ptr<zel::zel_MappingModule<T>> mapping;
     WholeView whole;
     NameFailures(name, [&] {
-        mapping = MakeMapping(image, stretch, options.part);
+        mapping = MakeMapping(image, {options.stretch, options.part, std::move(progress)});
         const kep::Resolution& resolution = image.GetResolution();
         whole = ShowWhole({image.GetOffset(), image.GetSize(), resolution},
                           save.gallery ? resolution.GetUsable().GetRes() : ScaleOfView(options, name, resolution));
     });
+    if (const auto constant = DescribeConstant(image))
+        PrintMessage(name + ": " + *constant);
     const zel::GalleryOptions gallery = save.gallery ? GalleryOf(save, image.GetSizeZ()) : zel::GalleryOptions{};
     PlanePainter<T> painter(image, *mapping, std::move(labels));
     std::vector<std::string> inputs = options.files;
@@ -170,10 +174,9 @@ void SaveFrames(const Options& options, const std::string& name, const mor::Imag
 
 void SaveSynthetic(const Options& options) {
     if (options.type == DisplayType::Complex)
-        SaveFrames(options, "The synthetic wave", *OpenVortex(), nullptr, options.stretch.value_or(Stretch::None));
+        SaveFrames(options, "The synthetic wave", *OpenVortex(), nullptr);
     else
-        SaveFrames(options, "The synthetic cells", *OpenSyntheticCells().image, nullptr,
-                   options.stretch.value_or(Stretch::Linear));
+        SaveFrames(options, "The synthetic cells", *OpenSyntheticCells().image, nullptr);
 }
 
 } // namespace
@@ -191,9 +194,11 @@ void SavePictures(const Options& options) {
         Refuse(*plan.question);
     WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
-        const auto image = ReadFiles<T>(options, plan);
+        ReadingProgress progress(plan.frames, plan.bytes, false);
+        const auto image = ReadFiles<T>(options, plan, progress);
         auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *image);
-        SaveFrames(options, name, *image, std::move(labels), options.stretch.value_or(Stretch::None));
+        SaveFrames(options, name, *image, std::move(labels),
+                   [&progress](double counted) { return progress.Report("Counting gray levels", counted); });
     });
 }
 

@@ -84,14 +84,17 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame(const Options& options) {
     if (const std::string conflict = FindConflict(options, plan.type); !conflict.empty())
         throw Failure(options.files.front() + ": " + conflict);
     // Who names labels wants to see them, and the image as well.
-    const FirstLook look{options.stretch.value_or(Stretch::None), options.voxels, options.part, !options.labels.empty(),
-                         !options.screenshot};
+    const FirstLook look{options.stretch, options.voxels, options.part, !options.labels.empty(), !options.screenshot};
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
-        auto image = ReadFiles<T>(options, plan);
+        ReadingProgress progress(plan.frames, plan.bytes, !options.LeavesByItself());
+        auto image = ReadFiles<T>(options, plan, progress);
         auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *image);
         try {
-            return MakeFrame(std::move(image), look, std::move(labels));
+            return MakeFrame(std::move(image), look, std::move(labels),
+                             [&progress](double counted) { return progress.Report("Counting gray levels", counted); });
+        } catch (const kep::ReadingStopped&) {
+            throw Cancelled(options.files.front() + ": Opening was cancelled.");
         } catch (const kep::InternalException& error) {
             throw kep::InternalException(NameAndReason(options.files.front(), error));
         }
@@ -110,12 +113,9 @@ std::vector<std::size_t> ViewerApp::ChooseChannels(const ChannelQuestion& questi
 
 zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic(const Options& options) {
     if (options.type == DisplayType::Complex)
-        return MakeFrame(OpenVortex(), {options.stretch.value_or(Stretch::None), options.voxels, options.part, false,
-                                        !options.screenshot});
-    // The cells fill a sixteenth of the range that 16 bits have and would be next to black.
+        return MakeFrame(OpenVortex(), {options.stretch, options.voxels, options.part, false, !options.screenshot});
     LabeledCells cells = OpenSyntheticCells();
-    return MakeFrame(std::move(cells.image),
-                     {options.stretch.value_or(Stretch::Linear), options.voxels, {}, false, !options.screenshot},
+    return MakeFrame(std::move(cells.image), {options.stretch, options.voxels, {}, false, !options.screenshot},
                      std::move(cells.labels));
 }
 

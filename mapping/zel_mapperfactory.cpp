@@ -1,5 +1,6 @@
 #include "mapping/zel_mapperfactory.h"
 
+#include "image/zel_framereading.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_rgbmapping.h"
 #include "model/zel_histogramcount.h"
@@ -68,53 +69,86 @@ std::string ConstantImageText(float value) {
         .utf8_string();
 }
 
+/// A range for grays of one value: from 0, so that the value has a gray of its own.
+template <typename T>
+Bounds<T> SpreadFromZero(T value) {
+    if (value == T() || !IsFinite(value))
+        return {T(), T(1)};
+    return {std::min(value, T()), std::max(value, T())};
+}
+
 /// The image's cached range. Where no frame was ever measured, or an end is not a number or infinite, which no bins and
 /// no grays can be spread up to, it is found here.
 template <typename T>
-Bounds<T> FindBounds(const mor::Image4d<T>& image) {
+Bounds<T> FindBounds(const mor::Image4d<T>& image, const zel_MapperOptions& options) {
     Bounds<T> bounds{image.GetCachedMinValue(), image.GetCachedMaxValue()};
     if (!(bounds.min <= bounds.max) || !IsFinite(bounds.min) || !IsFinite(bounds.max))
         bounds = ScanVoxels(image);
     if (bounds.min < bounds.max)
         return bounds;
-    const bool isOneValue = bounds.min == bounds.max;
-    throw kep::InternalException(ConstantImageText(isOneValue ? bounds.min : image.GetVoxel(0, 0)));
+    const T value = bounds.min == bounds.max ? bounds.min : image.GetVoxel(0, 0);
+    if (options.acceptsConstant)
+        return SpreadFromZero(value);
+    throw kep::InternalException(ConstantImageText(value));
 }
 
 template <typename T>
-Histogram<T> MakeHistogram(const mor::Image4d<T>& image) {
+Histogram<T> MakeHistogram(const mor::Image4d<T>& image, const zel_MapperOptions& options) {
     Histogram<T> histogram;
     if constexpr (std::is_unsigned_v<T>) {
         histogram.Init(0, std::numeric_limits<T>::max(), std::size_t{std::numeric_limits<T>::max()} + 1);
     } else {
-        const Bounds<T> bounds = FindBounds(image);
-        if constexpr (std::is_same_v<T, int>)
-            histogram.Init(bounds.min, bounds.max,
-                           static_cast<std::size_t>(static_cast<long long>(bounds.max) - bounds.min) + 1);
-        else
+        const Bounds<T> bounds = FindBounds(image, options);
+        if constexpr (std::is_same_v<T, int>) {
+            const auto values = static_cast<std::size_t>(static_cast<long long>(bounds.max) - bounds.min) + 1;
+            histogram.Init(bounds.min, bounds.max, std::min(values, options.mostBins));
+        } else {
             histogram.Init(bounds.min, bounds.max, floatBins);
+        }
     }
     return histogram;
 }
 
-/// The counts of all frames, from the last to the first.
+/// Calls count(voxels, number) for all frames, from the last to the first: for each as a whole, or in blocks of some
+/// milliseconds where progress is told.
+template <typename T, typename Count>
+void CountInBlocks(const mor::Image4d<T>& image, const zel_MapperOptions& options, const Count& count) {
+    constexpr std::size_t few = std::size_t{1} << 21;
+    const std::size_t block = options.progress ? few : image.GetFrameSize();
+    const double all = static_cast<double>(image.GetFrameSize()) * static_cast<double>(image.GetNumFrames());
+    double counted = 0;
+    for (std::size_t t = image.GetNumFrames(); t-- > 0;) {
+        const kep::Image3d<T>& frame = *image[t];
+        for (std::size_t at = 0; at < frame.GetNumVoxels(); at += block) {
+            const std::size_t number = std::min(block, frame.GetNumVoxels() - at);
+            count(frame.begin() + at, number);
+            counted += static_cast<double>(number);
+            if (options.progress && !options.progress(counted / all))
+                throw kep::ReadingStopped();
+        }
+    }
+}
+
 template <typename T>
-HistogramSet<T> CountImage(const mor::Image4d<T>& image) {
+HistogramSet<T> CountImage(const mor::Image4d<T>& image, const zel_MapperOptions& options) {
     HistogramSet<T> histograms;
-    histograms.Set(MakeHistogram(image));
-    for (std::size_t t = image.GetNumFrames(); t-- > 0;)
-        CountFrame(*image[t], histograms.Get());
+    histograms.Set(MakeHistogram(image, options));
+    CountInBlocks(image, options, [&histograms](const T* voxels, std::size_t number) {
+        CountValues(voxels, number, 1, histograms.Get());
+    });
     return histograms;
 }
 
 template <typename C>
-HistogramSet<kep::RGB_generic<C>> CountImage(const mor::Image4d<kep::RGB_generic<C>>& image) {
+HistogramSet<kep::RGB_generic<C>> CountImage(const mor::Image4d<kep::RGB_generic<C>>& image,
+                                             const zel_MapperOptions& options) {
     HistogramSet<kep::RGB_generic<C>> histograms;
-    for (int channel = 0; channel < 3; ++channel) {
+    for (int channel = 0; channel < 3; ++channel)
         histograms[channel].Init(0, std::numeric_limits<C>::max(), std::size_t{std::numeric_limits<C>::max()} + 1);
-        for (std::size_t t = image.GetNumFrames(); t-- > 0;)
-            CountFrame(*image[t], channel, histograms[channel]);
-    }
+    CountInBlocks(image, options, [&histograms](const kep::RGB_generic<C>* voxels, std::size_t number) {
+        for (int channel = 0; channel < 3; ++channel)
+            CountValues(&voxels->red + channel, number, 3, histograms[channel]);
+    });
     return histograms;
 }
 
@@ -160,6 +194,10 @@ PartBounds FindPartBounds(const mor::Image4d<std::complex<float>>& image) {
     return bounds;
 }
 
+bool IsConstant(const Bounds<float>& part) {
+    return part.min == part.max;
+}
+
 /// Says which parts are constant.
 /// @throws kep::InternalException if all are
 void CheckParts(const PartBounds& bounds) {
@@ -167,7 +205,7 @@ void CheckParts(const PartBounds& bounds) {
     const auto valueOf = [&bounds](std::size_t part) { return static_cast<double>(bounds[part].min); };
     int constant = 0;
     for (std::size_t part = 0; part < bounds.size(); ++part) {
-        if (bounds[part].min != bounds[part].max)
+        if (!IsConstant(bounds[part]))
             continue;
         ++constant;
         wxLogMessage("Disabling constant %s. (value=%f)", names[part], valueOf(part));
@@ -181,12 +219,14 @@ void CheckParts(const PartBounds& bounds) {
                 .utf8_string());
 }
 
-HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<float>>& image, const PartBounds& bounds) {
+HistogramSet<std::complex<float>> CountImage(const mor::Image4d<std::complex<float>>& image, const PartBounds& bounds,
+                                             const zel_MapperOptions& options) {
     ComplexHistograms counts;
     for (std::size_t part = 0; part < counts.size(); ++part)
         counts[part].Init(bounds[part].min, bounds[part].max, floatBins);
-    for (std::size_t t = image.GetNumFrames(); t-- > 0;)
-        CountFrame(*image[t], counts);
+    CountInBlocks(image, options, [&counts](const std::complex<float>* voxels, std::size_t number) {
+        CountValues(voxels, number, counts);
+    });
     HistogramSet<std::complex<float>> histograms;
     for (std::size_t part = 0; part < counts.size(); ++part)
         histograms.Set(static_cast<int>(part), std::move(counts[part]));
@@ -201,30 +241,41 @@ std::unique_ptr<wxBusyInfo> ShowNotice() {
 }
 
 template <typename T>
-zel_MappingModule<T>* MakeModule(wxFrame* frame, const mor::Image4d<T>& image) {
-    return new zel_GrayMappingModule<T>(frame, CountImage(image));
+zel_MappingModule<T>* MakeModule(wxFrame* frame, const mor::Image4d<T>& image, const zel_MapperOptions& options) {
+    return new zel_GrayMappingModule<T>(frame, CountImage(image, options));
 }
 
 template <typename C>
-zel_MappingModule<kep::RGB_generic<C>>* MakeModule(wxFrame* frame, const mor::Image4d<kep::RGB_generic<C>>& image) {
-    return new zel_RGBMappingModule<C>(frame, CountImage(image));
+zel_MappingModule<kep::RGB_generic<C>>* MakeModule(wxFrame* frame, const mor::Image4d<kep::RGB_generic<C>>& image,
+                                                   const zel_MapperOptions& options) {
+    return new zel_RGBMappingModule<C>(frame, CountImage(image, options));
 }
 
-zel_MappingModule<std::complex<float>>* MakeModule(wxFrame* frame, const mor::Image4d<std::complex<float>>& image) {
-    const PartBounds bounds = FindPartBounds(image);
+zel_MappingModule<std::complex<float>>* MakeModule(wxFrame* frame, const mor::Image4d<std::complex<float>>& image,
+                                                   const zel_MapperOptions& options) {
+    PartBounds bounds = FindPartBounds(image);
+    if (options.acceptsConstant && std::all_of(bounds.begin(), bounds.end(), &IsConstant))
+        for (Bounds<float>& part : bounds)
+            part = SpreadFromZero(part.min);
     CheckParts(bounds);
     const auto varies = [&bounds](std::size_t part) { return bounds[part].max > bounds[part].min; };
-    return new zel_ComplexMappingModule<float>(frame, CountImage(image, bounds), varies(Real), varies(Imaginary),
-                                               varies(Phase), varies(Amplitude));
+    return new zel_ComplexMappingModule<float>(frame, CountImage(image, bounds, options), varies(Real),
+                                               varies(Imaginary), varies(Phase), varies(Amplitude));
 }
 
 } // namespace
 
 template <typename T>
-zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image) {
-    const auto notice = ShowNotice();
+zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image,
+                                              const zel_MapperOptions& options) {
+    const auto notice = options.progress ? nullptr : ShowNotice();
     CheckNotEmpty(image.GetNumFrames() == 0 || image.GetFrameSize() == 0);
-    return MakeModule(frame, image);
+    return MakeModule(frame, image, options);
+}
+
+template <typename T>
+zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image) {
+    return zel_CreateMapperForType<T>(frame, image, zel_MapperOptions());
 }
 
 template <typename T, typename>
@@ -239,7 +290,9 @@ zel_GrayMappingModule<T>* zel_CreateGrayMapperForType(wxFrame* frame, const Hist
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
-    template ZEL_EXPORT zel_MappingModule<T>* zel_CreateMapperForType<T>(wxFrame*, const mor::Image4d<T>&);
+    template ZEL_EXPORT zel_MappingModule<T>* zel_CreateMapperForType<T>(wxFrame*, const mor::Image4d<T>&);            \
+    template ZEL_EXPORT zel_MappingModule<T>* zel_CreateMapperForType<T>(wxFrame*, const mor::Image4d<T>&,             \
+                                                                         const zel_MapperOptions&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 template ZEL_EXPORT zel_MappingModule<std::complex<float>>* zel_CreateMapperForType<float>(

@@ -5,9 +5,24 @@
 #include "model/zel_export.h"
 
 #include <complex>
+#include <cstddef>
+#include <functional>
+#include <limits>
 #include <type_traits>
 
 namespace zel {
+
+/// What a host may ask of zel_CreateMapperForType besides.
+struct zel_MapperOptions {
+    /// An int, float or complex image whose voxels are all equal is accepted: its grays go from 0 to that value, or
+    /// from 0 to 1 where it is 0. Of a complex image all parts can then be shown.
+    bool acceptsConstant = false;
+    /// The histogram of an int image gets no more bins, which neighbouring numbers then share.
+    std::size_t mostBins = std::numeric_limits<std::size_t>::max();
+    /// Told now and then how much of the image is counted, between 0 and 1, in place of the notice. It returns false to
+    /// stop: then kep::ReadingStopped is thrown.
+    std::function<bool(double done)> progress;
+};
 
 /// Counts the histograms of a whole sequence, under a notice on the screen, and makes the mapping module for it. A
 /// program without windows, whose application is a wxAppConsole, gets no notice and may pass no frame. Exists for the
@@ -25,6 +40,12 @@ namespace zel {
 ///         is left behind.
 template <typename T>
 zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image);
+
+/// The same with options.
+/// @throws kep::ReadingStopped
+template <typename T>
+zel_MappingModule<T>* zel_CreateMapperForType(wxFrame* frame, const mor::Image4d<T>& image,
+                                              const zel_MapperOptions& options);
 
 /// The same for complex images by the type of their parts, float.
 template <typename T, typename = std::enable_if_t<std::is_same_v<T, float>>>

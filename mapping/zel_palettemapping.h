@@ -31,6 +31,9 @@ public:
 
     void SetRange() override;
     void SetBitdepth() override;
+    /// What SetBitdepth does once the user has told how many: the shown channel's range ends with the largest value of
+    /// so many bits, and the tables are made anew.
+    void ApplyBitdepth(int bits);
     void SetIdentity() override;
     void SetLinearStretch() override;
     void SetPercentilStretch() override;

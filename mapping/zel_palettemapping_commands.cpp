@@ -127,11 +127,15 @@ void zel_PaletteMappingModule<Voxel>::SetBitdepth() {
     if (GetShownHistogram().empty())
         return;
     const wxWeakRef<wxEvtHandler> self(this);
-    const auto largest = detail::AskForBitdepth(this->GetFrame(), static_cast<double>(Shown().rangeMax),
-                                                static_cast<double>(GetShownHistogram().GetRightCenter()));
-    if (!largest || !self)
-        return;
-    Shown().rangeMax = SaturateTo<Element>(*largest);
+    const auto bits = detail::AskForBitdepth(this->GetFrame(), static_cast<double>(Shown().rangeMax),
+                                             static_cast<double>(GetShownHistogram().GetRightCenter()));
+    if (bits && self)
+        ApplyBitdepth(*bits);
+}
+
+template <typename Voxel>
+void zel_PaletteMappingModule<Voxel>::ApplyBitdepth(int bits) {
+    Shown().rangeMax = detail::LargestOf<Element>(bits);
     ResetMapping();
 }
 
@@ -177,6 +181,7 @@ bool zel_PaletteMappingModule<Voxel>::SetThreshold() {
     template void zel_PaletteMappingModule<T>::ChoosePalette(int);                                                     \
     template void zel_PaletteMappingModule<T>::SetRange();                                                             \
     template void zel_PaletteMappingModule<T>::SetBitdepth();                                                          \
+    template void zel_PaletteMappingModule<T>::ApplyBitdepth(int);                                                     \
     template bool zel_PaletteMappingModule<T>::SetLevelsStretch();                                                     \
     template bool zel_PaletteMappingModule<T>::SetThreshold();
 ZEL_PALETTE_TYPES(ZEL_INSTANTIATE)

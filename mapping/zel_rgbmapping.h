@@ -27,6 +27,8 @@ public:
     void SetRange() override;
     /// One depth for the three channels.
     void SetBitdepth() override;
+    /// What SetBitdepth does once the user has told how many.
+    void ApplyBitdepth(int bits);
     void SetIdentity() override;
     /// A channel with less than two values is shown over its whole range.
     void SetLinearStretch() override;

@@ -69,11 +69,15 @@ void zel_RGBMappingModule<T>::SetBitdepth() {
     const wxWeakRef<wxEvtHandler> self(this);
     const T current = LeastOf(ColourOf<T>([this](int c) { return GetRangeMax(c); }));
     const T limit = LeastOf(ColourOf<T>([this](int c) { return this->GetHistogram(c).GetRightCenter(); }));
-    const auto largest = detail::AskForBitdepth(this->GetFrame(), current, limit);
-    if (!largest || !self)
-        return;
+    const auto bits = detail::AskForBitdepth(this->GetFrame(), current, limit);
+    if (bits && self)
+        ApplyBitdepth(*bits);
+}
+
+template <typename T>
+void zel_RGBMappingModule<T>::ApplyBitdepth(int bits) {
     for (int c = 0; c < 3; ++c)
-        this->GetChannel(c).rangeMax = SaturateTo<T>(*largest);
+        this->GetChannel(c).rangeMax = detail::LargestOf<T>(bits);
     ResetMapping();
 }
 
@@ -121,6 +125,7 @@ bool zel_RGBMappingModule<T>::SetThreshold() {
     template bool zel_RGBMappingModule<T>::HaveAllBins() const;                                                        \
     template void zel_RGBMappingModule<T>::SetRange();                                                                 \
     template void zel_RGBMappingModule<T>::SetBitdepth();                                                              \
+    template void zel_RGBMappingModule<T>::ApplyBitdepth(int);                                                         \
     template bool zel_RGBMappingModule<T>::SetLevelsStretch();                                                         \
     template bool zel_RGBMappingModule<T>::SetThreshold();
 ZEL_INSTANTIATE(unsigned char)

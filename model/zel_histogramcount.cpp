@@ -130,13 +130,12 @@ void CountValues(const T* first, std::size_t number, std::size_t stride, Histogr
     CountOneByOne(first, number, stride, histogram);
 }
 
-void CountFrame(const kep::Image3d<std::complex<float>>& frame, ComplexHistograms& histograms) {
+void CountValues(const std::complex<float>* first, std::size_t number, ComplexHistograms& histograms) {
     constexpr std::size_t most = 4096;
     std::array<std::array<float, most>, 4> channels;
-    const std::size_t number = frame.GetNumVoxels();
     for (std::size_t done = 0; done < number; done += most) {
         const std::size_t part = std::min(number - done, most);
-        const std::complex<float>* const at = frame.begin() + done;
+        const std::complex<float>* const at = first + done;
         for (std::size_t i = 0; i < part; ++i) {
             const float re = at[i].real();
             const float im = at[i].imag();

@@ -39,9 +39,14 @@ void CountFrame(const kep::Image3d<kep::RGB_generic<C>>& frame, int channel, His
 /// Real part, imaginary part, phase and amplitude, in that order.
 using ComplexHistograms = std::array<Histogram<float>, 4>;
 
-/// Adds all voxels of a complex frame: the two parts, the phase atan2(im, re) and the amplitude sqrt(re * re + im *
-/// im), computed in float. One pass, for the most part spent on the phases.
-ZEL_EXPORT void CountFrame(const kep::Image3d<std::complex<float>>& frame, ComplexHistograms& histograms);
+/// Adds complex values: the two parts, the phase atan2(im, re) and the amplitude sqrt(re * re + im * im), computed in
+/// float. One pass, for the most part spent on the phases.
+ZEL_EXPORT void CountValues(const std::complex<float>* first, std::size_t number, ComplexHistograms& histograms);
+
+/// Adds all voxels of a complex frame.
+inline void CountFrame(const kep::Image3d<std::complex<float>>& frame, ComplexHistograms& histograms) {
+    CountValues(frame.begin(), frame.GetNumVoxels(), histograms);
+}
 
 #define ZEL_DECLARE(T)                                                                                                 \
     extern template ZEL_EXPORT void CountValues<T>(const T*, std::size_t, std::size_t, Histogram<T>&);

@@ -5,13 +5,13 @@
 
 namespace zel::detail {
 
-std::optional<double> AskForBitdepth(wxFrame* frame, double current, double largest) {
+std::optional<int> AskForBitdepth(wxFrame* frame, double current, double largest) {
     const long bits = CountBits(SaturateTo<long long>(current));
     const long limit = CountBits(SaturateTo<long long>(largest));
     wxNumberEntryDialog dialog(frame, "Set image bit depth", "Bit depth = ", "Image Bit Depth", bits, 1, limit);
     if (RunModal(dialog) != wxID_OK || dialog.GetValue() == bits)
         return std::nullopt;
-    return std::ldexp(1.0, static_cast<int>(dialog.GetValue())) - 1.0;
+    return static_cast<int>(dialog.GetValue());
 }
 
 } // namespace zel::detail

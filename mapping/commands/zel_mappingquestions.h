@@ -54,9 +54,13 @@ auto AskForThresholds(wxFrame* frame, std::vector<Histogram<T>> histograms, std:
 /// Asks for the number of bits in which the image's range ends.
 /// @param current  the largest value now in the range
 /// @param largest  the largest value that the image can have
-/// @return the largest value of so many bits; none if the user has cancelled, left the bits as they are, or the frame
-/// has
-///         gone
-std::optional<double> AskForBitdepth(wxFrame* frame, double current, double largest);
+/// @return none if the user has cancelled, left the bits as they are, or the frame has gone
+std::optional<int> AskForBitdepth(wxFrame* frame, double current, double largest);
+
+/// The largest value of so many bits, as far as T goes.
+template <typename T>
+T LargestOf(int bits) {
+    return SaturateTo<T>(std::ldexp(1.0, bits) - 1.0);
+}
 
 } // namespace zel::detail

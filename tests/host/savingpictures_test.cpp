@@ -49,6 +49,9 @@ Colour Gray(int level) {
     const auto l = static_cast<unsigned char>(level);
     return {l, l, l};
 }
+bool IsSame(const Sheet& a, const Sheet& b) {
+    return !a.IsEmpty() && a.GetSize() == b.GetSize() && std::equal(a.begin(), a.end(), b.begin());
+}
 /// The value of WriteRamp's voxels.
 int Ramp(int x, int y, int z) {
     return x + 2 * y + 5 * z;
@@ -402,17 +405,41 @@ TEST_F(SavingPictures, AFilmHasTheViewsOfAllFrames) {
     }
 }
 
-TEST_F(SavingPictures, AConstantImageIsRefusedInASentence) {
+TEST_F(SavingPictures, AConstantImageIsSavedWithASentence) {
     kep::Image3d<float> frame;
     frame.MakeRoom(8, 8, 4);
     frame.Fill(7);
     const std::string name = ::Save(frame, folder / "flat.tif");
     const Outcome outcome = Run({name, "--save-view", folder / "v.tif"}, Display::None);
-    EXPECT_EQ(outcome.exitCode, 1);
-    EXPECT_EQ(outcome.errors, "zelviewer: " + name +
-                                  ": All voxels have the value 7. Images of type float are shown between their "
-                                  "smallest and their largest value, which must differ.\n");
-    EXPECT_THAT(folder.List(), ElementsAre("flat.tif"));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": All voxels have the value 7.\n");
+    EXPECT_EQ(At(Read(folder / "v.tif"), 3, 3), Gray(255));
+}
+
+TEST_F(SavingPictures, MoreThan8BitsAreStretchedAsInAWindow) {
+    const std::string name = WriteRamp("a.tif");
+    for (const char* type : {"gray16", "float", "rgb16"})
+        EXPECT_TRUE(
+            IsSame(SavedView({name, "--type", type}), SavedView({name, "--type", type, "--stretch", "percentil"})))
+            << type;
+    EXPECT_EQ(At(SavedView({name, "--type", "gray16", "--stretch", "none"}), 39, 29), Gray(0)); // 122 / 257
+}
+
+TEST_F(SavingPictures, ChannelsAreSavedInTheirColours) {
+    const std::string name = folder / "c.ics";
+    WriteBytes(name, "\t\nics_version\t2.0\nfilename\tx\nlayout\tparameters\t4\nlayout\torder\tbits\tx\ty\tch\n"
+                     "layout\tsizes\t8\t2\t1\t4\nrepresentation\tformat\tinteger\n"
+                     "representation\tsign\tunsigned\nrepresentation\tcompression\tuncompressed\nend\nabcdefgh");
+    EXPECT_EQ(At(SavedView({name, "--channels", "4,1,2"}), 0, 0), (Colour{'g', 'a', 'c'}));
+    EXPECT_EQ(At(SavedView({name, "--channels", "2,3"}), 1, 0), (Colour{'d', 'f', 0}));
+    EXPECT_EQ(At(SavedView({name, "--channel", "3"}), 0, 0), Gray('e'));
+    const Outcome open = Run({name, "--save-view", folder / "v.tif"}, Display::None);
+    EXPECT_EQ(open.exitCode, 1);
+    EXPECT_EQ(open.errors, "zelviewer: " + name +
+                               ": It has 4 channels: name the one to show by --channel, or two or three by "
+                               "--channels.\n");
+    EXPECT_EQ(Run({name, "--channel", "5", "--save-view", folder / "v.tif"}, Display::None).errors,
+              "zelviewer: " + name + ": There is no channel 5, it has 4 channels.\n");
 }
 
 TEST_F(SavingPictures, AMissingFolderIsNamed) {

@@ -267,22 +267,36 @@ TEST_F(ViewerAppTest, LabelsHaveTheirMenuAndAreOutlinedIfAsked) {
 }
 
 TEST_F(ViewerAppTest, NothingIsLeftOfAWindowThatCouldNotBeMade) {
-    EXPECT_THROW(MakeFrame(MakePair(0.5F, 0.5F), {}), kep::InternalException);
-    EXPECT_THROW(MakeFrame(MakePair(-3, -3), {}), kep::InternalException);
     using Complex = std::complex<float>;
-    EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 2)), {}), kep::InternalException);
     EXPECT_THROW(MakeFrame(MakePair(Complex(1, 2), Complex(1, 3)), {Stretch::None, false, zel::Real}),
                  kep::InternalException);
-    // Here it is the viewer that refuses, with the frame made already.
     EXPECT_THROW(MakeFrame(std::make_unique<mor::Image4d<unsigned char>>(), {}), kep::InternalException);
+    EXPECT_THROW(MakeFrame(MakePair(1, 2), {}, nullptr, [](double) { return false; }), kep::ReadingStopped);
     EXPECT_EQ(CountFrames(), 0);
 }
 
+TEST_F(ViewerAppTest, AnImageOfOneValueOpensAndSaysSo) {
+    using Complex = std::complex<float>;
+    using RGB = kep::RGB_generic<unsigned char>;
+    const std::pair<zel::zel_Viewer3dFrame*, const char*> cases[] = {
+        {MakeFrame(MakePair<unsigned char>(7, 7), {}), "7"},
+        {MakeFrame(MakePair<unsigned short>(7, 7), {}), "7"},
+        {MakeFrame(MakePair(-3, -3), {}), "-3"},
+        {MakeFrame(MakePair(0.5F, 0.5F), {}), "0.5"},
+        {MakeFrame(MakePair(RGB(1, 2, 3), RGB(1, 2, 3)), {}), "(1, 2, 3)"},
+        {MakeFrame(MakePair(Complex(1, 2), Complex(1, 2)), {}), "1 + 2i"}};
+    for (const auto& [frame, value] : cases) {
+        EXPECT_EQ(frame->GetStatusBar()->GetStatusText(1), "All voxels have the value " + wxString(value) + ".");
+        frame->Destroy();
+    }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
 TEST_F(ViewerAppTest, AnImageThatCannotBeShownEndsTheProgramBehindABox) {
-    App().opening = [] { return MakeFrame(MakePair(0.5F, 0.5F), {}); };
+    using Complex = std::complex<float>;
+    App().opening = [] { return MakeFrame(MakePair(Complex(1, 2), Complex(1, 3)), {Stretch::None, false, zel::Real}); };
     EXPECT_EQ(App().ViewerApp::OnRun(), 1);
-    EXPECT_THAT(App().errors, ElementsAre("All voxels have the value 0.5. Images of type float are shown between their "
-                                          "smallest and their largest value, which must differ."));
+    EXPECT_THAT(App().errors, ElementsAre("The part that --part names has the same value everywhere."));
     EXPECT_EQ(CountFrames(), 0);
 }
 
