@@ -83,6 +83,18 @@ std::vector<std::string> SequenceOf(const std::string& file) {
     return WithFolder(folder, sequence);
 }
 
+std::vector<std::string> FilesMeant(const std::vector<std::string>& names, bool sequence) {
+    return ExpandFolders(sequence && names.size() == 1 ? SequenceOf(names.front()) : names);
+}
+
+std::vector<std::string> SequenceToOffer(const std::vector<std::string>& names) {
+    std::error_code missing;
+    if (names.size() != 1 || fs::is_directory(names.front(), missing))
+        return {};
+    std::vector<std::string> sequence = SequenceOf(names.front());
+    return sequence.size() > 1 ? sequence : std::vector<std::string>();
+}
+
 std::string SequenceQuestion(std::size_t count) {
     return "Open " + std::to_string(count) + " files as a sequence?";
 }

@@ -26,6 +26,15 @@ std::vector<std::string> ExpandFolders(const std::vector<std::string>& names);
 /// read.
 std::vector<std::string> SequenceOf(const std::string& file);
 
+/// The files that the command line means: folders become their images, and with `sequence` a file that is named alone
+/// becomes its sequence. The order given stays.
+/// @throws Failure as ImagesIn
+std::vector<std::string> FilesMeant(const std::vector<std::string>& names, bool sequence);
+
+/// The sequence that the user is asked about who has named files in a window: that of a single file. Empty if there is
+/// nothing to ask.
+std::vector<std::string> SequenceToOffer(const std::vector<std::string>& names);
+
 /// The question whether the sequence of a file is wanted, which has `count` files.
 std::string SequenceQuestion(std::size_t count);
 

@@ -2,7 +2,6 @@
 
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
-#include "mapping/zel_rgbmapping.h"
 #include "model/zel_saturate.h"
 
 #include <algorithm>
@@ -71,18 +70,6 @@ int BitsOf(const zel::Histogram<unsigned short>& histogram) {
     return zel::CountBits(histogram.GetBinCenter(histogram.FindLastNonZero()));
 }
 
-// Ends the range with the bits that occur.
-
-void FitRange(zel::zel_GrayMappingModule<unsigned short>& module) {
-    module.ApplyBitdepth(BitsOf(module.GetHistograms().Get()));
-}
-void FitRange(zel::zel_RGBMappingModule<unsigned short>& module) {
-    const auto& histograms = module.GetHistograms();
-    module.ApplyBitdepth(std::max({BitsOf(histograms[0]), BitsOf(histograms[1]), BitsOf(histograms[2])}));
-}
-template <typename Module>
-void FitRange(Module&) {} // there the ends are the extremes, or there are no more than 8 bits
-
 template <typename Module>
 void RunStretch(Module& module, Stretch stretch) {
     RunEntry(module, zel::zel_ME_NO_STRETCH + static_cast<int>(stretch));
@@ -123,6 +110,13 @@ Stretch FirstStretch(DisplayType type) {
     return Stretch::Percentil;
 }
 
+void FitRange(zel::zel_GrayMappingModule<unsigned short>& module) {
+    module.ApplyBitdepth(BitsOf(module.GetHistograms().Get()));
+}
+void FitRange(zel::zel_RGBMappingModule<unsigned short>& module) {
+    const auto& histograms = module.GetHistograms();
+    module.ApplyBitdepth(std::max({BitsOf(histograms[0]), BitsOf(histograms[1]), BitsOf(histograms[2])}));
+}
 template <typename T>
 std::optional<std::string> DescribeConstant(const mor::Image4d<T>& image) {
     const auto& extremes = image.GetExtremes();

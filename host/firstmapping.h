@@ -2,7 +2,9 @@
 
 #include "host/options.h"
 #include "image/zel_image4d.h"
+#include "mapping/zel_graymapping.h"
 #include "mapping/zel_mappingmodule.h"
+#include "mapping/zel_rgbmapping.h"
 
 #include <functional>
 #include <memory>
@@ -21,6 +23,12 @@ Stretch FirstStretch(DisplayType type);
 /// "All voxels have the value 5."; none if they differ.
 template <typename T>
 std::optional<std::string> DescribeConstant(const mor::Image4d<T>& image);
+
+/// Ends the range of 16-bit images with the bits that occur, and makes the tables anew. Others stay as they are.
+void FitRange(zel::zel_GrayMappingModule<unsigned short>& module);
+void FitRange(zel::zel_RGBMappingModule<unsigned short>& module);
+template <typename Module>
+void FitRange(Module&) {} // there the ends are the extremes, or there are no more than 8 bits
 
 /// What a mapping begins with.
 struct FirstMapping {

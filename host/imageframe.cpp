@@ -85,6 +85,7 @@ void ReadColoursOf(zel_Viewer3dFrame& frame, wxFileConfig& config) {
         module->ReadFromConfig(config);
         module->ResetMapping();
     }
+    FitRange(*module); // what is kept is that of another image, whose voxels may have had fewer bits
     config.SetPath("/");
 }
 

@@ -1,3 +1,4 @@
+#include "host/fileselection.h"
 #include "host/message.h"
 #include "host/options.h"
 #include "host/report.h"
@@ -27,9 +28,11 @@ int Run(const zelviewer::CommandLine& line, char* programName) {
     case zelviewer::Command::Run:
         break;
     }
-    if (!line.options.info)
-        return zelviewer::RunViewer(line.options, programName);
-    const zelviewer::Report report = zelviewer::MakeReport(line.options);
+    zelviewer::Options options = line.options;
+    options.files = zelviewer::FilesMeant(options.files, options.sequence);
+    if (!options.info)
+        return zelviewer::RunViewer(options, programName);
+    const zelviewer::Report report = zelviewer::MakeReport(options);
     for (const std::string& message : report.messages)
         zelviewer::PrintMessage(message);
     const int printed = Print(report.text);

@@ -143,9 +143,6 @@ std::string FindConflict(const Options& options) {
                                                          : nullptr;
         if (other != nullptr)
             return std::string(options.save.GetName()) + " and " + other + " exclude each other.";
-        if (!options.files.empty())
-            if (std::string missing = options.save.FindMissingFrame(options.files.size()); !missing.empty())
-                return missing;
     }
     if (options.stretch && (options.info || options.exportMeshes))
         return std::string("--stretch and ") + (options.info ? "--info" : "--export-meshes") + " exclude each other.";
@@ -154,6 +151,8 @@ std::string FindConflict(const Options& options) {
     if (options.volume && (options.info || options.exportMeshes))
         return std::string(options.view ? "--view" : "--volume") + " and " +
                (options.info ? "--info" : "--export-meshes") + " exclude each other.";
+    if (options.sequence && options.files.size() != 1)
+        return "--sequence needs one FILE.";
     if (!options.channels.empty()) {
         const std::string channels = options.channels.size() == 1 ? "--channel" : "--channels";
         if (options.info || options.exportMeshes)
@@ -198,8 +197,12 @@ CommandLine ParseCommandLine(std::vector<std::string> arguments) {
     app.set_help_flag("-h,--help", "Print this help and exit");
     app.add_flag("--version", showVersion, "Print the versions of program and libraries, and exit");
     app.add_option("FILE", options.files,
-                   "Image files of the same size and voxel size, whose time\npoints make one sequence")
+                   "Image files of the same size and voxel size, whose time\npoints make one sequence; a folder stands "
+                   "for its images")
         ->type_name("");
+    app.add_flag("--sequence", options.sequence,
+                 "Open with FILE all files beside it whose names differ by\none number only, such as t1.tif, t2.tif, "
+                 "... t51.tif");
     const CLI::Option* const typeOption =
         app.add_option("--type", type,
                        "Read as this voxel type instead of the files' own:\n" + JoinedNames(DisplayTypeNames()) +

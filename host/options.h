@@ -18,6 +18,7 @@ enum class Stretch { None, Linear, Percentil, Equalize };
 /// What the command line asks for. File names are in the file system's encoding.
 struct Options {
     std::vector<std::string> files;    ///< one per time point; none: synthetic cells
+    bool sequence = false;             ///< the one file stands for all that its numbers lead to
     std::optional<DisplayType> type;   ///< voxel type to read as; none: the files' own
     std::vector<std::size_t> channels; ///< from 0: one alone, or two or three as colours; none: as they come
     bool binary = false;               ///< the files are masks

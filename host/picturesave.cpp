@@ -192,6 +192,8 @@ void SavePictures(const Options& options) {
         throw Failure(name + ": " + conflict);
     if (plan.question)
         Refuse(*plan.question);
+    if (const std::string missing = options.save.FindMissingFrame(plan.frames); !missing.empty())
+        throw Failure(missing);
     WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         ReadingProgress progress(plan.frames, plan.bytes, false);

@@ -4,6 +4,7 @@
 #include "host/frame/channeldialog.h"
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
+#include "host/frame/sequencequestion.h"
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
@@ -169,7 +170,7 @@ void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
     options.stretch = m_options.stretch;
     options.voxels = m_options.voxels;
     try {
-        options.files = ExpandFolders(files);
+        options.files = ExpandFolders(AskForSequence(GetTopWindow(), files));
         zel::zel_Viewer3dFrame* const frame = OpenFrame(options);
         KeepFiles(options.files);
         Present(*frame);

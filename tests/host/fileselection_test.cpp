@@ -86,6 +86,26 @@ TEST_F(FileSelection, NamesWithoutAFolderStayWithoutOne) {
     EXPECT_EQ(sequence, (Names{"b1.tif", "b2.tif"}));
 }
 
+TEST_F(FileSelection, TheCommandLineMeansWhatItSays) {
+    const std::string first = Touch("t9.tif"), second = Touch("t10.tif");
+    const std::string place = Folder("series");
+    const std::string image = Touch("series/a.tif");
+    EXPECT_EQ(FilesMeant({second}, false), Names{second}) << "a file alone stays alone";
+    EXPECT_EQ(FilesMeant({second}, true), (Names{first, second}));
+    EXPECT_EQ(FilesMeant({second, first}, false), (Names{second, first})) << "in the order given";
+    EXPECT_EQ(FilesMeant({place}, false), Names{image});
+    EXPECT_EQ(FilesMeant({place}, true), Names{image});
+    EXPECT_EQ(FilesMeant({}, false), Names());
+}
+
+TEST_F(FileSelection, ASequenceIsOfferedForOneFileAlone) {
+    const std::string first = Touch("t9.tif"), second = Touch("t10.tif"), alone = Touch("alone.tif");
+    EXPECT_EQ(SequenceToOffer({second}), (Names{first, second}));
+    EXPECT_EQ(SequenceToOffer({alone}), Names());
+    EXPECT_EQ(SequenceToOffer({first, second}), Names());
+    EXPECT_EQ(SequenceToOffer({Folder("t11.tif")}), Names());
+}
+
 TEST_F(FileSelection, TheQuestionCountsTheFiles) {
     EXPECT_EQ(SequenceQuestion(51), "Open 51 files as a sequence?");
 }

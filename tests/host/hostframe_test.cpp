@@ -1,8 +1,10 @@
 // What the program adds to a viewer: menus, keys, status line, sliders, fitting.
 
+#include "host/frame/channeldialog.h"
 #include "host/frame/fit.h"
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
+#include "host/frame/sequencequestion.h"
 #include "host/imageframe.h"
 #include "tests/support/glib_complaints.h"
 #include "tests/support/pictures.h"
@@ -12,6 +14,8 @@
 #include "viewer/zel_commands.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <wx/checklst.h>
+#include <wx/choicdlg.h>
 #include <wx/clipbrd.h>
 #include <wx/dnd.h>
 #include <wx/filedlg.h>
@@ -210,6 +214,72 @@ TEST_F(HostFrame, OpenTakesSeveralFilesInOrder) {
     });
     Choose(wxID_OPEN);
     EXPECT_TRUE(opened.empty());
+}
+
+class OpeningQuestions : public GuiTest {
+protected:
+    static constexpr int all = 3;
+    /// Answers the next dialog of channels with some of them checked. @return whether OK could be pressed
+    bool Check(DialogAnswers& answers, const std::vector<unsigned>& channels, std::vector<std::size_t>& chosen) {
+        bool mayAgree = false;
+        answers.Expect([&](wxDialog& dialog) {
+            wxCheckListBox* list = nullptr;
+            for (wxWindow* const child : dialog.GetChildren())
+                if (auto* const found = dynamic_cast<wxCheckListBox*>(child))
+                    list = found;
+            EXPECT_NE(list, nullptr);
+            EXPECT_EQ(list->GetString(1), "Channel 2: GFP");
+            for (const unsigned channel : channels)
+                list->Check(channel);
+            wxCommandEvent event(wxEVT_CHECKLISTBOX, list->GetId());
+            list->ProcessWindowEvent(event);
+            mayAgree = dialog.FindWindow(wxID_OK)->IsEnabled();
+            return wxID_OK;
+        });
+        chosen = AskForChannels(nullptr, {"/a/b.tif", {"Channel 1", "Channel 2: GFP", "Channel 3", "Channel 4"}, all});
+        return mayAgree;
+    }
+};
+
+TEST_F(OpeningQuestions, OneToThreeChannelsCanBeChosen) {
+    DialogAnswers answers;
+    std::vector<std::size_t> chosen;
+    EXPECT_FALSE(Check(answers, {}, chosen));
+    EXPECT_TRUE(Check(answers, {2}, chosen));
+    EXPECT_EQ(chosen, std::vector<std::size_t>{2});
+    EXPECT_TRUE(Check(answers, {3, 0, 1}, chosen));
+    EXPECT_EQ(chosen, (std::vector<std::size_t>{0, 1, 3}));
+    EXPECT_FALSE(Check(answers, {0, 1, 2, 3}, chosen));
+}
+
+TEST_F(OpeningQuestions, ChannelsThatMakeNoColourAreChosenAlone) {
+    DialogAnswers answers;
+    answers.Expect([](wxDialog& dialog) {
+        dynamic_cast<wxSingleChoiceDialog&>(dialog).SetSelection(1);
+        return wxID_OK;
+    });
+    EXPECT_EQ(AskForChannels(nullptr, {"/a/b.tif", {"Channel 1", "Channel 2"}, 1}), std::vector<std::size_t>{1});
+    answers.Expect([](wxDialog&) { return wxID_CANCEL; });
+    EXPECT_EQ(AskForChannels(nullptr, {"/a/b.tif", {"Channel 1", "Channel 2"}, 1}), std::vector<std::size_t>());
+}
+
+TEST_F(OpeningQuestions, AFileMayStandForItsSequence) {
+    const ScratchFolder folder;
+    const std::string first = folder / "t9.tif", second = folder / "t10.tif";
+    WriteBytes(first, "x");
+    WriteBytes(second, "x");
+    DialogAnswers answers;
+    const auto answer = [&](int code) {
+        answers.Expect([code](wxDialog& dialog) {
+            EXPECT_EQ(dynamic_cast<wxMessageDialog&>(dialog).GetMessage(), "Open 2 files as a sequence?");
+            return code;
+        });
+        return AskForSequence(nullptr, {second});
+    };
+    EXPECT_EQ(answer(wxID_YES), (std::vector<std::string>{first, second}));
+    EXPECT_EQ(answer(wxID_NO), std::vector<std::string>{second});
+    EXPECT_THROW(answer(wxID_CANCEL), Cancelled);
+    EXPECT_EQ(AskForSequence(nullptr, {second, first}), (std::vector<std::string>{second, first})) << "no question";
 }
 
 TEST_F(HostFrame, CloseAndQuitAreTheirOwn) {

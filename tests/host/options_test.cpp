@@ -78,6 +78,11 @@ TEST(Options, ChannelsAreCountedFromOne) {
     EXPECT_EQ(ParseCommandLine({"--channels", "1,2", "--type", "rgb16", "a.tif"}).command, Command::Run);
 }
 
+TEST(Options, ASequenceIsAskedForByName) {
+    EXPECT_FALSE(ParseCommandLine({"a.tif"}).options.sequence);
+    EXPECT_TRUE(ParseCommandLine({"--sequence", "a.tif"}).options.sequence);
+}
+
 TEST(Options, OneFileMayHaveManyLabelFiles) {
     EXPECT_EQ(ParseCommandLine({"a.tif", "--labels", "l1.tif", "l2.tif"}).command, Command::Run);
 }
@@ -130,7 +135,7 @@ TEST(Options, HelpNamesEveryOption) {
                                "--windows",    "--border",  "--save-gallery", "--slices",        "--rows",
                                "--columns",    "--spacing", "--frames",       "--volume",        "--view",
                                "--screenshot", "--info",    "--json",         "--verbose",       "--help",
-                               "--version",    "FILE"})
+                               "--version",    "FILE",      "--channel",      "--channels",      "--sequence"})
         EXPECT_THAT(line.text, HasSubstr(option));
     EXPECT_EQ(ParseCommandLine({"-h"}).command, Command::Help);
 }
@@ -171,6 +176,8 @@ TEST(Options, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--labels", "la.tif"}, "--labels needs a FILE"},
         {{"--labels"}, "--labels"},
         {{"a.tif", "--components"}, "--components goes with --labels"},
+        {{"--sequence"}, "--sequence needs one FILE."},
+        {{"--sequence", "a.tif", "b.tif"}, "--sequence needs one FILE."},
         {{"--channel", "0", "a.tif"}, "--channel 0: use a whole number from 1 on."},
         {{"--channel", "two", "a.tif"}, "--channel two: use a whole number from 1 on."},
         {{"--channel", "1.5", "a.tif"}, "--channel 1.5: use a whole number from 1 on."},

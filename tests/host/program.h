@@ -6,6 +6,7 @@
 #include "tests/support/scratch_folder.h"
 
 #include <fcntl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -19,6 +20,7 @@ namespace zelviewer::test {
 struct Outcome {
     int exitCode = -1;
     std::string output, errors;
+    double peakBytes = 0; ///< the most memory that it had
 };
 
 enum class Display { Present, None };
@@ -57,9 +59,10 @@ protected:
     /// Waits for the program's end.
     Outcome Wait(pid_t child) {
         int status = 0;
-        EXPECT_EQ(waitpid(child, &status, 0), child);
+        rusage usage{};
+        EXPECT_EQ(wait4(child, &status, 0, &usage), child);
         return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadBytes(outputs / "stdout"),
-                ReadBytes(outputs / "stderr")};
+                ReadBytes(outputs / "stderr"), 1024.0 * static_cast<double>(usage.ru_maxrss)};
     }
 
     /// A frame whose voxels name their place: x + 2 y + 5 z. @return its file name

@@ -167,8 +167,7 @@ TEST(SaveOptions, WrongUseIsRefusedInOneLineThatNamesIt) {
         {{"--save-view", "aX.tif", "--frames", "0:12:6"}, "aX.tif: --frames needs a run of 2 X"},
         {{"--save-view", "aX.tif", "--frames", "0:12:7"}, nullptr}, // 0 and 7
         {{"--save-view", "viewXX", "--frames", "0:3"}, "viewXX: --frames needs"},
-        {{"--save-view", "a.tif", "--frames", "2", "b.tif", "c.tif"},
-         "--frames: There is no frame 2, they are numbered from 0 to 1."},
+        {{"--save-view", "a.tif", "--frames", "2", "b.tif", "c.tif"}, nullptr}, // each may hold many
     };
     for (const auto& [arguments, part] : cases) {
         const CommandLine line = ParseCommandLine(arguments);

@@ -321,7 +321,7 @@ TEST_F(SavingPictures, WhatIsNotThereIsToldInOneLine) {
          "--frames: There is no frame 700, they are numbered from 0 to "},
         {{name, "--save-view", target, "--part", "phase"}, 1, name + ": --part is for complex images, not for gray8."},
         {{name, "--save-view", target, "--frames", "1"},
-         2,
+         1,
          "--frames: There is no frame 1, they are numbered from 0 to 0."},
         {{name, "--save-view", folder / "new.jpg"},
          2,

@@ -3,6 +3,7 @@
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/viewerapp.h"
+#include "mapping/zel_rgbmapping.h"
 #include "tests/support/pictures.h"
 #include "tests/support/scratch_folder.h"
 #include "viewer/zel_viewer3dcanvas.h"
@@ -11,10 +12,12 @@
 #include <wx/dialog.h>
 #include <wx/display.h>
 #include <wx/evtloop.h>
+#include <wx/fileconf.h>
 #include <wx/init.h>
 #include <wx/log.h>
 #include <wx/menu.h>
 #include <wx/modalhook.h>
+#include <wx/mstream.h>
 #include <wx/weakref.h>
 
 #include <gmock/gmock.h>
@@ -229,6 +232,27 @@ TEST_F(ViewerAppTest, ColoursAndComplexNumbersHaveTheirMenus) {
         EXPECT_NE(frame->GetCanvas(), nullptr);
         frame->Destroy();
     }
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+TEST_F(ViewerAppTest, KeptColoursDoNotCutTheRangeOfAnotherImage) {
+    using RGB = kep::RGB_generic<unsigned short>;
+    wxMemoryInputStream nothing("", 0);
+    wxFileConfig config(nothing);
+    zel::zel_Viewer3dFrame* const dark = MakeFrame(MakePair(RGB(0, 0, 0), RGB(1000, 900, 800)), {});
+    WriteColours(*dark, config); // with a range of ten bits
+    zel::zel_Viewer3dFrame* const bright = MakeFrame(MakePair(RGB(0, 0, 0), RGB(60000, 900, 800)), {});
+    ReadColours(*bright, config);
+    int found = 0;
+    for (wxEvtHandler* handler = bright->GetEventHandler(); handler != nullptr; handler = handler->GetNextHandler())
+        if (const auto* const module = dynamic_cast<zel::zel_RGBMappingModule<unsigned short>*>(handler)) {
+            EXPECT_EQ(module->GetRangeMax(0), 65535);
+            EXPECT_EQ(module->GetLevels(0).inMax, 60000);
+            ++found;
+        }
+    EXPECT_EQ(found, 1);
+    dark->Destroy();
+    bright->Destroy();
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
