@@ -2,6 +2,7 @@
 
 #include "host/firstpaint.h"
 #include "host/opening.h"
+#include "host/frame/dialogplaces.h"
 #include "host/options.h"
 #include "host/settingsfile.h"
 #include "viewer/zel_frame.h"
@@ -57,6 +58,7 @@ private:
     Options m_options;
     SettingsFile m_settings; // none until the program runs
     bool m_settingsFailed = false;
+    DialogPlaces m_dialogPlaces;
     zel::zel_Viewer3dFrame* m_frame = nullptr;
     std::unique_ptr<FirstPaint> m_firstPaint;
     wxTimer m_patience;

@@ -1,5 +1,6 @@
 // What the program adds to a viewer: menus, keys, status line, sliders, fitting.
 
+#include "host/frame/dialogplaces.h"
 #include "host/frame/fit.h"
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
@@ -86,6 +87,14 @@ protected:
         slider.ProcessWindowEvent(event);
     }
 
+    /// Runs an entry of the menu "Mapping".
+    void ChooseMapping(const std::string& label) {
+        const int id = m_frame->GetMenuBar()->FindMenuItem("Mapping", label);
+        ASSERT_NE(id, wxNOT_FOUND) << label;
+        Choose(id);
+    }
+
+    const DialogPlaces m_dialogPlaces; // the program's
     wxWeakRef<zel_Viewer3dFrame> m_frame;
     std::vector<std::vector<std::string>> opened;
     std::vector<OpenedFiles> recent;
@@ -464,6 +473,85 @@ TEST_F(HostFrame, ShiftAndTheWheelGoThroughTime) {
     EXPECT_EQ(Canvas().GetTime(), 1);
     wheel(360);
     EXPECT_EQ(Canvas().GetTime(), 0);
+}
+
+TEST_F(HostFrame, DialogsStandBesideThePicture) {
+    Open(1);
+    for (const char* const label : {"Levels", "Threshold", "Set image range..."}) {
+        SCOPED_TRACE(label);
+        DialogAnswers answers;
+        answers.ExpectDriven([this](wxDialog& dialog) {
+            EXPECT_FALSE(dialog.GetScreenRect().Intersects(m_frame->GetScreenRect()));
+            EXPECT_TRUE(wxGetClientDisplayRect().Contains(dialog.GetScreenRect()));
+            dialog.EndModal(wxID_CANCEL);
+        });
+        ChooseMapping(label);
+    }
+}
+
+TEST_F(HostFrame, ReturnIsOkInDialogs) {
+    Open(1);
+    for (const char* const label : {"Levels", "Threshold", "Set image range..."}) {
+        SCOPED_TRACE(label);
+        DialogAnswers answers;
+        int code = 0;
+        answers.ExpectDriven([&code](wxDialog& dialog) {
+            dialog.Raise();
+            for (wxWindow* const child : dialog.GetChildren())
+                if (auto* const field = dynamic_cast<wxTextCtrl*>(child)) {
+                    Focus(*field);
+                    break;
+                }
+            Press(WXK_RETURN);
+            EXPECT_FALSE(dialog.IsModal());
+            code = dialog.GetReturnCode();
+        });
+        ChooseMapping(label);
+        EXPECT_EQ(code, wxID_OK);
+    }
+}
+
+TEST_F(HostFrame, ReturnTakesWhatWasJustTyped) {
+    Open(1);
+    const auto firstField = [](wxDialog& dialog) {
+        wxTextCtrl* field = nullptr;
+        const std::function<void(wxWindow&)> look = [&](wxWindow& window) {
+            for (wxWindow* const child : window.GetChildren()) {
+                if (field == nullptr)
+                    field = dynamic_cast<wxTextCtrl*>(child);
+                look(*child);
+            }
+        };
+        look(dialog);
+        return field;
+    };
+    DialogAnswers answers;
+    answers.ExpectDriven([&](wxDialog& dialog) {
+        dialog.Raise();
+        ASSERT_NE(firstField(dialog), nullptr);
+        TypeInto(*firstField(dialog), "17");
+        Press(WXK_RETURN);
+    });
+    answers.ExpectDriven([&](wxDialog& dialog) {
+        EXPECT_EQ(firstField(dialog)->GetValue(), "17");
+        dialog.EndModal(wxID_CANCEL);
+    });
+    ChooseMapping("Levels");
+    ChooseMapping("Levels");
+}
+
+TEST_F(HostFrame, ReturnOnCancelCancels) {
+    Open(1);
+    DialogAnswers answers;
+    int code = 0;
+    answers.ExpectDriven([&code](wxDialog& dialog) {
+        dialog.Raise();
+        Focus(*dialog.FindWindow(wxID_CANCEL));
+        Press(WXK_RETURN);
+        code = dialog.GetReturnCode();
+    });
+    ChooseMapping("Levels");
+    EXPECT_EQ(code, wxID_CANCEL);
 }
 
 TEST_F(HostFrame, KeysAreToldOnRequest) {
