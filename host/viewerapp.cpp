@@ -1,5 +1,6 @@
 #include "host/viewerapp.h"
 
+#include "host/failuredialog.h"
 #include "host/fileselection.h"
 #include "host/frame/channeldialog.h"
 #include "host/frame/hostmenus.h"
@@ -16,6 +17,8 @@
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
 #include <wx/weakref.h>
+
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -63,6 +66,8 @@ int ViewerApp::OnRun() {
         Present(*m_frame);
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
+        if (!m_options.LeavesByItself() && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO))
+            ShowError(failure.what());
         return 1;
     } catch (...) { // the files were read, and the user looks at the screen by now
         ReportException();

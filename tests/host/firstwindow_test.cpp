@@ -159,5 +159,34 @@ TEST_F(FirstWindow, TakesNoColoursThatMakeNoSense) {
     EXPECT_NE(ReadBytes(SettingsName()).find("RGBMAP_LEVELS_IGAMMA_BLUE=1\n"), std::string::npos);
 }
 
+class FromDesktop : public ProgramTest {
+protected:
+    /// Closes the dialog that the program shows, whose caption is its name. @return the program's exit code
+    int CloseDialog(std::vector<std::string> arguments) {
+        fromDesktop = true;
+        WindowWatch watch;
+        const pid_t program = Start(std::move(arguments), Display::Present);
+        const unsigned long window = watch.WaitFor("zelviewer");
+        if (window != 0)
+            watch.AskToClose(window);
+        else
+            kill(program, SIGKILL);
+        return Wait(program).exitCode;
+    }
+};
+
+TEST_F(FromDesktop, AFailureIsShownInADialog) {
+    EXPECT_EQ(CloseDialog({folder / "missing.tif"}), 1);
+    EXPECT_EQ(CloseDialog({"--no-such-option"}), 2);
+}
+
+TEST_F(FromDesktop, NothingStopsAScript) {
+    fromDesktop = true;
+    EXPECT_EQ(Run({"--screenshot", folder / "a.png", folder / "missing.tif"}).exitCode, 1);
+    EXPECT_EQ(Run({"--info", folder / "missing.tif"}).exitCode, 1);
+    EXPECT_EQ(Run({"--screenshot", folder / "a.png", "--no-such-option"}).exitCode, 2);
+    EXPECT_EQ(Run({folder / "missing.tif"}, Display::None).exitCode, 1) << "without a display there is none to stop at";
+}
+
 } // namespace
 } // namespace zelviewer
