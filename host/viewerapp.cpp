@@ -168,7 +168,6 @@ void ViewerApp::ChangeSettings(const std::function<void(wxFileConfig&)>& change)
     m_settingsFailed = m_settingsFailed || !failure.empty();
 }
 
-/// Opens files that the user has chosen while the program runs.
 void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
     Options options;
     options.stretch = m_options.stretch;
