@@ -104,6 +104,23 @@ TEST_F(FirstWindow, StandsWhereTheLastOneWasLeft) {
     }
 }
 
+TEST_F(FirstWindow, IsMaximizedIfTheLastOneWas) {
+    if (!zel::test::HasWindowManager())
+        GTEST_SKIP() << "nobody is there to maximize it";
+    WriteBytes(SettingsName(), "[Window]\nMaximized=1\nX=200\nY=150\nWidth=700\nHeight=500\n");
+    const std::string image = WriteRamp("ramp.tif");
+    for (int run = 0; run < 2; ++run) {
+        const Seen seen = See({image}, "ramp.tif");
+        ExpectToStandStill(seen);
+        EXPECT_EQ(seen.whole.first->width, displayX);
+        EXPECT_EQ(seen.whole.first->height, displayY);
+        EXPECT_EQ(seen.errors, "");
+        EXPECT_TRUE(
+            ReadBytes(SettingsName()).starts_with("[Window]\nMaximized=1\nX=200\nY=150\nWidth=700\nHeight=500\n"))
+            << "the other size comes back with it";
+    }
+}
+
 TEST_F(FirstWindow, ForgetsAPlaceThatIsOnNoDisplay) {
     WriteBytes(SettingsName(), "[Window]\nX=2000\nY=150\nWidth=700\nHeight=500\n");
     const Seen seen = See({WriteRamp("ramp.tif")}, "ramp.tif");

@@ -302,6 +302,37 @@ TEST_F(HostFrame, OpenedForTheDisplayItFillsTwoThirdsOfIt) {
     EXPECT_GT(picture.y, display.y * 2 / 3 - 2 * 20 - 8) << "one more pixel a voxel has no room";
 }
 
+TEST_F(HostFrame, ASecondWindowLeavesTheTitleOfTheFirstFree) {
+    const WindowPlace place{wxRect(100, 100, 700, 500), false};
+    const auto make = [] {
+        return MakeFrame(MakeImage<unsigned char>({30, 20, 10}, 1, [](auto x, auto...) { return x; }), {});
+    };
+    m_frame = make();
+    ShowInPlace(*m_frame, place);
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    EXPECT_EQ(m_frame->GetRect(), place.rect);
+    const wxSize picture = Canvas().GetOptimalSize();
+    EXPECT_GT(std::max(static_cast<double>(picture.x) / Canvas().GetSize().x,
+                       static_cast<double>(picture.y) / Canvas().GetSize().y),
+              0.95)
+        << "the picture fills the window";
+    auto* const second = make();
+    ShowInPlace(*second, place);
+    EXPECT_TRUE(ShowAndWait(*second));
+    EXPECT_EQ(second->GetRect(), wxRect(132, 132, 700, 500));
+    second->Destroy();
+}
+
+TEST_F(HostFrame, TheSlidersFillTheBar) {
+    Open(5);
+    ASSERT_TRUE(ResizeClient(*m_frame, {600, 400}));
+    int sum = 0;
+    for (const wxSlider* const slider : Sliders())
+        sum += slider->GetSize().x;
+    EXPECT_GT(sum, 600 * 55 / 100);
+    EXPECT_LE(Sliders().back()->GetRect().GetRight(), 600);
+}
+
 TEST_F(HostFrame, TheStatusLineTellsOfTheCutAndOfThePointer) {
     Open(3);
     ASSERT_TRUE(ResizeClient(*m_frame, {900, 500}));
@@ -328,6 +359,16 @@ TEST_F(HostFrame, TheStatusLineIsWholeInANarrowWindowToo) {
     Settle();
     m_frame->GetStatusBar()->GetFieldRect(1, field);
     EXPECT_GT(field.width, 160) << "a message has its room";
+}
+
+TEST_F(HostFrame, TheStatusLineTellsColoursWithoutPadding) {
+    const wxLogNull quiet; // the module tells what colours don't have
+    using RGB = kep::RGB_generic<unsigned char>;
+    m_frame = MakeFrame(MakeImage<RGB>({30, 20, 1}, 1, [](auto...) { return RGB(1, 20, 3); }), {});
+    ShowInPlace(*m_frame, std::nullopt);
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    MovePointer({1500, 1100});
+    EXPECT_THAT(Status(), testing::MatchesRegex("x 16  y 11  z 1  value 1 +20 +3"));
 }
 
 TEST_F(HostFrame, TheTitleFollowsZoomAndTime) {
