@@ -1,3 +1,4 @@
+#include "host/failuredialog.h"
 #include "host/fileselection.h"
 #include "host/message.h"
 #include "host/options.h"
@@ -23,8 +24,6 @@ int Run(const zelviewer::CommandLine& line, char* programName) {
     case zelviewer::Command::Version:
         return Print(zelviewer::VersionText());
     case zelviewer::Command::Refuse:
-        zelviewer::PrintMessage(line.text);
-        return 2;
     case zelviewer::Command::Run:
         break;
     }
@@ -42,10 +41,20 @@ int Run(const zelviewer::CommandLine& line, char* programName) {
 } // namespace
 
 int main(int argc, char** argv) {
+    const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const auto tell = [&](const std::string& text) {
+        zelviewer::PrintMessage(text);
+        if (!zelviewer::IsForScripts(arguments))
+            zelviewer::ShowFailureOnDesktop(text, argv[0]);
+    };
     try {
-        return Run(zelviewer::ParseCommandLine({argv + (argc > 0 ? 1 : 0), argv + argc}), argv[0]);
+        const zelviewer::CommandLine line = zelviewer::ParseCommandLine(arguments);
+        if (line.command != zelviewer::Command::Refuse)
+            return Run(line, argv[0]);
+        tell(line.text);
+        return 2;
     } catch (const std::exception& error) {
-        zelviewer::PrintMessage(error.what());
+        tell(error.what());
         return 1;
     }
 }

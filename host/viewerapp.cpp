@@ -1,5 +1,6 @@
 #include "host/viewerapp.h"
 
+#include "host/failuredialog.h"
 #include "host/fileselection.h"
 #include "host/frame/channeldialog.h"
 #include "host/frame/hostmenus.h"
@@ -17,6 +18,8 @@
 #include <wx/modalhook.h>
 #include <wx/msgdlg.h>
 #include <wx/weakref.h>
+
+#include <unistd.h>
 
 #include <filesystem>
 
@@ -64,6 +67,8 @@ int ViewerApp::OnRun() {
         Present(*m_frame);
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
+        if (!m_options.LeavesByItself() && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO))
+            ShowError(failure.what());
         return 1;
     } catch (...) { // the files were read, and the user looks at the screen by now
         ReportException();
@@ -164,7 +169,6 @@ void ViewerApp::ChangeSettings(const std::function<void(wxFileConfig&)>& change)
     m_settingsFailed = m_settingsFailed || !failure.empty();
 }
 
-/// Opens files that the user has chosen while the program runs.
 void ViewerApp::OpenFiles(const std::vector<std::string>& files) {
     Options options;
     options.stretch = m_options.stretch;

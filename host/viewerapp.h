@@ -2,6 +2,7 @@
 
 #include "host/firstpaint.h"
 #include "host/opening.h"
+#include "host/frame/dialogplaces.h"
 #include "host/options.h"
 #include "host/settingsfile.h"
 #include "viewer/zel_frame.h"
@@ -36,6 +37,8 @@ protected:
     virtual zel::zel_Viewer3dFrame* OpenFrame(const Options& options);
     /// Shows a text, in a window that must be answered.
     virtual void ShowError(const std::string& text);
+    /// Opens files and folders that the user has chosen while the program runs, in a window of their own.
+    void OpenFiles(const std::vector<std::string>& files);
 
 private:
     std::vector<std::size_t> ChooseChannels(const ChannelQuestion& question);
@@ -45,7 +48,6 @@ private:
     void KeepFiles(const std::vector<std::string>& files);
     void KeepState(zel::zel_Viewer3dFrame& frame);
     void ChangeSettings(const std::function<void(wxFileConfig&)>& change);
-    void OpenFiles(const std::vector<std::string>& files);
     static void Quit();
     void OnFirstPaint();
     void ShowVolume();
@@ -57,6 +59,7 @@ private:
     Options m_options;
     SettingsFile m_settings; // none until the program runs
     bool m_settingsFailed = false;
+    DialogPlaces m_dialogPlaces;
     zel::zel_Viewer3dFrame* m_frame = nullptr;
     std::unique_ptr<FirstPaint> m_firstPaint;
     wxTimer m_patience;

@@ -49,14 +49,16 @@ public:
     }
 
 private:
-    static constexpr int textWidth = 110, gap = 12; // pixels
+    static constexpr int gap = 12; // pixels
 
     Dial AddDial(const wxString& name, int count) {
         if (count < 2)
             return {};
         Dial dial{new wxSlider(this, wxID_ANY, 1, 1, count), nullptr, name, count};
+        // As wide as its longest text, so that nothing moves.
         dial.text = new wxStaticText(this, wxID_ANY, wxString::Format("%s %d of %d", name, count, count),
-                                     wxDefaultPosition, wxSize(textWidth, -1), wxST_NO_AUTORESIZE);
+                                     wxDefaultPosition, wxDefaultSize, wxST_NO_AUTORESIZE);
+        dial.text->SetMinSize(dial.text->GetBestSize() + wxSize(gap, 0));
         dial.slider->SetToolTip(name == "z" ? "Slice of the XY window" : "Frame of the sequence");
         AddControl(dial.text);
         AddControl(dial.slider);
@@ -65,10 +67,15 @@ private:
 
     void OnFrameSize(wxSizeEvent& event) {
         event.Skip();
-        const int dials = (m_slice.slider != nullptr ? 1 : 0) + (m_time.slider != nullptr ? 1 : 0);
+        int dials = 0, texts = 0;
+        for (const Dial& dial : {m_slice, m_time})
+            if (dial.slider != nullptr) {
+                ++dials;
+                texts += dial.text->GetMinSize().x;
+            }
         if (dials == 0)
             return;
-        const int width = std::max(m_frame.GetClientSize().x / dials - textWidth - 2 * gap, 60);
+        const int width = std::max((m_frame.GetClientSize().x - texts) / dials - 2 * gap, 60);
         for (const Dial& dial : {m_slice, m_time})
             if (dial.slider != nullptr) {
                 dial.slider->SetMinSize(wxSize(width, -1));

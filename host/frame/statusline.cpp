@@ -62,14 +62,17 @@ private:
         place.frames = static_cast<int>(image.GetNumFrames());
         if (const auto pixel = LookUnderPointer(canvas)) {
             place.voxel = pixel->voxel;
-            place.value = pixel->value.utf8_string();
+            place.value = Trimmed(pixel->value);
         } else {
             place.voxel = VoxelOfCut(canvas, image);
-            place.value = canvas.GetVoxelText(place.voxel, static_cast<std::size_t>(place.frame)).utf8_string();
+            place.value = Trimmed(canvas.GetVoxelText(place.voxel, static_cast<std::size_t>(place.frame)));
         }
         place.label = FindLabel(place);
         return place;
     }
+
+    /// The texts of colours are padded at the left.
+    static std::string Trimmed(wxString text) { return text.Trim(false).utf8_string(); }
 
     static std::optional<zel::zel_PixelInfo> LookUnderPointer(const zel::zel_ImageViewer3dCanvas<T>& canvas) {
         const wxPoint pointer = wxGetMousePosition();

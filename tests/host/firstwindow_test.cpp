@@ -104,6 +104,23 @@ TEST_F(FirstWindow, StandsWhereTheLastOneWasLeft) {
     }
 }
 
+TEST_F(FirstWindow, IsMaximizedIfTheLastOneWas) {
+    if (!zel::test::HasWindowManager())
+        GTEST_SKIP() << "nobody is there to maximize it";
+    WriteBytes(SettingsName(), "[Window]\nMaximized=1\nX=200\nY=150\nWidth=700\nHeight=500\n");
+    const std::string image = WriteRamp("ramp.tif");
+    for (int run = 0; run < 2; ++run) {
+        const Seen seen = See({image}, "ramp.tif");
+        ExpectToStandStill(seen);
+        EXPECT_EQ(seen.whole.first->width, displayX);
+        EXPECT_EQ(seen.whole.first->height, displayY);
+        EXPECT_EQ(seen.errors, "");
+        EXPECT_TRUE(
+            ReadBytes(SettingsName()).starts_with("[Window]\nMaximized=1\nX=200\nY=150\nWidth=700\nHeight=500\n"))
+            << "the other size comes back with it";
+    }
+}
+
 TEST_F(FirstWindow, ForgetsAPlaceThatIsOnNoDisplay) {
     WriteBytes(SettingsName(), "[Window]\nX=2000\nY=150\nWidth=700\nHeight=500\n");
     const Seen seen = See({WriteRamp("ramp.tif")}, "ramp.tif");
@@ -157,6 +174,35 @@ TEST_F(FirstWindow, TakesNoColoursThatMakeNoSense) {
     const Seen seen = See({image}, "colours.tif");
     EXPECT_EQ(seen.errors, "");
     EXPECT_NE(ReadBytes(SettingsName()).find("RGBMAP_LEVELS_IGAMMA_BLUE=1\n"), std::string::npos);
+}
+
+class FromDesktop : public ProgramTest {
+protected:
+    /// Closes the dialog that the program shows, whose caption is its name. @return the program's exit code
+    int CloseDialog(std::vector<std::string> arguments) {
+        fromDesktop = true;
+        WindowWatch watch;
+        const pid_t program = Start(std::move(arguments), Display::Present);
+        const unsigned long window = watch.WaitFor("zelviewer");
+        if (window != 0)
+            watch.AskToClose(window);
+        else
+            kill(program, SIGKILL);
+        return Wait(program).exitCode;
+    }
+};
+
+TEST_F(FromDesktop, AFailureIsShownInADialog) {
+    EXPECT_EQ(CloseDialog({folder / "missing.tif"}), 1);
+    EXPECT_EQ(CloseDialog({"--no-such-option"}), 2);
+}
+
+TEST_F(FromDesktop, NothingStopsAScript) {
+    fromDesktop = true;
+    EXPECT_EQ(Run({"--screenshot", folder / "a.png", folder / "missing.tif"}).exitCode, 1);
+    EXPECT_EQ(Run({"--info", folder / "missing.tif"}).exitCode, 1);
+    EXPECT_EQ(Run({"--screenshot", folder / "a.png", "--no-such-option"}).exitCode, 2);
+    EXPECT_EQ(Run({folder / "missing.tif"}, Display::None).exitCode, 1) << "without a display there is none to stop at";
 }
 
 } // namespace

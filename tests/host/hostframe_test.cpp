@@ -1,6 +1,7 @@
 // What the program adds to a viewer: menus, keys, status line, sliders, fitting.
 
 #include "host/frame/channeldialog.h"
+#include "host/frame/dialogplaces.h"
 #include "host/frame/fit.h"
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
@@ -90,6 +91,14 @@ protected:
         slider.ProcessWindowEvent(event);
     }
 
+    /// Runs an entry of the menu "Mapping".
+    void ChooseMapping(const std::string& label) {
+        const int id = m_frame->GetMenuBar()->FindMenuItem("Mapping", label);
+        ASSERT_NE(id, wxNOT_FOUND) << label;
+        Choose(id);
+    }
+
+    const DialogPlaces m_dialogPlaces; // the program's
     wxWeakRef<zel_Viewer3dFrame> m_frame;
     std::vector<std::vector<std::string>> opened;
     std::vector<OpenedFiles> recent;
@@ -363,6 +372,37 @@ TEST_F(HostFrame, OpenedForTheDisplayItFillsTwoThirdsOfIt) {
     EXPECT_GT(picture.y, display.y * 2 / 3 - 2 * 20 - 8) << "one more pixel a voxel has no room";
 }
 
+TEST_F(HostFrame, ASecondWindowLeavesTheTitleOfTheFirstFree) {
+    const WindowPlace place{wxRect(100, 100, 700, 500), false};
+    const auto make = [] {
+        return MakeFrame(MakeImage<unsigned char>({30, 20, 10}, 1, [](auto x, auto...) { return x; }), {});
+    };
+    m_frame = make();
+    ShowInPlace(*m_frame, place);
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    EXPECT_EQ(m_frame->GetRect(), place.rect);
+    const wxSize picture = Canvas().GetOptimalSize();
+    EXPECT_GT(std::max(static_cast<double>(picture.x) / Canvas().GetSize().x,
+                       static_cast<double>(picture.y) / Canvas().GetSize().y),
+              0.95)
+        << "the picture fills the window";
+    auto* const second = make();
+    ShowInPlace(*second, place);
+    EXPECT_TRUE(ShowAndWait(*second));
+    EXPECT_EQ(second->GetRect(), wxRect(132, 132, 700, 500));
+    second->Destroy();
+}
+
+TEST_F(HostFrame, TheSlidersFillTheBar) {
+    Open(5);
+    ASSERT_TRUE(ResizeClient(*m_frame, {600, 400}));
+    int sum = 0;
+    for (const wxSlider* const slider : Sliders())
+        sum += slider->GetSize().x;
+    EXPECT_GT(sum, 600 * 55 / 100);
+    EXPECT_LE(Sliders().back()->GetRect().GetRight(), 600);
+}
+
 TEST_F(HostFrame, TheStatusLineTellsOfTheCutAndOfThePointer) {
     Open(3);
     ASSERT_TRUE(ResizeClient(*m_frame, {900, 500}));
@@ -389,6 +429,16 @@ TEST_F(HostFrame, TheStatusLineIsWholeInANarrowWindowToo) {
     Settle();
     m_frame->GetStatusBar()->GetFieldRect(1, field);
     EXPECT_GT(field.width, 160) << "a message has its room";
+}
+
+TEST_F(HostFrame, TheStatusLineTellsColoursWithoutPadding) {
+    const wxLogNull quiet; // the module tells what colours don't have
+    using RGB = kep::RGB_generic<unsigned char>;
+    m_frame = MakeFrame(MakeImage<RGB>({30, 20, 1}, 1, [](auto...) { return RGB(1, 20, 3); }), {});
+    ShowInPlace(*m_frame, std::nullopt);
+    ASSERT_TRUE(ShowAndWait(*m_frame));
+    MovePointer({1500, 1100});
+    EXPECT_THAT(Status(), testing::MatchesRegex("x 16  y 11  z 1  value 1 +20 +3"));
 }
 
 TEST_F(HostFrame, TheTitleFollowsZoomAndTime) {
@@ -534,6 +584,85 @@ TEST_F(HostFrame, ShiftAndTheWheelGoThroughTime) {
     EXPECT_EQ(Canvas().GetTime(), 1);
     wheel(360);
     EXPECT_EQ(Canvas().GetTime(), 0);
+}
+
+TEST_F(HostFrame, DialogsStandBesideThePicture) {
+    Open(1);
+    for (const char* const label : {"Levels", "Threshold", "Set image range..."}) {
+        SCOPED_TRACE(label);
+        DialogAnswers answers;
+        answers.ExpectDriven([this](wxDialog& dialog) {
+            EXPECT_FALSE(dialog.GetScreenRect().Intersects(m_frame->GetScreenRect()));
+            EXPECT_TRUE(wxGetClientDisplayRect().Contains(dialog.GetScreenRect()));
+            dialog.EndModal(wxID_CANCEL);
+        });
+        ChooseMapping(label);
+    }
+}
+
+TEST_F(HostFrame, ReturnIsOkInDialogs) {
+    Open(1);
+    for (const char* const label : {"Levels", "Threshold", "Set image range..."}) {
+        SCOPED_TRACE(label);
+        DialogAnswers answers;
+        int code = 0;
+        answers.ExpectDriven([&code](wxDialog& dialog) {
+            dialog.Raise();
+            for (wxWindow* const child : dialog.GetChildren())
+                if (auto* const field = dynamic_cast<wxTextCtrl*>(child)) {
+                    Focus(*field);
+                    break;
+                }
+            Press(WXK_RETURN);
+            EXPECT_FALSE(dialog.IsModal());
+            code = dialog.GetReturnCode();
+        });
+        ChooseMapping(label);
+        EXPECT_EQ(code, wxID_OK);
+    }
+}
+
+TEST_F(HostFrame, ReturnTakesWhatWasJustTyped) {
+    Open(1);
+    const auto firstField = [](wxDialog& dialog) {
+        wxTextCtrl* field = nullptr;
+        const std::function<void(wxWindow&)> look = [&](wxWindow& window) {
+            for (wxWindow* const child : window.GetChildren()) {
+                if (field == nullptr)
+                    field = dynamic_cast<wxTextCtrl*>(child);
+                look(*child);
+            }
+        };
+        look(dialog);
+        return field;
+    };
+    DialogAnswers answers;
+    answers.ExpectDriven([&](wxDialog& dialog) {
+        dialog.Raise();
+        ASSERT_NE(firstField(dialog), nullptr);
+        TypeInto(*firstField(dialog), "17");
+        Press(WXK_RETURN);
+    });
+    answers.ExpectDriven([&](wxDialog& dialog) {
+        EXPECT_EQ(firstField(dialog)->GetValue(), "17");
+        dialog.EndModal(wxID_CANCEL);
+    });
+    ChooseMapping("Levels");
+    ChooseMapping("Levels");
+}
+
+TEST_F(HostFrame, ReturnOnCancelCancels) {
+    Open(1);
+    DialogAnswers answers;
+    int code = 0;
+    answers.ExpectDriven([&code](wxDialog& dialog) {
+        dialog.Raise();
+        Focus(*dialog.FindWindow(wxID_CANCEL));
+        Press(WXK_RETURN);
+        code = dialog.GetReturnCode();
+    });
+    ChooseMapping("Levels");
+    EXPECT_EQ(code, wxID_CANCEL);
 }
 
 TEST_F(HostFrame, KeysAreToldOnRequest) {

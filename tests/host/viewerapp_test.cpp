@@ -43,9 +43,14 @@ public:
     void ShowErrorInBox(const std::string& text) { ViewerApp::ShowError(text); }
     std::vector<std::string> errors;
     std::function<zel::zel_Viewer3dFrame*()> opening; // in place of the program's own
+    std::vector<std::string> wanted;                  // the files that were to be opened last
+    using ViewerApp::OpenFiles;
 
 protected:
-    zel::zel_Viewer3dFrame* OpenFrame(const Options&) override { return opening(); }
+    zel::zel_Viewer3dFrame* OpenFrame(const Options& options) override {
+        wanted = options.files;
+        return opening();
+    }
     void ShowError(const std::string& text) override { errors.push_back(text); }
 };
 
@@ -169,6 +174,23 @@ TEST_F(ViewerAppTest, AWindowOpensWithTheNameAndTheSizeOfItsImage) {
     EXPECT_TRUE(RunUntil([frame] { return frame->GetCanvas()->GetSize() == wxSize(362, 262); }))
         << frame->GetCanvas()->GetSize().x << " x " << frame->GetCanvas()->GetSize().y;
     frame->Destroy();
+    RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
+}
+
+TEST_F(ViewerAppTest, AFolderOpensItsImagesAndAnEmptyOneSaysSo) {
+    const ScratchFolder folder;
+    for (const char* const name : {"t10.tif", "t9.tif", "notes.txt"})
+        WriteBytes(folder / name, "");
+    App().opening = [] { return MakeFrame(MakeImage(30, 20, 5), {}); };
+    App().OpenFiles({folder.GetPath()});
+    EXPECT_THAT(App().wanted, ElementsAre(folder / "t9.tif", folder / "t10.tif"));
+    EXPECT_THAT(App().errors, testing::IsEmpty());
+    EXPECT_EQ(CountFrames(), 1);
+    const ScratchFolder empty;
+    App().OpenFiles({empty.GetPath()});
+    EXPECT_EQ(App().errors.size(), 1U);
+    EXPECT_EQ(CountFrames(), 1);
+    wxTopLevelWindows.GetFirst()->GetData()->Destroy();
     RunUntil([] { return wxTopLevelWindows.IsEmpty(); });
 }
 
