@@ -132,7 +132,7 @@ std::string Told(const ShownFile& shown) {
 /// What the files are together.
 struct Sequence {
     std::size_t frames = 0; ///< time points of the files that can be read
-    bool alike = true;      ///< in size, voxel size and offset, and all can be read
+    bool alike = true;      ///< in size, voxel size, offset and channels, and all can be read
     DisplayType type = DisplayType::Gray8;
     std::string difference; ///< of the first file that is not like the first one
 };
@@ -150,7 +150,9 @@ Sequence Compare(const std::vector<FileInfo>& files) {
         sequence.type = first == nullptr ? type : WiderType(sequence.type, type);
         first = first == nullptr ? &file : first;
         sequence.frames += shown.times;
-        const std::string difference = DifferenceOf(first->name, first->info, file.info);
+        std::string difference = DifferenceOf(first->name, first->info, file.info);
+        if (difference.empty())
+            difference = DifferenceOf(first->name, ShownOf(*first), shown);
         if (!difference.empty() && sequence.difference.empty())
             sequence.difference = file.name + ": " + difference;
     }
@@ -330,7 +332,7 @@ std::string InfoAsText(const std::vector<FileInfo>& files, const std::vector<Fil
         if (sequence.difference.empty())
             out << sequence.frames << " frames of one sequence, shown as " << NameOf(sequence.type) << "\n";
         else
-            out << sequence.difference << "\nThe files differ in size, voxel size or offset and form no sequence.\n";
+            out << sequence.difference << "\nThe files differ and form no sequence.\n";
     }
     PrintFiles(out, labels);
     if (const Sequence sequence = Compare(labels); !sequence.difference.empty())

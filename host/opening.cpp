@@ -80,16 +80,6 @@ void AppendFrames(mor::Image4d<T>& image, const std::string& file, const ShownFi
     append([&](std::size_t t) { return mor::ReadFrame<T>(reader, shown.channels.front(), t, binary); });
 }
 
-/// What tells that the frames of two files are no images of one kind, as a sentence about the second one; empty if they
-/// may be.
-std::string DifferenceOf(const std::string& firstName, const ShownFile& first, const ShownFile& second) {
-    const std::size_t before = first.channels.size(), after = second.channels.size();
-    if (before == after || before == 0 || after == 0) // files that are one frame have no channels
-        return {};
-    return "It has " + std::to_string(after) + " channels to show, and " + firstName + " has " +
-           std::to_string(before) + ".";
-}
-
 } // namespace
 
 void Refuse(const ChannelQuestion& question) {

@@ -103,6 +103,14 @@ ShownFile PlanFile(const FileContents& file, const OpeningWish& wish) {
     return shown;
 }
 
+std::string DifferenceOf(const std::string& firstName, const ShownFile& first, const ShownFile& second) {
+    const std::size_t before = first.channels.size(), after = second.channels.size();
+    if (before == after || before == 0 || after == 0) // files that are one frame have no channels
+        return {};
+    return "It has " + std::to_string(after) + " channels to show, and " + firstName + " has " +
+           std::to_string(before) + ".";
+}
+
 std::string DescribeChannels(const std::vector<std::size_t>& channels) {
     if (channels.size() == 1)
         return "channel " + std::to_string(channels.front() + 1);

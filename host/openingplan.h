@@ -49,6 +49,10 @@ struct ShownFile {
 ///         sentence about the file, without its name
 ShownFile PlanFile(const FileContents& file, const OpeningWish& wish);
 
+/// What tells that the frames of two files are no images of one kind, as a sentence about the second one; empty if they
+/// may be.
+std::string DifferenceOf(const std::string& firstName, const ShownFile& first, const ShownFile& second);
+
 /// "channels 1 and 2 as red and green", or "channel 3". There is at least one.
 std::string DescribeChannels(const std::vector<std::size_t>& channels);
 

@@ -7,6 +7,7 @@
 #include "host/frame/placement.h"
 #include "host/frame/sequencequestion.h"
 #include "host/imageframe.h"
+#include "host/readingprogress.h"
 #include "tests/support/glib_complaints.h"
 #include "tests/support/pictures.h"
 #include "tests/support/scratch_folder.h"
@@ -21,6 +22,7 @@
 #include <wx/dnd.h>
 #include <wx/filedlg.h>
 #include <wx/menu.h>
+#include <wx/progdlg.h>
 #include <wx/slider.h>
 #include <wx/spinctrl.h>
 #include <wx/toolbar.h>
@@ -249,6 +251,35 @@ protected:
         return mayAgree;
     }
 };
+
+/// The window of the progress that is shown; null if there is none.
+wxDialog* FindProgress() {
+    for (wxWindow* const window : wxTopLevelWindows)
+        if (auto* const dialog = dynamic_cast<wxGenericProgressDialog*>(window))
+            return dialog;
+    return nullptr;
+}
+
+TEST_F(OpeningQuestions, ProgressIsShownAtOnceForLargeImagesAndCancelledSoon) {
+    {
+        ReadingProgress small(1, 1000, true);
+        EXPECT_TRUE(small.Report(0, {1, 10, 100}));
+        EXPECT_EQ(FindProgress(), nullptr);
+    }
+    ReadingProgress progress(1, 500'000'000, true);
+    EXPECT_TRUE(progress.Report(0, {1, 10, 100}));
+    wxDialog* const dialog = FindProgress();
+    ASSERT_NE(dialog, nullptr);
+    wxCommandEvent cancel(wxEVT_BUTTON, wxID_CANCEL);
+    cancel.SetEventObject(dialog->FindWindow(wxID_CANCEL));
+    dialog->ProcessWindowEvent(cancel);
+    wxStopWatch watch;
+    bool goesOn = true;
+    while (goesOn && watch.Time() < 250)
+        goesOn = progress.Report(0, {2, 10, 200});
+    EXPECT_FALSE(goesOn);
+    EXPECT_FALSE(progress.Report("Counting gray levels", 0.5)) << "and so it stays";
+}
 
 TEST_F(OpeningQuestions, OneToThreeChannelsCanBeChosen) {
     DialogAnswers answers;

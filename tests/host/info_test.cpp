@@ -132,7 +132,7 @@ TEST(Info, FilesThatDifferAreBothNamed) {
               "It has 512 x 400 x 31 voxels, and a.tif has 512 x 400 x 30.");
     EXPECT_THAT(InfoAsText({Stack(), Stack(), other}),
                 HasSubstr("b.tif: It has 512 x 400 x 31 voxels, and folder/stack.tif has 512 x 400 x 30.\n"
-                          "The files differ in size, voxel size or offset and form no sequence.\n"));
+                          "The files differ and form no sequence.\n"));
 }
 
 FileInfo LabelStack(const LabelSummary& labels) {

@@ -51,6 +51,14 @@ TEST_F(ReportOfFiles, SeveralFramesAreDescribedNotRefused) {
     EXPECT_EQ(sequence["shownAs"], "rgb");
 }
 
+TEST_F(ReportOfFiles, FilesWithDifferentChannelsFormNoSequence) {
+    const std::string two = WriteFrames("a.ics", 2, 1), three = WriteFrames("b.ics", 3, 1);
+    EXPECT_THAT(Ask({two, three}).text, HasSubstr(three + ": It has 3 channels to show, and " + two +
+                                                  " has 2.\nThe files differ and form no sequence.\n"));
+    EXPECT_FALSE(json::parse(Ask({two, three}, true).text)["sequence"]["alike"]);
+    EXPECT_TRUE(json::parse(Ask({two, two}, true).text)["sequence"]["alike"]);
+}
+
 TEST_F(ReportOfFiles, ChannelsThatTheUserMustChooseAreSaidToBe) {
     const std::string name = WriteFrames("a.ics", 4, 1);
     EXPECT_THAT(Ask({name}).text, HasSubstr("8-bit unsigned, each channel shown as gray8, chosen by --channel\n"));

@@ -1,3 +1,4 @@
+#include "image/zel_framereading.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
 #include "mapping/zel_rgbmapping.h"
@@ -318,4 +319,66 @@ TEST_F(ComplexFactory, CanBeAskedByTheTypeOfTheParts) {
     EXPECT_NE(dynamic_cast<zel_ComplexMappingModule<float>*>(module.get()), nullptr);
     const std::unique_ptr<zel_MappingModule<Complex>> unnamed(zel_CreateMapperForType(frame, *image));
     EXPECT_NE(dynamic_cast<zel_ComplexMappingModule<float>*>(unnamed.get()), nullptr);
+}
+
+TEST_F(MapperFactory, ConstantImagesAreAcceptedIfAskedFor) {
+    const auto boundsOf = [this]<typename T>(T value) {
+        zel_MapperOptions options;
+        options.acceptsConstant = true;
+        const std::unique_ptr<zel_MappingModule<T>> module(
+            zel_CreateMapperForType<T>(frame, *Row<T>({value, value}), options));
+        const auto& histogram = module->GetHistograms().Get();
+        EXPECT_EQ(histogram.GetSum(), 2U);
+        return std::pair(histogram.GetLeftCenter(), histogram.GetRightCenter());
+    };
+    EXPECT_EQ(boundsOf(5), std::pair(0, 5));
+    EXPECT_EQ(boundsOf(-5), std::pair(-5, 0));
+    EXPECT_EQ(boundsOf(0), std::pair(0, 1));
+    EXPECT_EQ(boundsOf(0.5F), std::pair(0.0F, 0.5F));
+    EXPECT_EQ(boundsOf(notANumber), std::pair(0.0F, 1.0F));
+    EXPECT_THROW(zel_CreateMapperForType<int>(frame, *Row<int>({5, 5}), zel_MapperOptions()), kep::InternalException);
+}
+
+TEST_F(MapperFactory, IntegersShareBinsIfAskedFor) {
+    zel_MapperOptions options;
+    options.mostBins = 3;
+    const std::unique_ptr<zel_MappingModule<int>> module(
+        zel_CreateMapperForType<int>(frame, *Row<int>({0, 1, 50, 100}), options));
+    const auto& histogram = module->GetHistograms().Get();
+    EXPECT_EQ((std::vector<std::size_t>{histogram.begin(), histogram.end()}), (std::vector<std::size_t>{2, 1, 1}));
+}
+
+TEST_F(MapperFactory, CountingThatIsToldShowsNoNoticeAndCanBeStopped) {
+    double told = 0;
+    zel_MapperOptions options;
+    options.progress = [&told](double done) {
+        told = done;
+        return true;
+    };
+    using Complex = std::complex<float>;
+    const auto image = Row<Complex>({{1, 2}, {3, 4}, {5, 6}});
+    const std::unique_ptr<zel_MappingModule<Complex>> module(zel_CreateMapperForType<Complex>(frame, *image, options));
+    EXPECT_EQ(told, 1.0);
+    EXPECT_EQ(module->GetHistograms()[0].GetSum(), 3U);
+    options.progress = [](double) { return false; };
+    EXPECT_THROW(zel_CreateMapperForType<Complex>(frame, *image, options), kep::ReadingStopped);
+}
+
+TEST_F(MapperFactory, ABitdepthIsAppliedWithoutADialog) {
+    const auto gray = Create(*Row<unsigned short>({1, 1000}));
+    gray->ApplyBitdepth(10);
+    EXPECT_EQ(gray->GetRangeMin(), 0);
+    EXPECT_EQ(gray->GetRangeMax(), 1023);
+    EXPECT_EQ(gray->GetLevels().inMax, 1023) << "no stretch spans the range";
+    gray->ApplyBitdepth(16);
+    EXPECT_EQ(gray->GetRangeMax(), 65535);
+    gray->ApplyBitdepth(40);
+    EXPECT_EQ(gray->GetRangeMax(), 65535);
+    using Colour = kep::RGB_generic<unsigned char>;
+    const std::unique_ptr<zel_MappingModule<Colour>> colours(
+        zel_CreateMapperForType<Colour>(frame, *Row<Colour>({{1, 2, 3}, {4, 5, 6}})));
+    auto& rgb = dynamic_cast<zel_RGBMappingModule<unsigned char>&>(*colours);
+    rgb.ApplyBitdepth(3);
+    for (int channel = 0; channel < 3; ++channel)
+        EXPECT_EQ(rgb.GetRangeMax(channel), 7);
 }
