@@ -124,7 +124,8 @@ zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const First
     PrepareFrame(*frame, look);
     if (constant) {
         frame->SetStatusText(*constant, 1); // where it stays until there is something else to say
-        PrintMessage(frame->GetCanvas()->CreateTitle().utf8_string() + ": " + *constant);
+        if (!look.fillsDisplay)             // a picture of it is taken, and nobody sees the status bar
+            PrintMessage(frame->GetCanvas()->CreateTitle().utf8_string() + ": " + *constant);
     }
     return frame.release();
 }
