@@ -23,7 +23,7 @@ int Run(const zelviewer::CommandLine& line, char* programName) {
         return Print(line.text);
     case zelviewer::Command::Version:
         return Print(zelviewer::VersionText());
-    case zelviewer::Command::Refuse:
+    case zelviewer::Command::Refuse: // main has told why
     case zelviewer::Command::Run:
         break;
     }

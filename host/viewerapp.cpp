@@ -67,7 +67,8 @@ int ViewerApp::OnRun() {
         Present(*m_frame);
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
-        if (!m_options.LeavesByItself() && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO))
+        const bool isKnown = m_options.LeavesByItself() || dynamic_cast<const Cancelled*>(&failure) != nullptr;
+        if (!isKnown && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO))
             ShowError(failure.what());
         return 1;
     } catch (...) { // the files were read, and the user looks at the screen by now

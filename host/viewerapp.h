@@ -1,8 +1,8 @@
 #pragma once
 
 #include "host/firstpaint.h"
-#include "host/opening.h"
 #include "host/frame/dialogplaces.h"
+#include "host/opening.h"
 #include "host/options.h"
 #include "host/settingsfile.h"
 #include "viewer/zel_frame.h"

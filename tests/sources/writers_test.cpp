@@ -52,11 +52,9 @@ const std::set<std::string_view> configurations = {"wxFileConfig", "wxConfig", "
 
 /// Where a name may stand: beside the one place that opens files for writing, what cannot be told apart by its name.
 const std::set<std::pair<std::string, std::string>> allowed = {
-    {"core/kepcore/kep_atomicfile.cpp", "O_RDWR"},
-    {"core/kepcore/kep_atomicfile.cpp", "O_CREAT"},
-    {"core/kepcore/kep_atomicfile.cpp", "rename"},
-    {"host/screenshot.cpp", "SaveFile"},       // into memory
-    {"host/settingsfile.cpp", "wxFileConfig"}, // from and into memory
+    {"core/kepcore/kep_atomicfile.cpp", "O_RDWR"}, {"core/kepcore/kep_atomicfile.cpp", "O_CREAT"},
+    {"core/kepcore/kep_atomicfile.cpp", "rename"}, {"host/screenshot.cpp", "SaveFile"}, // into memory
+    {"host/settingsfile.cpp", "wxFileConfig"},                                          // from and into memory
     {"host/settingsfile.h", "wxFileConfig"},
 };
 
