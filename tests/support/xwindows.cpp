@@ -128,6 +128,10 @@ struct WindowWatch::Connection {
     Display* display = XOpenDisplay(nullptr);
 
     Connection() {
+        for (int tries = 100; display == nullptr && tries > 0; --tries) { // it may be starting anew
+            std::this_thread::sleep_for(std::chrono::milliseconds(50));
+            display = XOpenDisplay(nullptr);
+        }
         if (display == nullptr)
             throw std::runtime_error("there is no display to watch");
     }
@@ -163,6 +167,8 @@ struct WindowWatch::Connection {
 };
 
 WindowWatch::WindowWatch() : m_connection(std::make_unique<Connection>()) {
+    HasWindowManager(); // leaves a connection open: a display without any starts anew, and turns programs away
+                        // meanwhile
     XSetErrorHandler([](Display*, XErrorEvent*) { return 0; }); // a window may go at any time
     XSelectInput(m_connection->display, m_connection->GetRoot(), SubstructureNotifyMask);
     XSync(m_connection->display, False);
@@ -194,6 +200,21 @@ bool WindowWatch::TakeEvents() {
         } else if (event.type == MapNotify) {
             m_windows.try_emplace(event.xmap.window, Appearance{m_unmapped[event.xmap.window], {}});
         }
+    }
+    return FindMissed() || any;
+}
+
+/// A window manager may have taken and mapped a window before we asked to be told of it.
+/// @return whether there is one
+bool WindowWatch::FindMissed() {
+    bool any = false;
+    for (const auto& [window, rect] : m_unmapped) {
+        XWindowAttributes now{};
+        if (m_windows.contains(window) || XGetWindowAttributes(m_connection->display, window, &now) == 0 ||
+            now.map_state == IsUnmapped)
+            continue;
+        m_windows.try_emplace(window, Appearance{XRect{now.x, now.y, now.width, now.height}, {}});
+        any = true;
     }
     return any;
 }

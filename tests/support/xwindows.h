@@ -52,6 +52,7 @@ public:
 private:
     struct Connection;
     bool TakeEvents();
+    bool FindMissed();
 
     std::unique_ptr<Connection> m_connection;
     std::map<unsigned long, Appearance> m_windows;
