@@ -90,6 +90,17 @@ TEST_F(FirstWindow, OfTheProgramsOwnCellsIsQuietToo) {
     EXPECT_EQ(seen.errors, "");
 }
 
+TEST_F(FirstWindow, MayBeADialogThatHasItsFinalSizeAtOnceToo) {
+    WindowWatch watch;
+    const pid_t program = Start({ZEL_TEST_DATA "/tiff/stack-channels-times/5channel.tif"}, Display::Present);
+    const unsigned long window = watch.WaitFor("Channels");
+    EXPECT_NE(window, 0U);
+    const Seen seen{watch.GetClient(window), watch.GetWhole(window), {}};
+    kill(program, SIGKILL);
+    EXPECT_EQ(Wait(program).errors, "");
+    ExpectToStandStill(seen);
+}
+
 const char placed[] = "[Window]\nMaximized=0\nX=200\nY=150\nWidth=700\nHeight=500\n";
 
 TEST_F(FirstWindow, StandsWhereTheLastOneWasLeft) {
