@@ -213,6 +213,8 @@ bool WindowWatch::FindMissed() {
         if (m_windows.contains(window) || XGetWindowAttributes(m_connection->display, window, &now) == 0 ||
             now.map_state == IsUnmapped)
             continue;
+        if (XEventsQueued(m_connection->display, QueuedAlready) > 0)
+            return true; // they came before this answer, and tell what has led to it
         m_windows.try_emplace(window, Appearance{XRect{now.x, now.y, now.width, now.height}, {}});
         any = true;
     }
