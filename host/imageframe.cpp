@@ -87,6 +87,9 @@ void ReadColoursOf(zel_Viewer3dFrame& frame, wxFileConfig& config) {
     }
     FitRange(*module); // what is kept is that of another image, whose voxels may have had fewer bits
     config.SetPath("/");
+    // Levels of another camera may leave deep voxels black: of their mapping only the hidden channels are taken over.
+    if constexpr (sizeof(T) > 1)
+        frame.ProcessCommand(module->GetMenuId(zel::zel_ME_NO_STRETCH + static_cast<int>(Stretch::Percentil)));
 }
 
 template <typename T>

@@ -5,7 +5,6 @@
 #include <sys/stat.h>
 
 #include <algorithm>
-#include <fstream>
 #include <initializer_list>
 #include <optional>
 #include <string_view>
@@ -46,9 +45,9 @@ bool IsOfKind(const std::string& name, const std::string& ending) {
     using std::string_view_literals::operator""sv;
     constexpr std::size_t longest = 32;
     std::string start(longest, '\0');
-    std::ifstream file(name, std::ios::binary);
-    file.read(start.data(), longest);
-    start.resize(static_cast<std::size_t>(file.gcount()));
+    const kep::PlainFile file(name.c_str());
+    const std::ptrdiff_t count = file.IsOpen() ? file.ReadAt(0, start.data(), longest) : 0;
+    start.resize(static_cast<std::size_t>(std::max<std::ptrdiff_t>(count, 0)));
     const auto begins = [&start](std::initializer_list<std::string_view> marks) {
         return std::any_of(marks.begin(), marks.end(), [&](std::string_view mark) { return start.starts_with(mark); });
     };

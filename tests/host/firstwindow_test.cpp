@@ -177,6 +177,20 @@ TEST_F(FirstWindow, HasTheColoursThatTheLastOneHad) {
     EXPECT_NE(kept.find("RGBMAP_SHOW_GREEN=1\n"), std::string::npos) << "and what was not there is complete";
 }
 
+TEST_F(FirstWindow, OfDeepColoursHasNoLevelsOfAnother) {
+    kep::Image3d<kep::RGB_generic<unsigned short>> frame;
+    frame.MakeRoom(20, 10, 2);
+    for (std::size_t i = 0; i < frame.GetNumVoxels(); ++i)
+        frame.SetVoxel(i, {static_cast<unsigned short>(i), 100, static_cast<unsigned short>(2 * i)});
+    const std::string image = Save(frame, folder / "colours.tif");
+    WriteBytes(SettingsName(), "[Colours16]\nRGBMAP_STRETCH_MODE=6\nRGBMAP_SHOW_RED=0\n"
+                               "RGBMAP_LEVELS_IMIN_GREEN=30000\nRGBMAP_LEVELS_IMAX_GREEN=60000\n");
+    See({image}, "colours.tif");
+    const std::string kept = ReadBytes(SettingsName());
+    EXPECT_NE(kept.find("RGBMAP_SHOW_RED=0\n"), std::string::npos) << kept;
+    EXPECT_NE(kept.find("RGBMAP_STRETCH_MODE=4\n"), std::string::npos) << "percentil; " << kept;
+}
+
 TEST_F(FirstWindow, TakesNoColoursThatMakeNoSense) {
     kep::Image3d<kep::RGB_generic<unsigned char>> frame;
     frame.MakeRoom(20, 10, 2);
