@@ -53,7 +53,10 @@ int ViewerApp::OnRun() {
     const auto boxless = m_options.screenshot ? std::make_unique<BoxlessMode>() : nullptr;
     if (!m_options.LeavesByItself())
         m_settings = SettingsFile(NameOfUserSettings());
+    const bool isFromDesktop = !m_options.LeavesByItself() && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO);
     try {
+        if (isFromDesktop && m_options.labels.empty()) // a file was double-clicked
+            m_options.files = AskForSequence(nullptr, m_options.files);
         m_frame = OpenFrame(m_options);
         KeepFiles(m_options.files);
         m_firstPaint = std::make_unique<FirstPaint>(*m_frame->GetCanvas(), [this] { OnFirstPaint(); });
@@ -65,10 +68,12 @@ int ViewerApp::OnRun() {
             m_patience.StartOnce(patienceMilliseconds);
         }
         Present(*m_frame);
+    } catch (const Cancelled& cancelled) { // by the user, who knows
+        PrintMessage(cancelled.what());
+        return 1;
     } catch (const Failure& failure) {
         PrintMessage(failure.what());
-        const bool isKnown = m_options.LeavesByItself() || dynamic_cast<const Cancelled*>(&failure) != nullptr;
-        if (!isKnown && IsReadByNobody(STDOUT_FILENO, STDERR_FILENO))
+        if (isFromDesktop)
             ShowError(failure.what());
         return 1;
     } catch (...) { // the files were read, and the user looks at the screen by now

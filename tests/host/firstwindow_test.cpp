@@ -222,6 +222,28 @@ TEST_F(FromDesktop, AFailureIsShownInADialog) {
     EXPECT_EQ(CloseDialog({"--no-such-option"}), 2);
 }
 
+TEST_F(FromDesktop, AFileWithASequenceIsAskedAbout) {
+    const std::string first = WriteRamp("t1.tif");
+    WriteRamp("t2.tif");
+    EXPECT_EQ(CloseDialog({first}), 1) << "the question has no answer";
+}
+
+TEST_F(FirstWindow, IsPrecededByAQuestionForTheChannel) {
+    const std::string name = folder / "c.ics";
+    WriteBytes(name, "\t\nics_version\t2.0\nfilename\tx\nlayout\tparameters\t4\nlayout\torder\tbits\tx\ty\tch\n"
+                     "layout\tsizes\t8\t2\t1\t4\nrepresentation\tformat\tinteger\n"
+                     "representation\tsign\tunsigned\nrepresentation\tcompression\tuncompressed\nend\nabcdefgh");
+    WindowWatch watch;
+    const pid_t program = Start({name}, Display::Present);
+    const unsigned long window = watch.WaitFor("Channels");
+    ASSERT_NE(window, 0U);
+    watch.AskToClose(window);
+    const Outcome outcome = Wait(program);
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.errors, "zelviewer: " + name + ": No channel was chosen.\n");
+    EXPECT_TRUE(See({name, "--channel", "2"}, "c.ics").client.first);
+}
+
 TEST_F(FromDesktop, NothingStopsAScript) {
     fromDesktop = true;
     EXPECT_EQ(Run({"--screenshot", folder / "a.png", folder / "missing.tif"}).exitCode, 1);
