@@ -1,9 +1,10 @@
 #include "host/failuredialog.h"
 
+#include "image/zel_modaldialog.h"
+
 #include <wx/app.h>
 #include <wx/init.h>
 #include <wx/log.h>
-#include <wx/msgdlg.h>
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -46,7 +47,7 @@ void ShowFailureOnDesktop(const std::string& text, char* programName) {
     char* arguments[] = {programName, nullptr};
     if (!wxEntryStart(count, arguments))
         return;
-    wxMessageBox(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR);
+    zel::ShowMessage(wxString::FromUTF8(text), "zelviewer", wxOK | wxICON_ERROR);
     wxEntryCleanup();
 }
 
