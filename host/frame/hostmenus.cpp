@@ -128,11 +128,11 @@ void KeepAWindow(zel::zel_Viewer3dFrame& frame) {
     for (const auto& [id, type] : commands)
         frame.Bind(
             wxEVT_MENU,
-            [&frame, type](wxCommandEvent& event) {
+            [&frame, only = type](wxCommandEvent& event) {
                 int shown = 0;
                 for (const zel::zel_ProjectionType each : {zel::zel_PT_XY, zel::zel_PT_XZ, zel::zel_PT_YZ})
                     shown |= frame.GetCanvas()->IsDrWinShown(each) ? each : 0;
-                if (shown != type) {
+                if (shown != only) {
                     event.Skip(); // to the library
                     return;
                 }
