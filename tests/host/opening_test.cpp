@@ -1,5 +1,6 @@
 #include "host/message.h"
 #include "host/opening.h"
+#include "tests/host/ics_frames.h"
 #include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
@@ -49,13 +50,7 @@ protected:
         std::string voxels;
         for (int i = 0; i < 2 * channels * times; ++i)
             voxels += static_cast<char>(first + i);
-        const std::string sizes = std::to_string(channels) + "\t" + std::to_string(times);
-        WriteBytes(folder / name, "\t\nics_version\t2.0\nfilename\tx\nlayout\tparameters\t4\n"
-                                  "layout\torder\tbits\tx\tch\tt\nlayout\tsizes\t8\t2\t" +
-                                      sizes +
-                                      "\nrepresentation\tformat\tinteger\nrepresentation\tsign\tunsigned\n"
-                                      "representation\tcompression\tuncompressed\nend\n" +
-                                      voxels);
+        WriteBytes(folder / name, test::IcsOfFrames(channels, times, voxels));
         return folder / name;
     }
 

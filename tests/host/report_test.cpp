@@ -1,6 +1,7 @@
 // What --info says of files on disk.
 
 #include "host/report.h"
+#include "tests/host/ics_frames.h"
 #include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
@@ -26,13 +27,8 @@ protected:
     }
     /// An ICS file of 2 voxels of 8 bits a frame.
     std::string WriteFrames(const std::string& name, int channels, int times) const {
-        const std::string sizes = std::to_string(channels) + "\t" + std::to_string(times);
-        WriteBytes(folder / name, "\t\nics_version\t2.0\nfilename\tx\nlayout\tparameters\t4\n"
-                                  "layout\torder\tbits\tx\tch\tt\nlayout\tsizes\t8\t2\t" +
-                                      sizes +
-                                      "\nrepresentation\tformat\tinteger\nrepresentation\tsign\tunsigned\n"
-                                      "representation\tcompression\tuncompressed\nend\n" +
-                                      std::string(static_cast<std::size_t>(2 * channels * times), 'v'));
+        const std::string voxels(static_cast<std::size_t>(2 * channels * times), 'v');
+        WriteBytes(folder / name, test::IcsOfFrames(channels, times, voxels));
         return folder / name;
     }
 
