@@ -135,7 +135,7 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::OnSequenceChange() {
-    if (m_image == nullptr)
+    if (m_image == nullptr || IsMapperDetached()) // once detached, the image may be gone as well
         return;
     ForgetProjections();
     if (m_image->GetNumFrames() == 0) {
@@ -163,7 +163,7 @@ void zel_ImageViewer3dCanvas<T>::OnFrameChange(std::size_t frame) {
     for (WindowPicture& picture : m_pictures)
         if (frame < picture.autofocusStale.size())
             picture.autofocusStale[frame] = true;
-    if (static_cast<long long>(frame) != m_time)
+    if (static_cast<long long>(frame) != m_time || IsMapperDetached())
         return;
     MakeDirtyAndRefresh(zel_PT_ALL);
     UpdateVolVis();

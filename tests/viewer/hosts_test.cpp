@@ -244,6 +244,17 @@ TEST_F(HostsTest, FramesThatGoTakeTheTimeWithThem) {
     EXPECT_EQ(Shown(), Named(0, 0, 2, 0));
 }
 
+TEST_F(HostsTest, FramesThatArriveWhileTheViewerClosesAreIgnored) {
+    Open({9, 8, 5}, 2);
+    canvas->DetachMapper();
+    image.reset(); // the host's, which may go from here on
+    canvas->OnSequenceChange();
+    canvas->OnFrameChange(0);
+    canvas->Refresh(false);
+    canvas->Update();
+    EXPECT_EQ(canvas->GetImageIterator().limitLast, 1);
+}
+
 TEST_F(HostsTest, ACameraOnAThreadOfItsOwnIsFollowed) {
     Open();
     constexpr std::size_t frames = 30;
