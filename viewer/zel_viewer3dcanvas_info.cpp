@@ -32,6 +32,18 @@ zel_ProjectionType CornerWindow(const zel_Viewer3dCanvas& canvas) {
     return canvas.IsDrWinShown(zel_PT_XZ) ? zel_PT_XZ : zel_PT_YZ;
 }
 
+/// The toolkit tells a window its first size some time after it was shown, which undoes what was fitted before.
+void KeepFitted(wxTopLevelWindow& window) {
+    constexpr int patience = 3; // window managers that insist on a size of their own get it
+    window.Bind(wxEVT_SIZE, [&window, left = patience](wxSizeEvent& event) mutable {
+        event.Skip();
+        if (left == 0 || event.GetSize() == window.GetBestSize())
+            return;
+        --left;
+        window.CallAfter([&window] { window.Fit(); });
+    });
+}
+
 } // namespace
 
 void zel_Viewer3dCanvas::InfoFrame_Create() {
@@ -44,6 +56,7 @@ void zel_Viewer3dCanvas::InfoFrame_Make(bool withOverlay) {
     window->SetMaxSize(largestInfoWindow);
     InfoNotebookFunc(window, withOverlay ? MouseOverlayInfoFunc : MouseInfoFunc);
     m_infoFrame = window;
+    KeepFitted(*window);
     if (keyboard != nullptr)
         keyboard->SetFocus(); // a notebook's first page counts as having the keyboard, which it never got
 }
@@ -65,8 +78,6 @@ void zel_Viewer3dCanvas::InfoFrame_Show(bool show) {
     InfoFrame_UpdatePixelInfo();
     InfoFrame_UpdateImageInfo();
     InfoFrame_UpdateCutAndVisBoxInfo();
-    // The toolkit gives a window its first size only after it is shown, which undoes what was fitted before.
-    m_infoFrame->CallAfter([window = m_infoFrame.get()] { window->Fit(); });
 }
 
 bool zel_Viewer3dCanvas::InfoFrame_IsShown() const {

@@ -6,6 +6,8 @@
 
 #include <wx/uiaction.h>
 
+#include <array>
+
 namespace zel::test {
 
 /// A control of a dialog by its id. @throws std::bad_cast if it is none of this kind
@@ -49,9 +51,20 @@ inline void ClickChoice(wxRadioBox& box, int choice) {
 /// Presses the left button at the first place and moves over all others; lets go at the last.
 inline void Drag(wxWindow& window, const std::vector<wxPoint>& path) {
     MovePointerTo(window, path.front());
+    bool isPressed = false;
+    const auto note = [&isPressed](wxMouseEvent& event) {
+        isPressed = true;
+        event.Skip();
+    };
+    const std::array presses{wxEVT_LEFT_DOWN, wxEVT_LEFT_DCLICK};
+    for (const auto& press : presses)
+        window.Bind(press, note);
     wxUIActionSimulator hand;
     hand.MouseDown();
     Settle();
+    EXPECT_TRUE(WaitUntil([&] { return isPressed; })) << "something else lies at " << path.front().x;
+    for (const auto& press : presses)
+        window.Unbind(press, note);
     for (std::size_t i = 1; i < path.size(); ++i)
         MovePointerTo(window, path[i]);
     hand.MouseUp();
