@@ -60,11 +60,9 @@ void zel_Viewer3dCanvas::OnInternalIdle() {
 /// The first position is where the viewer opens: nobody is told.
 void zel_Viewer3dCanvas::TellPosition() {
     const Position now{m_view.options.cut, m_view.visibleBox, m_view.scale, m_iterator.current};
-    const std::optional<Position> told = std::exchange(m_toldPosition, now);
-    if (!told)
-        return;
-    zel_PositionEvent event(told->cut != now.cut, told->visibleBox != now.visibleBox || told->scale != now.scale,
-                            told->time != now.time);
+    const Position told = std::exchange(m_toldPosition, now);
+    zel_PositionEvent event(told.cut != now.cut, told.visibleBox != now.visibleBox || told.scale != now.scale,
+                            told.time != now.time);
     if (event.HasCutChanged() || event.HasViewChanged() || event.HasTimeChanged())
         ProcessWindowEvent(event);
 }

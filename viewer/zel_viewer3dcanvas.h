@@ -273,7 +273,7 @@ private:
     PerPlane<zel_DrWin3d*> m_windows;
     DecorationOptions m_decorations;
     zel_TruePictures m_truePictures;
-    std::optional<Position> m_toldPosition;
+    Position m_toldPosition; // none at first, so that the opening is told
     int m_border = 0;
     bool m_keyboardWaits = false;               // the keyboard was in a window when the last one was hidden
     wxWeakRef<wxFrame> m_infoFrame;             // a child of this canvas; the user may close it

@@ -78,6 +78,17 @@ TEST_F(HostsTest, AreToldWhereTheViewerIs) {
     EXPECT_TRUE(told[2].HasViewChanged());
 }
 
+TEST_F(HostsTest, AreToldWhereAViewerOpens) {
+    frame = new wxFrame(nullptr, wxID_ANY, "title of the host");
+    MakeCanvas({9, 8, 5}, 3, {1, 1, 1}, {});
+    canvas->Bind(zel_EVT_POSITION_CHANGED, [this](zel_PositionEvent& event) { told.push_back(event); });
+    canvas->ChangeCut({2.5F, 4.5F, 2.5F}); // a host may move it before it is seen
+    ASSERT_TRUE(ShowAndWait(*frame));
+    Settle();
+    ASSERT_FALSE(told.empty());
+    EXPECT_TRUE(told[0].HasCutChanged());
+}
+
 TEST_F(HostsTest, AreToldOnceOfAllThatHasChanged) {
     Open({9, 8, 5}, 3);
     Listen();
