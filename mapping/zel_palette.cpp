@@ -25,19 +25,23 @@ bool ReadColour(const wxString& line, Palette::value_type& colour) {
 } // namespace
 
 bool LoadPalette(Palette& palette, const wxString& file_name) try {
+    return ReadPalette(palette, file_name).empty();
+} catch (const std::bad_alloc&) {
+    return false;
+}
+
+wxString ReadPalette(Palette& palette, const wxString& file_name) {
     constexpr std::size_t mostColours = 256;
     constexpr std::size_t longestLine = 4096; // behind the third number is nothing that counts
     std::optional<std::vector<wxString>> lines = ReadFirstLines(file_name, mostColours, longestLine);
     if (!lines)
-        return false;
+        return "The file can't be read.";
     palette.resize(lines->size());
     for (std::size_t i = 0; i < palette.size(); ++i) {
         if (!ReadColour((*lines)[i].Trim(true).Trim(false), palette[i]))
-            return false;
+            return wxString::Format("Line %zu has no three numbers for red, green and blue.", i + 1);
     }
-    return true;
-} catch (const std::bad_alloc&) {
-    return false;
+    return "";
 }
 
 } // namespace zel

@@ -14,4 +14,9 @@ namespace zel {
 ///         the 256, or lack of memory: the palette is then filled up to there, and not to be used. Nothing is logged.
 ZEL_EXPORT bool LoadPalette(Palette& palette, const wxString& file_name);
 
+/// The same, and says why it fails, in words for the user.
+/// @return empty if the file was read; it may still have no line, and so no colour
+/// @throws std::bad_alloc
+ZEL_EXPORT wxString ReadPalette(Palette& palette, const wxString& file_name);
+
 } // namespace zel

@@ -4,6 +4,9 @@
 #include "mapping/zel_mappingmodule.h"
 #include "model/zel_palette.h"
 
+#include <functional>
+#include <utility>
+
 namespace zel {
 
 /// Menu entries of the palettes, as offsets from the module's first id; also the palette modes.
@@ -58,6 +61,14 @@ public:
     /// palette changes nothing.
     void SetPal(const Palette& palette);
 
+    /// Gets a palette from the user. @param parent  for its dialogs; null without a frame
+    /// @return false if there is none
+    using PaletteQuestion = std::function<bool(wxWindow* parent, Palette& palette)>;
+    /// Has the entry "Palette..." ask in another way. If that gives no palette, the one before stays, and its mark.
+    /// Without a question of the host's the entry opens a file dialog, and is marked also when nothing was chosen or
+    /// the file is bad, of which nothing is said; the colours stay then.
+    void SetPaletteQuestion(PaletteQuestion question) { m_askForPalette = std::move(question); }
+
     /// Offset of the active palette's entry.
     int GetPaletteMode() const { return m_paletteMode; }
     /// Value of the channel shown to level.
@@ -91,6 +102,7 @@ private:
 
     int m_shown;
     int m_paletteMode = zel_PE_GRAY;
+    PaletteQuestion m_askForPalette; // empty: the file dialog
     kep::LUT<Element, unsigned char> m_mappingTable;
     PaletteTable m_paletteTable;
 };

@@ -101,8 +101,16 @@ void zel_PaletteMappingModule<Voxel>::ChoosePalette(int offset) {
     if (offset < zel_PE_GRAY || offset > zel_PE_FILE)
         return;
     const wxWeakRef<wxEvtHandler> self(this);
-    m_paletteMode = offset; // also if no file is chosen after all
     Palette palette;
+    if (offset == zel_PE_FILE && m_askForPalette) {
+        const PaletteQuestion ask = m_askForPalette; // this module may go while it asks
+        if (!ask(this->GetFrame(), palette) || !self)
+            return;
+        m_paletteMode = offset;
+        SetPal(palette);
+        return;
+    }
+    m_paletteMode = offset; // also if no file is chosen after all
     if (GetPalette(offset, this->GetFrame(), palette) && self)
         SetPal(palette);
 }

@@ -2,7 +2,6 @@
 
 #include "host/frame/channeldialog.h"
 #include "host/frame/dialogplaces.h"
-#include "host/frame/fit.h"
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
 #include "host/frame/sequencequestion.h"
@@ -545,6 +544,58 @@ TEST_F(HostFrame, TheViewerMayGoUnderGoTo) {
     answers.ExpectDriven([this](wxDialog&) { delete m_frame.get(); });
     m_frame->ProcessCommand(goTo);
     EXPECT_FALSE(m_frame);
+}
+
+TEST_F(HostFrame, ABadPaletteIsToldAndTheColoursStay) {
+    Open(1);
+    ChooseMapping("Periodic");
+    const ScratchFolder folder;
+    const std::string name = folder / "colours.pal";
+    const auto mark = [this] {
+        m_frame->GetMenuBar()->UpdateMenus();
+        for (const char* const entry : {"Gray", "Saturation", "Labels", "Periodic", "Palette..."})
+            if (m_frame->GetMenuBar()->IsChecked(m_frame->GetMenuBar()->FindMenuItem("Mapping", entry)))
+                return std::string(entry);
+        return std::string("none");
+    };
+    Settle();
+    const wxImage before = Screen(Window(zel_PT_XY));
+    const auto choose = [&](DialogAnswers& answers) {
+        answers.ExpectDriven([&](wxDialog& dialog) {
+            auto& files = dynamic_cast<wxFileDialog&>(dialog);
+            files.SetPath(wxString::FromUTF8(name));
+            EXPECT_TRUE(WaitUntil([&] { return files.GetPath() == name; }));
+            files.EndModal(wxID_OK);
+        });
+    };
+    for (const auto& [contents, fault] : std::vector<std::pair<std::string, std::string>>{
+             {"1 2 3\nred\n", "Line 2 has no three numbers for red, green and blue."}, {"", "The file is empty."}}) {
+        WriteBytes(name, contents);
+        DialogAnswers answers;
+        choose(answers);
+        answers.Expect([&, told = fault](wxDialog& dialog) {
+            EXPECT_EQ(dynamic_cast<wxMessageDialog&>(dialog).GetMessage(),
+                      name + ": " + told + " The colours stay as they were.");
+            return wxID_OK;
+        });
+        ChooseMapping("Palette...");
+        EXPECT_EQ(mark(), "Periodic");
+    }
+    {
+        DialogAnswers answers;
+        answers.Expect([](wxDialog&) { return wxID_CANCEL; });
+        ChooseMapping("Palette...");
+        EXPECT_EQ(mark(), "Periodic");
+    }
+    Settle();
+    const wxImage after = Screen(Window(zel_PT_XY));
+    EXPECT_TRUE(
+        std::equal(before.GetData(), before.GetData() + 3 * before.GetWidth() * before.GetHeight(), after.GetData()));
+    WriteBytes(name, "1 2 3\n");
+    DialogAnswers answers;
+    choose(answers);
+    ChooseMapping("Palette...");
+    EXPECT_EQ(mark(), "Palette...");
 }
 
 TEST_F(HostFrame, EntriesThatCanDoNothingAreGray) {

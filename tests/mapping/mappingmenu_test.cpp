@@ -288,6 +288,35 @@ TEST_F(MappingMenu, ABitDepthBelowTheRangeCrossesItsEndsAndAllStretchesWork) {
     EXPECT_EQ(level(101), 0);
 }
 
+TEST_F(MappingMenu, AHostMayAskForAPaletteInItsOwnWay) {
+    MappedViewer viewer(Steps());
+    const auto colourOf = [&viewer](unsigned char voxel) {
+        ColourBuffer buffer(1, 1);
+        viewer.module->Map(&voxel, buffer);
+        return buffer.data[0];
+    };
+    bool has = false;
+    wxWindow* asked = nullptr;
+    viewer.module->SetPaletteQuestion([&](wxWindow* parent, Palette& palette) {
+        asked = parent;
+        palette = {{1, 2, 3}, {4, 5, 6}};
+        return has;
+    });
+    viewer.Choose(10);
+    viewer.Choose(12);
+    EXPECT_EQ(asked, viewer.frame);
+    EXPECT_EQ(viewer.GetMarks(), (Marks{2, 10})) << "the palette before, and its mark";
+    EXPECT_EQ(colourOf(1), Colour(0, 255, 0));
+
+    has = true;
+    viewer.TakeLog();
+    viewer.Choose(12);
+    EXPECT_EQ(viewer.GetMarks(), (Marks{2, 12}));
+    EXPECT_EQ(viewer.TakeLog(), (Log{"changed", "command 6051"}));
+    EXPECT_EQ(colourOf(1), Colour(4, 5, 6));
+    EXPECT_EQ(colourOf(2), Colour(1, 2, 3));
+}
+
 TEST_F(MappingMenu, APaletteIsReadFromTheFileChosen) {
     ScratchFolder folder;
     const std::string good = folder / "good.pal";

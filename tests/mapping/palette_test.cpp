@@ -48,6 +48,18 @@ TEST_F(PaletteFile, ColoursMayBeSeparatedBySpacesColonsAndCommas) {
     EXPECT_TRUE(palette == expected);
 }
 
+TEST_F(PaletteFile, WhatIsWrongWithItIsTold) {
+    const std::string name = folder / "palette.pal";
+    EXPECT_EQ(ReadPalette(palette, wxString::FromUTF8(name)), "The file can't be read.");
+    WriteBytes(name, "1 2 3\n4 5 6\n7 8\n");
+    EXPECT_EQ(ReadPalette(palette, wxString::FromUTF8(name)), "Line 3 has no three numbers for red, green and blue.");
+    WriteBytes(name, "1 2 3\n");
+    EXPECT_EQ(ReadPalette(palette, wxString::FromUTF8(name)), "");
+    WriteBytes(name, "");
+    EXPECT_EQ(ReadPalette(palette, wxString::FromUTF8(name)), "") << "without colours";
+    EXPECT_TRUE(palette.empty());
+}
+
 TEST_F(PaletteFile, ASpaceBehindACommaMakesABadLine) {
     for (const char* const line : {"10, 20, 30", "10  20  30", "10 ,20,30", ",10,20,30", "10::20:30"})
         EXPECT_FALSE(Load(line)) << line;
