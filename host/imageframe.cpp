@@ -1,16 +1,16 @@
 #include "host/imageframe.h"
 
 #include "host/firstmapping.h"
-#include "host/frame/fit.h"
+#include "host/frame/palettequestion.h"
 #include "host/frame/positionbar.h"
 #include "host/frame/statusline.h"
-#include "host/frame/title.h"
 #include "host/message.h"
-#include "host/mousecontrol.h"
-#include "host/proportions.h"
+#include "host/voxelsize.h"
+#include "mapping/zel_palettemapping.h"
 #include "mapping/zel_rgbmapping.h"
 #include "overlay/zel_basicoverlayingmodule.h"
 #include "overlay/zel_labeledimagecanvas3d.h"
+#include "viewer/zel_equipframe.h"
 #include "viewer/zel_imagecanvas3d.h"
 
 #include <wx/fileconf.h>
@@ -25,6 +25,12 @@ namespace {
 using zel::zel_Viewer3dFrame;
 using FramePtr = std::unique_ptr<zel_Viewer3dFrame>;
 using LabelModule = zel::zel_BasicOverlayingModule<unsigned short, unsigned short>;
+
+/// Whether images of a type can be coloured by a palette.
+template <typename T>
+constexpr bool hasPalettes = true;
+template <typename C>
+constexpr bool hasPalettes<kep::RGB_generic<C>> = false;
 
 /// The canvas, with the menu of the labels if there are any. It owns the image on return, and the frame the labels.
 template <typename T>
@@ -50,6 +56,8 @@ zel::zel_Viewer3dCanvas* MakeCanvas(zel_Viewer3dFrame& frame, const zel::zel_Map
 template <typename T>
 FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels, const FirstMapping& first) {
     auto mapping = MakeMapping(*image, first);
+    if constexpr (hasPalettes<T>)
+        dynamic_cast<zel::zel_PaletteMappingModule<T>&>(*mapping).SetPaletteQuestion(AskForPalette);
     auto frame = std::make_unique<zel_Viewer3dFrame>(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
                                                      wxDEFAULT_FRAME_STYLE);
     const zel::zel_Mapper<T>& mapper = *mapping;
@@ -134,21 +142,8 @@ zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const First
 }
 
 void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
-    zel::zel_Viewer3dCanvas* const canvas = frame.GetCanvas();
-    if (!look.inVoxels) {
-        const OpeningScale opening = ChooseScale(canvas->GetResolution());
-        if (!opening.proportional)
-            PrintMessage(canvas->CreateTitle().utf8_string() + ": " + notProportional);
-        zel::zel_CanvasSettings settings;
-        canvas->GetSettings(settings);
-        settings.baseScale = opening.scale;
-        canvas->SetSettings(settings);
-    }
-    UseMouse(*canvas);
-    if (look.fillsDisplay)
-        FillRoom(*canvas, wxGetClientDisplayRect().GetSize() * 2 / 3);
-    AddTitle(frame);
-    frame.ResizeFrameIfRequired();
+    if (!zel::EquipFrame(frame, {!look.inVoxels, look.fillsDisplay}))
+        PrintMessage(frame.GetCanvas()->CreateTitle().utf8_string() + ": " + notProportional);
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \

@@ -2,7 +2,7 @@
 
 #include "host/message.h"
 #include "host/outputs.h"
-#include "host/proportions.h"
+#include "host/voxelsize.h"
 #include "model/zel_isosurfacegenerator.h"
 #include "model/zel_meshfile.h"
 

@@ -1,9 +1,9 @@
 #include "host/opening.h"
 
 #include "host/info.h"
-#include "host/proportions.h"
 #include "host/synthetic.h"
 #include "host/vortex.h"
+#include "host/voxelsize.h"
 #include "image/zel_framereading.h"
 
 #include <wx/filefn.h>

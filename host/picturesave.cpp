@@ -6,9 +6,10 @@
 #include "host/opening.h"
 #include "host/outputs.h"
 #include "host/planepainter.h"
-#include "host/proportions.h"
 #include "host/screenshot.h"
+#include "host/voxelsize.h"
 #include "model/zel_composition.h"
+#include "model/zel_proportions.h"
 
 #include <wx/image.h>
 
@@ -54,7 +55,7 @@ WholeView ShowWhole(const zel::ImageGeometry& image, const kep::Vector3d<float>&
 kep::Vector3d<float> ScaleOfView(const Options& options, const std::string& name, const kep::Resolution& resolution) {
     if (options.voxels)
         return resolution.GetUsable().GetRes();
-    const OpeningScale opening = ChooseScale(resolution);
+    const zel::OpeningScale opening = zel::ChooseScale(resolution);
     if (!opening.proportional)
         PrintMessage(name + ": " + notProportional);
     return opening.scale;

@@ -4,7 +4,7 @@
 #include "host/info.h"
 #include "host/message.h"
 #include "host/openingplan.h"
-#include "host/proportions.h"
+#include "host/voxelsize.h"
 #include "image/kep.h"
 
 #include <wx/app.h>

@@ -1,7 +1,8 @@
 #include "host/frame/dialogplaces.h"
 
-#include "host/frame/placement.h"
 #include "host/frame/places.h"
+#include "viewer/zel_firstshow.h"
+#include "viewer/zel_frame.h"
 
 #include <wx/button.h>
 #include <wx/dialog.h>
@@ -14,7 +15,7 @@ namespace {
 void PutBeside(wxDialog& dialog, const wxWindow& frame) {
     const wxSize surroundings(8, 32); // of a dialog, about: the window manager tells only when it is on the screen
     dialog.Move(PlaceBeside(frame.GetRect(), dialog.GetSize() + surroundings, wxDisplay(&frame).GetClientArea()));
-    PrepareFirstShow(dialog);
+    zel::PrepareFirstShow(dialog);
 }
 
 /// Wherever the keyboard is but on another button. A closed list would open itself otherwise.

@@ -1,12 +1,12 @@
 #include "host/frame/hostmenus.h"
 
 #include "host/frame/filemenu.h"
-#include "host/frame/fit.h"
 #include "host/frame/gotodialog.h"
 #include "host/report.h"
 #include "host/screenshot.h"
 #include "image/zel_modaldialog.h"
 #include "viewer/zel_commands.h"
+#include "viewer/zel_fit.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/accel.h>
@@ -153,10 +153,10 @@ void AddHostMenus(zel::zel_Viewer3dFrame& frame, const HostActions& actions) {
     const auto bind = [&frame](int id, const auto& handle) { frame.Bind(wxEVT_MENU, handle, id); };
     bind(copyViewCommand, [&frame](wxCommandEvent&) { CopyView(*frame.GetCanvas()); });
     bind(goToCommand, [&frame](wxCommandEvent&) { AskWhereToGo(*frame.GetCanvas()); });
-    bind(fitCommand, [&frame](wxCommandEvent&) { FillRoom(*frame.GetCanvas(), frame.GetClientSize()); });
+    bind(fitCommand, [&frame](wxCommandEvent&) { zel::FillRoom(*frame.GetCanvas(), frame.GetClientSize()); });
     frame.Bind(wxEVT_MAXIMIZE, [&frame](wxMaximizeEvent& event) {
         event.Skip();
-        frame.CallAfter([&frame] { FillRoom(*frame.GetCanvas(), frame.GetClientSize()); }); // once it has its size
+        frame.CallAfter([&frame] { zel::FillRoom(*frame.GetCanvas(), frame.GetClientSize()); }); // once it has its size
     });
     bind(keysCommand, [&frame](wxCommandEvent&) { ShowKeys(&frame); });
     bind(wxID_ABOUT, [&frame](wxCommandEvent&) { ShowAbout(&frame); });

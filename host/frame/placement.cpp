@@ -1,17 +1,14 @@
 #include "host/frame/placement.h"
 
-#include "host/frame/fit.h"
 #include "host/frame/places.h"
+#include "viewer/zel_firstshow.h"
+#include "viewer/zel_fit.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/display.h>
 
 #include <memory>
 #include <vector>
-
-#ifdef __WXGTK__
-#include <dlfcn.h>
-#endif
 
 namespace zelviewer {
 
@@ -45,7 +42,7 @@ public:
     void Place() {
         if (m_remembered) {
             m_frame.SetSize(BesideOthers(*m_remembered, CornersOfOthers(m_frame), wxDisplay(&m_frame).GetClientArea()));
-            FillRoom(*m_frame.GetCanvas(), m_frame.GetClientSize());
+            zel::FillRoom(*m_frame.GetCanvas(), m_frame.GetClientSize());
         } else {
             m_frame.ResizeFrameIfRequired();
             const wxRect area = wxDisplay(0U).GetClientArea();
@@ -82,29 +79,10 @@ void ShowInPlace(zel::zel_Viewer3dFrame& frame, const std::optional<WindowPlace>
     const auto show = std::make_shared<FirstShow>(frame, remembered);
     show->Place();
     frame.Bind(wxEVT_SIZE, [show](wxSizeEvent& event) { show->OnSize(event); });
-    PrepareFirstShow(frame);
+    zel::PrepareFirstShow(frame);
     if (show->IsMaximized())
         frame.Maximize();
     frame.Show();
-}
-
-void PrepareFirstShow(wxTopLevelWindow& window) {
-#ifdef __WXGTK__
-    struct Allocation {
-        int x, y, width, height;
-    };
-    using SetAllocation = void (*)(void* widget, const Allocation*);
-    const auto setAllocation = reinterpret_cast<SetAllocation>(dlsym(RTLD_DEFAULT, "gtk_widget_set_allocation"));
-    using IsRealized = int (*)(void* widget);
-    const auto isRealized = reinterpret_cast<IsRealized>(dlsym(RTLD_DEFAULT, "gtk_widget_get_realized"));
-    if (setAllocation == nullptr || isRealized == nullptr || isRealized(window.GetHandle()) != 0)
-        return;
-    const wxSize size = window.GetSize();
-    const Allocation allocation{0, 0, size.x, size.y};
-    setAllocation(window.GetHandle(), &allocation);
-#else
-    wxUnusedVar(window);
-#endif
 }
 
 } // namespace zelviewer

@@ -1,4 +1,3 @@
-#include "host/frame/title.h"
 #include "host/frame/whereabouts.h"
 
 #include <gtest/gtest.h>
@@ -29,12 +28,6 @@ TEST(Whereabouts, HaveTheBarToThemselvesUntilThereIsAMessage) {
     EXPECT_EQ(WidthOfMessages(800, true), 180);
     EXPECT_EQ(WidthOfMessages(300, true), 150) << "no more than half";
     EXPECT_EQ(WidthOfMessages(10, true), 16);
-}
-
-TEST(Title, NamesTheFileItsSizeAndTheZoom) {
-    EXPECT_EQ(DescribeTitle("a.tif", {512, 256, 40}, 1.5F), "a.tif - 512 x 256 x 40 - 150%");
-    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.333F), "a.tif - 1 x 2 x 3 - 33%");
-    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.0123F), "a.tif - 1 x 2 x 3 - 1.2%");
 }
 
 } // namespace

@@ -1,17 +1,19 @@
-// The mouse in the three windows of a frame as the program opens it.
+// The mouse in the three windows of a frame that was equipped with it.
 
-#include "host/imageframe.h"
+#include "factory/zel_viewerfactory.h"
 #include "tests/support/gui_test.h"
 #include "tests/support/pictures.h"
+#include "viewer/zel_equipframe.h"
+#include "viewer/zel_frame.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <memory>
 
-namespace zelviewer {
-namespace {
-
 using namespace zel;
 using namespace zel::test;
+
+namespace {
+
 using Place = kep::Vector3d<float>;
 
 class MouseTest : public GuiTest {
@@ -24,7 +26,11 @@ protected:
 
     /// One pixel a voxel and a micron; the cut is in the voxel in the middle.
     void Open(std::size_t x, std::size_t y, std::size_t z) {
-        m_frame = MakeFrame(MakeImage<unsigned char>({x, y, z}, 1, [](auto...) { return 0; }), {});
+        auto image = MakeImage<unsigned char>({x, y, z}, 1, [](std::size_t i, auto...) { return i % 2; });
+        m_frame = zel_CreateImage3dFrame(image.get(), true, nullptr, wxID_ANY, "mouse", wxDefaultPosition,
+                                         wxDefaultSize, wxDEFAULT_FRAME_STYLE);
+        image.release(); // the frame has it
+        EXPECT_TRUE(EquipFrame(*m_frame, {.trueProportions = true, .fillsDisplay = false}));
         ASSERT_TRUE(ShowAndWait(*m_frame));
         ASSERT_TRUE(WaitUntil([this] { // a small image leaves room in the smallest window
             const wxSize room = m_frame->GetClientSize(), wanted = Canvas().GetOptimalSize();
@@ -178,4 +184,3 @@ TEST_F(MouseTest, OtherMouseEventsChangeNothing) {
 }
 
 } // namespace
-} // namespace zelviewer

@@ -1,17 +1,11 @@
-#include "host/proportions.h"
+#include "model/zel_proportions.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <cstdio>
 
-namespace zelviewer {
-
-kep::Resolution CompleteResolution(const kep::Resolution& stored, const std::optional<kep::Vector3d<float>>& given) {
-    if (!given || stored.IsDefined())
-        return stored;
-    const auto complete = [](float has, float gets) { return std::isfinite(has) && has > 0.0F ? has : gets; };
-    const kep::Vector3d<float> res = stored.GetRes();
-    return {complete(res.x, given->x), complete(res.y, given->y), complete(res.z, given->z)};
-}
+namespace zel {
 
 OpeningScale ChooseScale(const kep::Resolution& resolution) {
     constexpr float mostStretch = 100.0F;
@@ -31,4 +25,12 @@ float FactorToFill(const kep::Vector3d<float>& pixels, int width, int height) {
     return factor < 1.0F ? factor : std::floor(2.0F * factor) / 2.0F;
 }
 
-} // namespace zelviewer
+std::string DescribeTitle(const std::string& name, const kep::Vector3d<std::size_t>& voxels, float pixels) {
+    const double percent = 100.0 * static_cast<double>(pixels);
+    std::array<char, 64> zoom;
+    std::snprintf(zoom.data(), zoom.size(), percent < 10.0 ? "%.1f%%" : "%.0f%%", percent);
+    return name + " - " + std::to_string(voxels.x) + " x " + std::to_string(voxels.y) + " x " +
+           std::to_string(voxels.z) + " - " + zoom.data();
+}
+
+} // namespace zel

@@ -1,6 +1,6 @@
-#include "host/wheelnotches.h"
+#include "model/zel_wheelnotches.h"
 
-namespace zelviewer {
+namespace zel {
 
 int WheelNotches::Turn(int rotation, int delta) {
     if (delta <= 0)
@@ -11,4 +11,4 @@ int WheelNotches::Turn(int rotation, int delta) {
     return notches;
 }
 
-} // namespace zelviewer
+} // namespace zel

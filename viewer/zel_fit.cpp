@@ -1,15 +1,25 @@
-#include "host/frame/fit.h"
+#include "viewer/zel_fit.h"
 
-#include "host/proportions.h"
+#include "model/zel_proportions.h"
+#include "viewer/zel_viewer3dcanvas.h"
 
 #include <algorithm>
 
-namespace zelviewer {
+namespace zel {
 
-void FillRoom(zel::zel_Viewer3dCanvas& canvas, const wxSize& room) {
+bool ShowInTrueProportions(zel_Viewer3dCanvas& canvas) {
+    const OpeningScale opening = ChooseScale(canvas.GetResolution());
+    zel_CanvasSettings settings;
+    canvas.GetSettings(settings);
+    settings.baseScale = opening.scale;
+    canvas.SetSettings(settings);
+    return opening.proportional;
+}
+
+void FillRoom(zel_Viewer3dCanvas& canvas, const wxSize& room) {
     if (canvas.GetImageCount() == 0)
         return;
-    zel::zel_CanvasSettings settings;
+    zel_CanvasSettings settings;
     canvas.GetSettings(settings);
     // From the scale at which the axis of the smallest voxels has one pixel a voxel.
     const kep::Vector3d<float> resolution = canvas.GetResolution().GetUsable().GetRes();
@@ -23,4 +33,4 @@ void FillRoom(zel::zel_Viewer3dCanvas& canvas, const wxSize& room) {
     canvas.SetSettings(settings);
 }
 
-} // namespace zelviewer
+} // namespace zel

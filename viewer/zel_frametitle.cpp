@@ -1,17 +1,17 @@
-#include "host/frame/title.h"
+#include "viewer/zel_frametitle.h"
 
+#include "model/zel_proportions.h"
+#include "viewer/zel_frame.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
 #include <algorithm>
-#include <array>
-#include <cstdio>
 
-namespace zelviewer {
+namespace zel {
 
 namespace {
 
-void UpdateTitle(zel::zel_Viewer3dFrame& frame) {
-    zel::zel_Viewer3dCanvas* const canvas = frame.GetCanvas();
+void UpdateTitle(zel_Viewer3dFrame& frame) {
+    zel_Viewer3dCanvas* const canvas = frame.GetCanvas();
     if (canvas == nullptr || canvas->GetImageCount() == 0)
         return;
     const kep::Vector3d<float> resolution = canvas->GetResolution().GetUsable().GetRes();
@@ -25,15 +25,7 @@ void UpdateTitle(zel::zel_Viewer3dFrame& frame) {
 
 } // namespace
 
-std::string DescribeTitle(const std::string& name, const kep::Vector3d<std::size_t>& voxels, float pixels) {
-    const double percent = 100.0 * static_cast<double>(pixels);
-    std::array<char, 64> zoom;
-    std::snprintf(zoom.data(), zoom.size(), percent < 10.0 ? "%.1f%%" : "%.0f%%", percent);
-    return name + " - " + std::to_string(voxels.x) + " x " + std::to_string(voxels.y) + " x " +
-           std::to_string(voxels.z) + " - " + zoom.data();
-}
-
-void AddTitle(zel::zel_Viewer3dFrame& frame) {
+void AddTitle(zel_Viewer3dFrame& frame) {
     UpdateTitle(frame);
     frame.Bind(wxEVT_IDLE, [&frame](wxIdleEvent& event) {
         event.Skip();
@@ -41,4 +33,4 @@ void AddTitle(zel::zel_Viewer3dFrame& frame) {
     });
 }
 
-} // namespace zelviewer
+} // namespace zel

@@ -1,8 +1,8 @@
-#include "host/wheelnotches.h"
+#include "model/zel_wheelnotches.h"
 
 #include <gtest/gtest.h>
 
-namespace zelviewer {
+namespace zel {
 namespace {
 
 TEST(WheelNotches, PartsOfANotchAddUp) {
@@ -19,4 +19,4 @@ TEST(WheelNotches, PartsOfANotchAddUp) {
 }
 
 } // namespace
-} // namespace zelviewer
+} // namespace zel

@@ -1,8 +1,8 @@
-#include "host/proportions.h"
+#include "model/zel_proportions.h"
 
 #include <gtest/gtest.h>
 
-namespace zelviewer {
+namespace zel {
 namespace {
 
 using Scale = kep::Vector3d<float>;
@@ -41,13 +41,11 @@ TEST(Proportions, APictureGrowsByHalfNumbersAndShrinksAsItMust) {
     EXPECT_GT(FactorToFill({100, 80, 20}, 1, 1), 0.0F);
 }
 
-TEST(Proportions, TheUserOnlySaysWhatTheFileDoesNot) {
-    const std::optional<Scale> given = Scale(7, 8, 9);
-    EXPECT_EQ(CompleteResolution({}, given), kep::Resolution(7, 8, 9));
-    EXPECT_EQ(CompleteResolution({1, 2, 3}, given), kep::Resolution(1, 2, 3));
-    EXPECT_EQ(CompleteResolution({1, 2, 0}, given), kep::Resolution(1, 2, 9));
-    EXPECT_EQ(CompleteResolution({1, 2, 0}, std::nullopt), kep::Resolution(1, 2, 0));
+TEST(Title, NamesTheFileItsSizeAndTheZoom) {
+    EXPECT_EQ(DescribeTitle("a.tif", {512, 256, 40}, 1.5F), "a.tif - 512 x 256 x 40 - 150%");
+    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.333F), "a.tif - 1 x 2 x 3 - 33%");
+    EXPECT_EQ(DescribeTitle("a.tif", {1, 2, 3}, 0.0123F), "a.tif - 1 x 2 x 3 - 1.2%");
 }
 
 } // namespace
-} // namespace zelviewer
+} // namespace zel

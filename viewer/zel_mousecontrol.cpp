@@ -1,23 +1,24 @@
-#include "host/mousecontrol.h"
+#include "viewer/zel_mousecontrol.h"
 
-#include "host/wheelnotches.h"
 #include "model/zel_axislook.h"
+#include "model/zel_wheelnotches.h"
 #include "viewer/zel_commands.h"
+#include "viewer/zel_viewer3dcanvas.h"
 
 #include <wx/frame.h>
 
 #include <memory>
 #include <optional>
 
-namespace zelviewer {
+namespace zel {
 
 namespace {
 
 class MouseControl {
 public:
-    explicit MouseControl(zel::zel_Viewer3dCanvas& canvas) : m_canvas(canvas) {}
+    explicit MouseControl(zel_Viewer3dCanvas& canvas) : m_canvas(canvas) {}
 
-    void OnMouse(const zel::zel_DrWin3d& window, const wxMouseEvent& event) {
+    void OnMouse(const zel_DrWin3d& window, const wxMouseEvent& event) {
         const wxEventType type = event.GetEventType();
         if (type == wxEVT_LEFT_DOWN) {
             m_dragged = &window;
@@ -44,46 +45,46 @@ private:
     };
     /// What the middle button has taken hold of.
     struct Hold {
-        const zel::zel_DrWin3d* window;
+        const zel_DrWin3d* window;
         Point place;
     };
 
     /// @param pixels  of the window along this axis
-    zel::AxisLook Look(zel::Axis axis, int pixels) const {
-        return zel::LookAlong(m_canvas.GetView(), m_canvas.GetImageGeometry(), axis, pixels);
+    AxisLook Look(Axis axis, int pixels) const {
+        return LookAlong(m_canvas.GetView(), m_canvas.GetImageGeometry(), axis, pixels);
     }
-    zel::AxisLook Horizontal(const zel::zel_DrWin3d& window) const {
+    AxisLook Horizontal(const zel_DrWin3d& window) const {
         return Look(window.GetPlane().horizontal, window.GetClientSize().x);
     }
-    zel::AxisLook Vertical(const zel::zel_DrWin3d& window) const {
+    AxisLook Vertical(const zel_DrWin3d& window) const {
         return Look(window.GetPlane().vertical, window.GetClientSize().y);
     }
-    Point Place(const zel::zel_DrWin3d& window, const wxPoint& at) const {
+    Point Place(const zel_DrWin3d& window, const wxPoint& at) const {
         return {MicronsAt(Horizontal(window), at.x), MicronsAt(Vertical(window), at.y)};
     }
 
-    void SetCut(const zel::zel_DrWin3d& window, const wxPoint& at) {
+    void SetCut(const zel_DrWin3d& window, const wxPoint& at) {
         m_canvas.Apply(m_canvas.GetView().MoveCutIn(window.GetPlane(), MiddleOfVoxelAt(Horizontal(window), at.x),
                                                     MiddleOfVoxelAt(Vertical(window), at.y)));
     }
 
-    void Centre(const zel::zel_DrWin3d& window, const wxPoint& at) {
+    void Centre(const zel_DrWin3d& window, const wxPoint& at) {
         const Point place = Place(window, at);
         m_canvas.Apply(m_canvas.GetView().CentreOn(window.GetPlane(), place.horizontal, place.vertical));
     }
 
     /// Brings a place under a pixel, as near as the image's edges let it.
-    void Show(const zel::zel_DrWin3d& window, const Point& place, const wxPoint& at) {
-        zel::View& view = m_canvas.GetView();
+    void Show(const zel_DrWin3d& window, const Point& place, const wxPoint& at) {
+        View& view = m_canvas.GetView();
         const kep::Vector3d<float> before = view.visibleBox.offset;
-        const zel::ViewChange change =
+        const ViewChange change =
             view.CentreOn(window.GetPlane(), CentreToShowAt(Horizontal(window), place.horizontal, at.x),
                           CentreToShowAt(Vertical(window), place.vertical, at.y));
         if (view.visibleBox.offset != before)
             m_canvas.Apply(change);
     }
 
-    void OnWheel(const zel::zel_DrWin3d& window, const wxMouseEvent& event) {
+    void OnWheel(const zel_DrWin3d& window, const wxMouseEvent& event) {
         const int notches = m_wheel.Turn(event.GetWheelRotation(), event.GetWheelDelta());
         if (notches == 0)
             return;
@@ -96,39 +97,39 @@ private:
     }
 
     /// By the frame's own command, so that the frame's size follows as it does from the menu.
-    void Zoom(const zel::zel_DrWin3d& window, const wxPoint& at, int notches) {
+    void Zoom(const zel_DrWin3d& window, const wxPoint& at, int notches) {
         auto* const frame = dynamic_cast<wxFrame*>(wxGetTopLevelParent(&m_canvas));
         if (frame == nullptr)
             return;
         const Point place = Place(window, at);
         const wxPoint inCanvas = window.GetPosition() + at;
         for (int i = 0; i < std::abs(notches); ++i)
-            frame->ProcessCommand(notches > 0 ? zel::zel_CMD_ZOOM_IN : zel::zel_CMD_ZOOM_OUT);
+            frame->ProcessCommand(notches > 0 ? zel_CMD_ZOOM_IN : zel_CMD_ZOOM_OUT);
         Show(window, place, inCanvas - window.GetPosition()); // what was under the pointer stays there
     }
 
-    void StepCut(const zel::Plane& plane, int steps) {
-        zel::View& view = m_canvas.GetView();
+    void StepCut(const Plane& plane, int steps) {
+        View& view = m_canvas.GetView();
         const float cut = At(view.options.cut, plane.third);
         const float moved = MiddleOfVoxelBeside(Look(plane.third, 1), cut, steps);
         if (moved != cut)
             m_canvas.Apply(view.MoveCutThrough(plane, moved));
     }
 
-    zel::zel_Viewer3dCanvas& m_canvas;
+    zel_Viewer3dCanvas& m_canvas;
     WheelNotches m_wheel;
     std::optional<Hold> m_held;
-    const zel::zel_DrWin3d* m_dragged = nullptr; // in which the left button was pressed
+    const zel_DrWin3d* m_dragged = nullptr; // in which the left button was pressed
 };
 
 } // namespace
 
-void UseMouse(zel::zel_Viewer3dCanvas& canvas) {
-    canvas.Bind(zel::zel_EVT_MOUSE3D, [control = std::make_shared<MouseControl>(canvas)](zel::zel_Mouse3dEvent& event) {
+void UseMouse(zel_Viewer3dCanvas& canvas) {
+    canvas.Bind(zel_EVT_MOUSE3D, [control = std::make_shared<MouseControl>(canvas)](zel_Mouse3dEvent& event) {
         event.Skip(); // the canvas tells of the pixel under the pointer
         if (event.GetWindow() != nullptr)
             control->OnMouse(*event.GetWindow(), event.GetMouseEvent());
     });
 }
 
-} // namespace zelviewer
+} // namespace zel

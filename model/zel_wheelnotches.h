@@ -1,9 +1,11 @@
 #pragma once
 
-namespace zelviewer {
+#include "model/zel_export.h"
+
+namespace zel {
 
 /// Makes whole notches of a wheel's turns, some of which come in parts of one.
-class WheelNotches {
+class ZEL_EXPORT WheelNotches {
 public:
     /// @param rotation  of one event, above 0 away from the user
     /// @param delta     of a whole notch
@@ -14,4 +16,4 @@ private:
     int m_rest = 0;
 };
 
-} // namespace zelviewer
+} // namespace zel
