@@ -1,4 +1,5 @@
-# Installs into a scratch folder, builds a host against it in a build of its own, and runs a program of it there.
+# Installs into a scratch folder, builds a host against it in a build of its own, and runs a program of it there if one
+# is named.
 function(run)
   execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${SCRATCH}
     RESULT_VARIABLE result OUTPUT_VARIABLE output ERROR_VARIABLE output)
@@ -11,6 +12,8 @@ file(REMOVE_RECURSE ${SCRATCH})
 file(MAKE_DIRECTORY ${SCRATCH})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${SCRATCH}/usr)
 run(${CMAKE_COMMAND} -S ${SOURCE} -B ${SCRATCH}/host -G Ninja -DCMAKE_PREFIX_PATH=${SCRATCH}/usr
-  -DCMAKE_CXX_COMPILER=${COMPILER})
+  -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER})
 run(${CMAKE_COMMAND} --build ${SCRATCH}/host)
-run(${SCRATCH}/host/${PROGRAM} ${ARGUMENTS})
+if(PROGRAM)
+  run(${SCRATCH}/host/${PROGRAM})
+endif()
