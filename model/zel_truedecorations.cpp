@@ -27,10 +27,11 @@ float RoundLength(float wished) {
     return static_cast<float>(nearest * std::pow(10.0, decade));
 }
 
-TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int width) {
+TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int width, float chosen) {
     constexpr float part = 6;
+    const bool isChosen = std::isfinite(chosen) && chosen > 0.0F && chosen != ScaleBarShape().length;
     TrueScaleBar bar;
-    bar.length = RoundLength(static_cast<float>(std::max(width, 1)) / part / horizontal);
+    bar.length = isChosen ? chosen : RoundLength(static_cast<float>(std::max(width, 1)) / part / horizontal);
     const auto pixels = [&bar](float scale) {
         return HeldPixels(std::round(static_cast<double>(bar.length) * static_cast<double>(scale)));
     };

@@ -20,10 +20,12 @@ struct TrueScaleBar {
     Size legs;        ///< the same in the picture, pixels along the window's horizontal and vertical axis
 };
 
-/// A bar of round length that takes about a sixth of the window's width, at the scale that the picture has.
+/// A bar at the scale that the picture has. Its length is the user's, if that is another than the 1 micron of every
+/// viewer at first; otherwise a round one that takes about a sixth of the window's width.
 /// @param horizontal, vertical  pixels per micron along the window's axes, above 0
 /// @param width                 of the window, pixels
-ZEL_EXPORT TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int width);
+/// @param chosen                microns; counts if it is above 0 and finite
+ZEL_EXPORT TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int width, float chosen = 1.0F);
 
 /// As ScaleBarText: "50 µm: ", or "50 pixels: " where microns are not known, in UTF-8.
 ZEL_EXPORT std::string TrueScaleBarText(float length, bool inMicrons);

@@ -80,7 +80,7 @@ void zel_DrWin3d::DrawScaleBar(wxDC& dc) {
     Size legs;
     if (m_canvas->GetTruePictures().scaleBar) {
         const TrueScaleBar bar = MakeTrueScaleBar(At(m_view.scale, m_plane.horizontal),
-                                                  At(m_view.scale, m_plane.vertical), GetClientSize().x);
+                                                  At(m_view.scale, m_plane.vertical), GetClientSize().x, style.length);
         text = TrueScaleBarText(bar.length, resolution.IsDefined());
         legs = bar.legs;
     } else {

@@ -26,7 +26,8 @@ namespace zel {
 
 /// What a canvas draws and saves as it is, rather than by the rules of old that hosts may rely on.
 struct zel_TruePictures {
-    /// The scale bar has a round length of its own, about a sixth of the window, at the picture's scale on each axis.
+    /// The scale bar is drawn at the picture's scale on each axis, with the length that the user has chosen or else a
+    /// round one, about a sixth of the window.
     bool scaleBar = false;
     /// The cut pointer is mirrored together with the picture.
     bool cutPointer = false;

@@ -47,6 +47,15 @@ TEST(TrueScaleBar, EachLegHasTheScaleOfItsAxis) {
     EXPECT_EQ(bar.legs, Size(80, 23));
 }
 
+TEST(TrueScaleBar, HasTheLengthThatTheUserHasChosen) {
+    const TrueScaleBar bar = MakeTrueScaleBar(4, 2, 600, 12.5F);
+    EXPECT_EQ(bar.length, 12.5F);
+    EXPECT_EQ(bar.legs, Size(50, 25));
+    for (const float none : {1.0F, 0.0F, -3.0F, std::numeric_limits<float>::infinity(),
+                             std::numeric_limits<float>::quiet_NaN()})
+        EXPECT_EQ(MakeTrueScaleBar(4, 2, 600, none).length, 20.0F) << none; // 100 pixels are 25 microns: 20 is nearest
+}
+
 TEST(TrueScaleBar, OfPicturesLargeAndSmall) {
     EXPECT_EQ(MakeTrueScaleBar(1e-4F, 1e-4F, 600).length, 1e6F);
     EXPECT_EQ(MakeTrueScaleBar(1e-4F, 1e-4F, 600).legs, Size(100, 100));
