@@ -2,7 +2,8 @@
 # calls and checks it.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME zel)
-set(CPACK_PACKAGE_CONTACT "The zel authors <zel@localhost.localdomain>")
+set(CPACK_PACKAGE_CONTACT "The zel authors <zel@zel.invalid>")
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "") # each package has its own
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
@@ -12,11 +13,14 @@ set(CPACK_COMPONENTS_ALL library development viewer documentation)
 set(CPACK_COMPONENTS_GROUPING IGNORE)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 
-set(CPACK_DEBIAN_PACKAGE_RELEASE 1)
+set(CPACK_DEBIAN_PACKAGE_RELEASE 0local1) # a package of a distribution, from 1 on, takes its place
+set(CPACK_DEBIAN_PACKAGE_PRIORITY optional)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_COMPRESSION_TYPE xz)
 set(CPACK_DEBIAN_PACKAGE_SOURCE zel)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY ">=")
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${CMAKE_LIBRARY_OUTPUT_DIRECTORY})
 
@@ -25,7 +29,7 @@ set(library_package libzel${PROJECT_VERSION_MAJOR}.${PROJECT_VERSION_MINOR})
 
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_NAME ${library_package})
 set(CPACK_DEBIAN_LIBRARY_PACKAGE_SECTION libs)
-set(CPACK_DEBIAN_LIBRARY_PACKAGE_GENERATE_SHLIBS ON)
+set(CPACK_DEBIAN_LIBRARY_PACKAGE_CONTROL_EXTRA ${PROJECT_SOURCE_DIR}/packaging/debian/triggers)
 set(CPACK_DEBIAN_LIBRARY_DESCRIPTION "viewer library for 3D and 4D microscope images
 zel shows the XY, XZ and YZ cuts through a stack of microscope images side by
 side, exact to the voxel, with labels over them, the whole stack in space, and
@@ -50,8 +54,8 @@ set(CPACK_DEBIAN_VIEWER_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_VIEWER_PACKAGE_DEPENDS "${library_package} (= ${version})")
 set(CPACK_DEBIAN_VIEWER_PACKAGE_SUGGESTS libzel-doc)
 set(CPACK_DEBIAN_VIEWER_DESCRIPTION "viewer for 3D and 4D microscope images
-zelviewer shows the XY, XZ and YZ cuts through a stack of microscope images side
-by side, exact to the voxel. It maps values by stretches, thresholds and
+zelviewer shows the XY, XZ and YZ cuts through a stack of microscope images
+side by side, exact to the voxel. It maps values by stretches, thresholds and
 palettes, lays labels over the picture, shows the volume in space, plays
 sequences, and saves views, galleries, films and meshes, also from scripts.
 .
@@ -71,4 +75,5 @@ programs that embed the library.")
 # Files that are for Debian alone are put beside the installed ones just before they are packed.
 set(CPACK_ZEL_DEBIAN ${PROJECT_SOURCE_DIR}/packaging/debian)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/zelDebianFiles.cmake)
+set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/zelDebianScripts.cmake)
 include(CPack)
