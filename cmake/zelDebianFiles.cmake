@@ -1,5 +1,5 @@
 # Run by cpack when the components are installed in folders of their own and not packed yet: what Debian asks of each
-# package beside that, which is copyright and changelog, and compressed manual pages.
+# package beside that, which is copyright and changelog, compressed manual pages, and no path in a binary to its libraries.
 function(compress file)
   execute_process(COMMAND gzip -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -16,6 +16,10 @@ foreach(component ${CPACK_COMPONENTS_ALL})
   configure_file(${CPACK_ZEL_DEBIAN}/copyright ${doc}/copyright COPYONLY)
   configure_file(${CPACK_ZEL_DEBIAN}/changelog ${doc}/changelog.Debian COPYONLY)
   compress(${doc}/changelog.Debian)
+  file(GLOB binaries ${usr}/bin/* ${usr}/${CPACK_ZEL_LIBRARIES}/lib*.so.*.*.*)
+  foreach(binary ${binaries}) # where an installed path was meant to go, empty ones may be left, and they mean "here"
+    file(RPATH_REMOVE FILE ${binary})
+  endforeach()
   file(GLOB manuals ${usr}/share/man/man*/*.[1-8])
   foreach(manual ${manuals})
     compress(${manual})

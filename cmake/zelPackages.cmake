@@ -74,6 +74,7 @@ programs that embed the library.")
 
 # Files that are for Debian alone are put beside the installed ones just before they are packed.
 set(CPACK_ZEL_DEBIAN ${PROJECT_SOURCE_DIR}/packaging/debian)
+set(CPACK_ZEL_LIBRARIES ${CMAKE_INSTALL_LIBDIR})
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/zelDebianFiles.cmake)
 set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/zelDebianScripts.cmake)
 include(CPack)
