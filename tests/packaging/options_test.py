@@ -1,4 +1,4 @@
-"""The manual page and the completion have the options that --help has: options_test.py ZELVIEWER PACKAGING_FOLDER.
+"""Manual page, completion and user's guide have the options that --help has: options_test.py ZELVIEWER ROOT.
 
 Compared are the names of all options, what stands for their values, and the values of those that take fixed ones.
 """
@@ -58,6 +58,11 @@ def parse_completion(text):
     return offered, values
 
 
+def find_mentions(text):
+    """All long options that a text names."""
+    return set(re.findall(r"(?<![\w-])--[a-z][a-z-]*[a-z]", text))
+
+
 class Parsing(unittest.TestCase):
     """What the comparison rests on."""
 
@@ -83,6 +88,10 @@ class Parsing(unittest.TestCase):
         )
         self.assertEqual(parse_manual(page), {"-h": "", "--help": "", "--close-it": "N,N[,N]"})
 
+    def test_mentions(self):
+        text = "`--one` and (--two-b, --three=x), ---, a--b, \\f--no"
+        self.assertEqual(find_mentions(text), {"--one", "--two-b", "--three"})
+
     def test_completion(self):
         script = "--kind) COMPREPLY=($(compgen -W 'red blue' -- \"$cur\")) ;;\nx=$(compgen -W '-h --help\n  --kind' --)"
         self.assertEqual(parse_completion(script), ({"-h", "--help", "--kind"}, {"--kind": {"red", "blue"}}))
@@ -95,11 +104,17 @@ class Options(unittest.TestCase):
     def test_help_is_read_whole(self):
         options = parse_help(self.help)
         self.assertGreater(len(options), 30)
-        mentioned = set(re.findall(r"(?<!\S)--[a-z][a-z-]+", self.help))
-        self.assertEqual(mentioned - set(options), set(), "mentioned in --help without an entry, or an entry overlooked")
+        self.assertEqual(find_mentions(self.help), {name for name in options if name.startswith("--")})
 
     def test_manual_has_an_entry_for_each(self):
         self.assertEqual(parse_manual((packaging / "zelviewer.1").read_text()), parse_help(self.help))
+
+    def test_manual_and_guide_name_no_others(self):
+        options = {name for name in parse_help(self.help) if name.startswith("--")}
+        manual = (packaging / "zelviewer.1").read_text().replace("\\-", "-")
+        self.assertEqual(find_mentions(manual), options)
+        guide = (packaging.parent / "docs/user-guide.md").read_text()
+        self.assertEqual(find_mentions(guide), options)
 
     def test_completion_offers_each(self):
         offered, _ = parse_completion((packaging / "zelviewer.bash").read_text())
@@ -120,5 +135,5 @@ class Options(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    viewer, packaging = sys.argv[1], pathlib.Path(sys.argv[2])
+    viewer, packaging = sys.argv[1], pathlib.Path(sys.argv[2]) / "packaging"
     unittest.main(argv=sys.argv[:1])
