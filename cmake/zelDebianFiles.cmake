@@ -1,5 +1,6 @@
 # Run by cpack when the components are installed in folders of their own and not packed yet: what Debian asks of each
-# package beside that, which is copyright and changelog, compressed manual pages, and no path in a binary to its libraries.
+# package beside that. These are copyright and changelog, compressed manual pages, permissions, and no path in a binary to
+# its libraries.
 function(compress file)
   execute_process(COMMAND gzip -9nf ${file} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
@@ -24,4 +25,6 @@ foreach(component ${CPACK_COMPONENTS_ALL})
   foreach(manual ${manuals})
     compress(${manual})
   endforeach()
+  # whatever the umask and the checkout made of them
+  execute_process(COMMAND chmod -R u=rwX,go=rX ${usr} COMMAND_ERROR_IS_FATAL ANY)
 endforeach()

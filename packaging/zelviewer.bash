@@ -21,6 +21,7 @@ _zelviewer() {
         for window in xy xz yz; do
             [[ ,$chosen == *,$window,* ]] || COMPREPLY+=($(compgen -W "$chosen$window" -- "$cur"))
         done
+        compopt -o nospace # a comma may follow
         ;;
     --labels) _filedir "$images" ;;
     --save-view | --save-gallery) _filedir "$pictures" ;;

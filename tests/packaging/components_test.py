@@ -10,10 +10,8 @@ import unittest
 
 
 def install(*options, **environment):
-    subprocess.run(
-        ["cmake", "--install", build, *options],
-        env=dict(os.environ, **environment), stdout=subprocess.DEVNULL, check=True,
-    )  # fmt: skip
+    command = ["cmake", "--install", build, *options]
+    subprocess.run(command, env=dict(os.environ, **environment), stdout=subprocess.DEVNULL, check=True)
 
 
 def files_in(folder):
@@ -66,7 +64,8 @@ class Components(unittest.TestCase):
         (self.folder / "stage/opt/zel of mine").rename(placed)
         self.assertEqual(files_in(placed), files_in(self.folder / "all"))
         environment = {name: value for name, value in os.environ.items() if name != "LD_LIBRARY_PATH"}
-        said = subprocess.run(["ldd", placed / "bin/zelviewer"], env=environment, capture_output=True, text=True, check=True)
+        command = ["ldd", placed / "bin/zelviewer"]
+        said = subprocess.run(command, env=environment, capture_output=True, text=True, check=True)
         loaded = re.findall(r"lib(?:zel|zelmodel|kepcore|kepalgo)\.so\S* => (\S+)/lib", said.stdout)
         self.assertEqual(len(loaded), 4)
         self.assertEqual({os.path.realpath(path).startswith(str(placed.resolve())) for path in loaded}, {True})
@@ -75,9 +74,8 @@ class Components(unittest.TestCase):
     def test_pkg_config_tells_the_place_where_it_lies(self):
         placed = self.folder / "all"
         pc = next(placed.rglob("zel.pc"))
-        said = subprocess.run(
-            ["pkg-config", "--cflags", "--libs", pc], capture_output=True, text=True, check=True
-        ).stdout.split()
+        command = ["pkg-config", "--cflags", "--libs", pc]
+        said = subprocess.run(command, capture_output=True, text=True, check=True).stdout.split()
         headers = [pathlib.Path(word[2:]).resolve() for word in said if word.startswith("-I")]
         self.assertIn((placed / "include/zel").resolve(), headers)
         libraries = [pathlib.Path(word[2:]).resolve() for word in said if word.startswith("-L")]

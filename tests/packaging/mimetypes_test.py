@@ -23,10 +23,9 @@ class MimeTypes(unittest.TestCase):
         cls.data = cls.folder / "data"
         (cls.data / "mime/packages").mkdir(parents=True)
         shutil.copy(package, cls.data / "mime/packages")
-        run = subprocess.run(
-            ["update-mime-database", cls.data / "mime"],
-            env=dict(os.environ, XDG_DATA_HOME=str(cls.data)), capture_output=True, text=True, check=True,
-        )  # fmt: skip
+        environment = dict(os.environ, XDG_DATA_HOME=str(cls.data))
+        command = ["update-mime-database", cls.data / "mime"]
+        run = subprocess.run(command, env=environment, capture_output=True, text=True, check=True)
         if run.stderr:
             raise AssertionError(run.stderr)
 
@@ -35,10 +34,8 @@ class MimeTypes(unittest.TestCase):
         file.write_bytes(content)
         environment = dict(os.environ, XDG_DATA_DIRS="/usr/local/share:/usr/share", LC_ALL="C")
         environment["XDG_DATA_HOME"] = str(self.data if with_package else self.folder / "none")
-        run = subprocess.run(
-            ["gio", "info", "-a", "standard::content-type", file],
-            env=environment, capture_output=True, text=True, check=True,
-        )  # fmt: skip
+        command = ["gio", "info", "-a", "standard::content-type", file]
+        run = subprocess.run(command, env=environment, capture_output=True, text=True, check=True)
         return run.stdout.split("standard::content-type: ")[1].strip()
 
     def test_images_of_ics(self):

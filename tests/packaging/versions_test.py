@@ -41,8 +41,9 @@ class Versions(unittest.TestCase):
             read_metainfo(f"<component><releases>{releases}</releases></component>"), ("7.8.9", "2031-02-03")
         )
         entry = "zel ({}) unstable; urgency=low\n\n  * x\n\n -- N <n@n>  {} +0100\n\n"
-        entries = entry.format("7.8.9-2", "Mon, 03 Feb 2031 10:00:00") + entry.format("1.0-1", "Tue, 01 Jan 2030 00:00:00")
-        self.assertEqual(read_changelog(entries), ("7.8.9", "2031-02-03"))
+        newest = entry.format("7.8.9-2", "Mon, 03 Feb 2031 10:00:00")
+        older = entry.format("1.0-1", "Tue, 01 Jan 2030 00:00:00")
+        self.assertEqual(read_changelog(newest + older), ("7.8.9", "2031-02-03"))
 
 
 if __name__ == "__main__":
