@@ -1,4 +1,4 @@
-"""Installs a build in parts and in other places: components_test.py BUILD_FOLDER."""
+"""Installs a build in parts and in other places: components_test.py BUILD_FOLDER ROOT."""
 
 import os
 import pathlib
@@ -17,6 +17,12 @@ def install(*options, **environment):
 def files_in(folder):
     """All but folders, links as well, by their names from there."""
     return {os.path.relpath(os.path.join(here, name), folder) for here, _, names in os.walk(folder) for name in names}
+
+
+def find_links(page):
+    """What the links of a page in Markdown lead to, within the project; without anchors and without code."""
+    text = re.sub(r"```.*?```|`[^`\n]*`|^ {4}[^\n]*$", "", page, flags=re.S | re.M)
+    return [link for link in re.findall(r"\]\(([^)#]+)", text) if "://" not in link]
 
 
 class Components(unittest.TestCase):
@@ -57,6 +63,23 @@ class Components(unittest.TestCase):
         rooms = "image histogram dialogs volume viewer mapping overlay factory model core/kepcore core/kepalgo"
         self.assertEqual({os.path.dirname(file) for file in headers}, {f"include/zel/{room}" for room in rooms.split()})
 
+    def test_links_of_pages_lead_to_what_is_installed(self):
+        """Or to sources, which pages speak of too: to all of the project but documentation."""
+        documents = self.folder / "documentation"
+        top = next(documents.rglob("CHANGELOG.md")).parent
+        pages = list(top.rglob("*.md"))
+        self.assertGreater(len(pages), 3)
+        for page in pages:
+            for link in find_links(page.read_text()):
+                place = os.path.relpath(os.path.normpath(page.parent / link), top)
+                is_source = (root / place).exists() and place.split("/")[0] not in ("docs", "examples")
+                self.assertTrue((top / place).exists() or is_source, f"{page}: {link}")
+
+    def test_links_are_found(self):
+        page = "[a](b.md) ![c](d/e.png#f) [g](#h) [i](https://j.k) `[l](m)`\n"
+        page += "```cpp\n[n](o)\n```\n    [p](q)\n[r\ns](t)\n"
+        self.assertEqual(find_links(page), ["b.md", "d/e.png", "t"])
+
     def test_the_program_runs_where_it_was_moved_to(self):
         """DESTDIR stages an installation for another place; binaries find one another from where they lie."""
         install("--prefix", "/opt/zel of mine", DESTDIR=str(self.folder / "stage"))
@@ -85,5 +108,5 @@ class Components(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    build = sys.argv[1]
+    build, root = sys.argv[1], pathlib.Path(sys.argv[2])
     unittest.main(argv=sys.argv[:1])
