@@ -3,6 +3,7 @@
 Compared are the names of all options, what stands for their values, and the values of those that take fixed ones.
 """
 
+import fnmatch
 import pathlib
 import re
 import subprocess
@@ -115,6 +116,16 @@ class Options(unittest.TestCase):
         self.assertEqual(find_mentions(manual), options)
         guide = (packaging.parent / "docs/user-guide.md").read_text()
         self.assertEqual(find_mentions(guide), options)
+
+    def test_tools_run_takes_no_screenshot_for_those_that_exit(self):
+        """tools/run looks for options that leave it nothing to show, so that it adds none of its own."""
+        entries = re.split(r"\n {2}(?=-)", self.help)
+        exiting = {OPTION.match(entry)[0] for entry in entries if re.search(r"\band\s+exit\b", entry)}
+        self.assertLessEqual({"-h", "--info", "--screenshot", "--save-film", "--export-meshes"}, exiting)
+        tool = (packaging.parent / "tools/run").read_text()
+        patterns = re.search(r"^ {4}(-.*)\)\s+needs_window=no", tool, re.M)[1].split(" | ")
+        missed = {name for name in exiting if not any(fnmatch.fnmatch(name, pattern) for pattern in patterns)}
+        self.assertEqual(missed, set())
 
     def test_completion_offers_each(self):
         offered, _ = parse_completion((packaging / "zelviewer.bash").read_text())
