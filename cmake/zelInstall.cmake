@@ -41,8 +41,5 @@ install(DIRECTORY ${packaging}/icons/ DESTINATION ${share}/icons/hicolor COMPONE
 
 # Beside one another as they are here, so that the links between them hold.
 install(FILES README.md CHANGELOG.md CONTRIBUTING.md LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation)
-install(DIRECTORY docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation
   PATTERN docs/README.md EXCLUDE PATTERN build EXCLUDE)
-if(EXISTS ${PROJECT_SOURCE_DIR}/examples)
-  install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT documentation PATTERN build EXCLUDE)
-endif()
