@@ -43,8 +43,8 @@ class Components(unittest.TestCase):
         self.assertEqual(set(together), files_in(self.folder / "all"))
 
     def test_the_library_is_what_programs_load(self):
-        names = {re.sub(r"^.*/", "", file) for file in self.parts["library"]}
-        of_each = [{f"lib{name}.so.0.1", f"lib{name}.so.0.1.0"} for name in ("kepcore", "kepalgo", "zelmodel", "zel")]
+        names = {re.sub(r"\d+", "N", os.path.basename(file)) for file in self.parts["library"]}
+        of_each = [{f"lib{name}.so.N.N", f"lib{name}.so.N.N.N"} for name in ("kepcore", "kepalgo", "zelmodel", "zel")]
         self.assertEqual(names, set().union(*of_each))
 
     def test_development_is_what_hosts_are_built_with(self):
