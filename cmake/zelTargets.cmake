@@ -33,6 +33,7 @@ function(zel_add_library name)
   add_library(${name} SHARED ${ARGN})
   add_library(zel::${name} ALIAS ${name})
   target_link_libraries(${name} PRIVATE $<BUILD_INTERFACE:zel_options>)
+  target_compile_features(${name} PUBLIC cxx_std_20) # hosts too, as the headers use it
   target_include_directories(${name} PUBLIC
     $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/zel>)
   if(NOT ZEL_SANITIZE)
