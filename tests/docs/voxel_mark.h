@@ -20,7 +20,7 @@ public:
         SetOverlaying(true);
     }
 
-    /// The caller sends a zel_OverlayingEvent to the frame.
+    /// The caller sends a zel_OverlayingEvent(true, true) to the frame.
     void MoveTo(const kep::Vector3d<int>& voxel) { m_voxel = voxel; }
 
     std::size_t Buffer_Create(zel_OverlayWindowType type) override {
