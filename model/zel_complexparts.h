@@ -25,7 +25,7 @@ inline constexpr int complexModeCount = 4;
 class ZEL_EXPORT zel_ComplexPartShown {
 public:
     virtual ~zel_ComplexPartShown() = default;
-    virtual ComplexMode GetShowMode() const = 0;
+    virtual ComplexMode GetShowMode() const = 0; ///< of all voxels that it maps
 };
 
 /// The part that a mapper of complex voxels shows.

@@ -22,8 +22,8 @@ using Sheet = kep::Image3d<Colour>;
 
 /// Pixels that stay their owner's: rows from top to bottom, without gaps.
 struct PictureSource {
-    const Colour* pixels = nullptr;
-    Size size;
+    const Colour* pixels = nullptr; ///< null for a picture that is left out
+    Size size;                      ///< columns and rows
 };
 
 /// Which windows go into a saved view: those that are shown and asked for. A mask asks for one window, by its own
@@ -41,7 +41,7 @@ ZEL_EXPORT Sheet ComposeView(const PerPlane<PictureSource>& pictures, const PerP
 
 /// A sheet of XY pictures, one for each slice: first, first + step, and so on up to last.
 struct GalleryOptions {
-    int first = 0;
+    int first = 0;      ///< numbered from 0
     int last = 0;       ///< above or equal to first
     int step = 1;       ///< below 1 counts as 1
     bool byRows = true; ///< `count` is the number of rows; else of columns

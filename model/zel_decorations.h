@@ -15,25 +15,28 @@ namespace zel {
 /// A time bar without its colour. A position is a corner of the window, 0 top left, 1 top right,
 /// 2 bottom left, 3 bottom right; an offset is the distance from that corner inwards, in pixels.
 struct TimeBarShape {
-    int length = 50;   ///< pixels from the first frame to the last
-    int thickness = 2; ///< pixels of the pen; below 1 nothing is drawn
-    int position = 3;
-    Point offset{10, 10};
+    int length = 50;      ///< pixels from the first frame to the last
+    int thickness = 2;    ///< pixels of the pen; below 1 nothing is drawn
+    int position = 3;     ///< corner of the window
+    Point offset{10, 10}; ///< from that corner, pixels
 };
 
 /// A scale bar without its colour.
 struct ScaleBarShape {
-    float length = 1.0F; ///< microns
-    int thickness = 2;   ///< pixels of the pen; below 1 nothing is drawn
-    int position = 2;
-    Point offset{10, 10};
+    float length = 1.0F;  ///< microns
+    int thickness = 2;    ///< pixels of the pen; below 1 nothing is drawn
+    int position = 2;     ///< corner of the window
+    Point offset{10, 10}; ///< from that corner, pixels
 };
 
 /// A straight line between two points.
 struct Stroke {
+    /// @{
+    /// Pixels of the window.
     Point from;
     Point to;
-    friend bool operator==(const Stroke&, const Stroke&) = default;
+    /// @}
+    friend bool operator==(const Stroke&, const Stroke&) = default; ///< of both ends
 };
 
 /// Top left corner of a block that stands at a corner of the window (0 top left, 1 top right, 2 bottom left, 3 bottom
@@ -54,6 +57,7 @@ inline bool HasTimeBar(const TimeBarShape& style, int count) {
     return style.thickness >= 1 && count >= 2;
 }
 
+/// Where the parts of a time bar stand, pixels of the window.
 struct TimeBarGeometry {
     Point text;    ///< top left corner of "Time: "
     Stroke bar;    ///< left to right
@@ -73,10 +77,11 @@ ZEL_EXPORT std::string ScaleBarText(float length);
 /// @param resolution  the image's, pixels per micron
 ZEL_EXPORT int ScaleBarPixels(float length, int zoom, float resolution);
 
+/// Where the parts of a scale bar stand, pixels of the window.
 struct ScaleBarGeometry {
-    Point text;
+    Point text;        ///< top left corner of the text
     Stroke horizontal; ///< both legs begin at the corner of the angle
-    Stroke vertical;
+    Stroke vertical;   ///< away from the nearer of the window's edges
 };
 
 /// @param text  extent of the text, pixels

@@ -19,7 +19,7 @@ struct IconPlan {
     /// of the picture is not in it.
     Rect opaque;
 
-    friend bool operator==(const IconPlan&, const IconPlan&) = default;
+    friend bool operator==(const IconPlan&, const IconPlan&) = default; ///< of all fields
 };
 
 /// @param picture  its columns and rows

@@ -17,11 +17,11 @@ struct LabelVolume;
 /// The triangle mesh of one label. Movable, not copyable; the arrays live as long as the mesh.
 class ZEL_EXPORT LabelSurface {
 public:
-    LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays);
+    LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays); ///< takes the arrays over
 
-    std::uint64_t GetLabel() const { return m_label; }
-    std::uint64_t GetVertexCount() const { return m_arrays.vertices.GetSize() / 3; }
-    std::uint64_t GetTriangleCount() const { return m_arrays.indices.GetSize() / 3; }
+    std::uint64_t GetLabel() const { return m_label; } ///< that the mesh is of, below 65536
+    std::uint64_t GetVertexCount() const { return m_arrays.vertices.GetSize() / 3; }  ///< each of three coordinates
+    std::uint64_t GetTriangleCount() const { return m_arrays.indices.GetSize() / 3; } ///< each of three indices
 
     /// x, y, z of each vertex. Null in a mesh without vertices, as are the other two.
     const float* GetVertices() const { return m_arrays.vertices.GetData(); }
@@ -74,6 +74,7 @@ public:
 
     /// A run has finished since the last Release.
     bool IsValid() const { return m_valid; }
+    /// The meshes at the places that `labelToSurface` gave them; valid until the next run or Release.
     const std::vector<LabelSurface>& GetSurfaces() const { return m_surfaces; }
 
 private:

@@ -36,8 +36,8 @@ ZEL_EXPORT void TransposePicture(const Colour* from, int width, int height, bool
 
 /// A picture as it is seen in a window. Who made it owns the pixels.
 struct SeenPicture {
-    Colour* pixels;
-    Size size;
+    Colour* pixels; ///< rows from top to bottom, without gaps
+    Size size;      ///< columns and rows
 };
 
 /// Turns and mirrors a plane's picture as the window shows it.

@@ -16,7 +16,7 @@ struct PixelPlace {
     kep::Vector3d<float> position;    ///< microns
     kep::Vector3d<std::size_t> voxel; ///< that the picture shows there; along the plane's third axis that of the cut
 
-    friend bool operator==(const PixelPlace&, const PixelPlace&) = default;
+    friend bool operator==(const PixelPlace&, const PixelPlace&) = default; ///< exact
 };
 
 /// Finds the place of the image that a pixel of a plane's window shows; none for places beside the image.

@@ -15,6 +15,7 @@ namespace zel {
 /// @param wished  finite and above 0
 ZEL_EXPORT float RoundLength(float wished);
 
+/// A scale bar at the scale of the picture.
 struct TrueScaleBar {
     float length = 0; ///< microns, or pixels of an image whose voxel size is not known
     Size legs;        ///< the same in the picture, pixels along the window's horizontal and vertical axis

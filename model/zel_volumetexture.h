@@ -37,8 +37,8 @@ ZEL_EXPORT unsigned char VoxelAlpha(const kep::RGB_generic<unsigned char>& colou
 
 /// Voxels of four bytes, R, G, B, A, without padding; row after row and slice after slice.
 struct VolumeTexture {
-    kep::Vector3d<std::size_t> size; ///< voxels, with the border
-    std::unique_ptr<unsigned char[]> rgba;
+    kep::Vector3d<std::size_t> size;       ///< voxels, with the border
+    std::unique_ptr<unsigned char[]> rgba; ///< of size.x * size.y * size.z voxels
 };
 
 /// Makes the texture of a mapped frame: its colours with VoxelAlpha, and on all six sides a border of one voxel that is

@@ -14,7 +14,8 @@ namespace kep {
 class KEP_EXPORT Resolution {
 public:
     constexpr Resolution() = default;
-    constexpr Resolution(float x, float y, float z) : res(x, y, z) {}
+    constexpr Resolution(float x, float y, float z) : res(x, y, z) {} ///< pixels per micron, of any value
+    /// Pixels per micron, of any value.
     constexpr explicit Resolution(const Vector3d<float>& pixelsPerMicron) : res(pixelsPerMicron) {}
 
     /// The stored numbers, as they are in files, comparisons and texts.
