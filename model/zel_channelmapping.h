@@ -41,8 +41,8 @@ struct ZEL_EXPORT ChannelMapping {
     void StretchLinear(const Histogram<T>& histogram);
     /// The same for a colour channel: one with less than two values takes the ends of its range.
     void StretchLinearOrWhole(const Histogram<T>& histogram);
-    /// @param fraction  of the voxels, left out at either end
     /// @param histogram  of the channel
+    /// @param fraction   of the voxels, left out at either end
     void StretchPercentil(const Histogram<T>& histogram, double fraction);
     /// Equalises the table itself. The levels are then only where a dialog begins.
     /// @return false, and nothing is changed, if the range has more bins than the table has entries

@@ -52,9 +52,9 @@ public:
     /// the order of cells: z, then rows from the last to the first, then x.
     ///
     /// A few passes over the voxels, fast where neighbours are alike; memory in proportion to the surface.
-    /// @param labels          sizeX * sizeY * sizeZ voxels, x fastest; 0 is background. Not needed after the call
-    /// @param labelToSurface  for each label in the frame its place among the surfaces: each of 0 to size - 1 once.
-    ///                        A label that is not there gets no surface
+    /// @param labels               sizeX * sizeY * sizeZ voxels, x fastest; 0 is background. Not needed after the call
+    /// @param labelToSurface       for each label in the frame its place among the surfaces: each of 0 to size - 1
+    ///                             once. A label that is not there gets no surface
     /// @param sizeX, sizeY, sizeZ  voxels. With less than two along an axis all surfaces are empty
     /// @param cellX, cellY, cellZ  distance of neighbouring voxels, in whatever unit the vertices should have
     /// @throws std::bad_alloc  the generator is then not valid, and empty

@@ -35,7 +35,7 @@ public:
 
     /// Reads the channels at a time point into `frame`, each voxel converted to C as by Image3d::ReadImage. Exists for
     /// unsigned char and unsigned short.
-    /// @param time  counted from 0
+    /// @param time   counted from 0
     /// @param frame  changed only when all of it has been read
     /// @throws IOException for everything that goes wrong, also for a channel or time point that the file does not
     ///         have; the frame is then unchanged

@@ -80,8 +80,8 @@ public:
     /// after any failure, what stood there stays. A description that is longer than the format holds is cut; all else
     /// comes back as it is, or the frame is refused.
     /// @param fileName  in the file system's encoding
-    /// @param compress  gzip in ICS, deflate in TIFF; else plain
     /// @param format    FF_BY_NAME goes by the suffix of the name
+    /// @param compress  gzip in ICS, deflate in TIFF; else plain
     /// @param voi       the box to write, in voxels, or null for the whole frame
     /// @return a sentence for the user on what the file lacks of the description; empty if it has all of it
     /// @throws IOException; std::bad_alloc when there is not even memory for its text
@@ -96,9 +96,9 @@ public:
     void DisposeData();
 
     /// Fills this frame with a box of src, which may be this frame. Voxels of the box outside src get `fill`.
+    /// @param src, voi      the frame, and the box of it in voxels
     /// @param keepGeometry  false: offset and resolution come from src and box as in the copy constructor; true: this
     ///                      frame keeps its own. The description stays in either case.
-    /// @param src, voi      the frame, and the box of it in voxels
     /// @param fill          value of the voxels that src does not have
     /// @throws LibException("CopyFromVOI(): The box is too large.") it holds more voxels than can be addressed;
     ///         std::bad_alloc
