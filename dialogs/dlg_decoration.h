@@ -17,6 +17,7 @@ public:
     /// @param border  pixels, shown at the start; TransferDataFromWindow brings the number chosen there. It must live
     /// as
     ///                long as the dialog
+    /// @param parent  the dialog goes with it
     DecorationDialog(wxWindow* parent, long* border);
 
     /// zel_PT_XY, zel_PT_XZ, zel_PT_YZ or zel_PT_ALL.

@@ -24,6 +24,10 @@ ZEL_EXPORT bool GetLongRangeFromUser(wxWindow* parent, long min_limit, long max_
 template <typename T>
 class ZEL_EXPORT SetRangeDlg : public wxDialog {
 public:
+    /// Shows the present values.
+    /// @param parent                the dialog goes with it
+    /// @param min_limit, max_limit  the values that can be entered
+    /// @param min, max              the present values; changed by OK only
     SetRangeDlg(wxWindow* parent, T min_limit, T max_limit, T& min, T& max);
 
 private:
@@ -41,9 +45,11 @@ using SetLongRangeDlg = SetRangeDlg<long>;
 template <typename T>
 class ZEL_EXPORT SetRGBRangeDlg : public wxDialog {
 public:
-    using Colour = kep::RGB_generic<T>;
+    using Colour = kep::RGB_generic<T>; ///< three numbers, one a channel
 
-    /// @param min, max  must live as long as the dialog is open
+    /// @param parent                the dialog goes with it
+    /// @param min_limit, max_limit  of each channel
+    /// @param min, max              must live as long as the dialog is open
     SetRGBRangeDlg(wxWindow* parent, const Colour& min_limit, const Colour& max_limit, Colour& min, Colour& max);
 
 private:

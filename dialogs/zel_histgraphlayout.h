@@ -16,16 +16,17 @@ struct HistGraphStyle {
     int verticalCells = 10;   ///< cells side by side, between the vertical lines
     int horizontalCells = 5;  ///< cells one above the other
     int horizontalMargin = 4; ///< pixels, both sides together
-    int verticalMargin = 4;
+    int verticalMargin = 4;   ///< pixels, top and bottom together
 };
 
 /// Positions of the parts of the graph, in pixels of the window.
 struct HistGraphGeometry {
+    /// A line of the grid.
     struct Line {
-        wxPoint from;
-        wxPoint to; ///< not drawn itself
+        wxPoint from; ///< first pixel
+        wxPoint to;   ///< not drawn itself
     };
-    wxRect frame;
+    wxRect frame;             ///< of the area in which the grid and the bars are
     std::vector<Line> grid;   ///< vertical lines, then horizontal ones
     std::vector<wxRect> bars; ///< left to right, neighbours of one height as one rectangle
 };
