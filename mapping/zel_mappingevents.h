@@ -14,9 +14,9 @@ class ZEL_EXPORT zel_MappingCommandEvent : public wxCommandEvent {
 public:
     /// @param cause  is cloned
     explicit zel_MappingCommandEvent(const wxCommandEvent& cause = wxCommandEvent());
-    zel_MappingCommandEvent(const zel_MappingCommandEvent& other);
+    zel_MappingCommandEvent(const zel_MappingCommandEvent& other); ///< clones the command too
 
-    wxEvent* Clone() const override { return new zel_MappingCommandEvent(*this); }
+    wxEvent* Clone() const override { return new zel_MappingCommandEvent(*this); } ///< for pending events
 
     /// The command; this event owns it.
     const wxCommandEvent* GetCommandEvent() const { return m_cause.get(); }
