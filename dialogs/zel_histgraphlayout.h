@@ -34,6 +34,7 @@ struct HistGraphGeometry {
 /// Lays out the graph of a histogram. The greatest count but that of the last bin fills the height; the last one may
 /// rise above the frame. One pass over the counts, and another over the columns of pixels.
 /// @param counts  of the bins; without any there are no bars
+/// @param style   the cells and margins
 /// @param window  client size
 ZEL_EXPORT HistGraphGeometry LayOutHistGraph(std::span<const std::size_t> counts, const HistGraphStyle& style,
                                              wxSize window);

@@ -21,6 +21,7 @@ public:
     wxEvent* Clone() const override { return new zel_MinMaxCtrlEvent(*this); } ///< for pending events
 };
 
+/// Sent by a VariableMinMaxCtrl to its parent; it propagates.
 ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 
 /// Sets a range, a low and a high value, and with it a gamma if wanted: by typing, by the arrow keys or by dragging

@@ -61,7 +61,11 @@ private:
     int m_channel;
 };
 
+/// @{
+/// Sent by the dialogs of levels and thresholds to the event handlers of their parent, which is the frame: so to the
+/// mapping module.
 ZEL_EXPORT extern const wxEventTypeTag<zel_LevelsEvent> zel_EVT_LEVELS_PREVIEW;
 ZEL_EXPORT extern const wxEventTypeTag<zel_ThresholdingEvent> zel_EVT_THRESHOLDING_PREVIEW;
+/// @}
 
 } // namespace zel

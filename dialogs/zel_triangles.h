@@ -22,6 +22,7 @@ private:
     int m_position;
 };
 
+/// Sent by a row of Triangles to its owner.
 ZEL_EXPORT extern const wxEventTypeTag<zel_TriangleEvent> zel_EVT_TRIANGLE;
 
 /// A row of triangles that the mouse drags: a left and a right one, and one for gamma between them. The row does not

@@ -23,6 +23,7 @@ private:
     double m_value;
 };
 
+/// Sent by a VariableTextCtrl to its parent.
 ZEL_EXPORT extern const wxEventTypeTag<zel_VariableTextCtrlEvent> zel_EVT_VARIABLE_TEXTCTRL;
 
 /// A text field that holds a number. A text that was typed is committed by Enter, and when the field loses the focus

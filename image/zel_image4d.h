@@ -13,6 +13,7 @@
 #include <valarray>
 #include <vector>
 
+/// Sequences of frames, as the viewers show them.
 namespace mor {
 
 namespace detail {

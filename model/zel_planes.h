@@ -11,6 +11,7 @@ namespace zel {
 /// The axes of an image.
 enum class Axis : int { X, Y, Z };
 
+/// All three, for loops.
 inline constexpr std::array<Axis, 3> axes{Axis::X, Axis::Y, Axis::Z};
 
 /// The component of a vector along an axis.
@@ -18,6 +19,7 @@ template <typename T>
 constexpr T& At(kep::Vector3d<T>& vector, Axis axis) {
     return axis == Axis::X ? vector.x : axis == Axis::Y ? vector.y : vector.z;
 }
+/// The same, to read.
 template <typename T>
 constexpr const T& At(const kep::Vector3d<T>& vector, Axis axis) {
     return axis == Axis::X ? vector.x : axis == Axis::Y ? vector.y : vector.z;

@@ -32,7 +32,8 @@ ZEL_EXPORT TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int w
 ZEL_EXPORT std::string TrueScaleBarText(float length, bool inMicrons);
 
 /// The pixel of a window's axis at which the cut is seen, mirrored or not.
-/// @param cut  microns
+/// @param axis  as the window shows it
+/// @param cut   microns
 ZEL_EXPORT int TrueCutPointerPlace(const AxisLook& axis, float cut);
 
 } // namespace zel

@@ -9,6 +9,7 @@
 #include <cstddef>
 #include <optional>
 
+/// The viewer: its state and rules as plain values and functions, and the windows over them.
 namespace zel {
 
 /// Where an image lies in space.

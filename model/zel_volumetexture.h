@@ -16,6 +16,7 @@ namespace zel {
 /// GL_MAX_3D_TEXTURE_SIZE and no size, but has always been the limit.
 inline constexpr std::size_t textureSideLimit = 32883;
 
+/// No side is longer than the limit.
 constexpr bool FitsTexture(const kep::Vector3d<std::size_t>& size) {
     return size.x <= textureSideLimit && size.y <= textureSideLimit && size.z <= textureSideLimit;
 }
@@ -44,6 +45,7 @@ struct VolumeTexture {
 /// Makes the texture of a mapped frame: its colours with VoxelAlpha, and on all six sides a border of one voxel that is
 /// 0 in all four bytes. One pass.
 /// @param pixels  size.x * size.y * size.z of them, x fastest
+/// @param size    of the frame, voxels
 /// @throws std::bad_alloc
 ZEL_EXPORT VolumeTexture MakeVolume(const kep::RGB_generic<unsigned char>* pixels,
                                     const kep::Vector3d<std::size_t>& size);

@@ -36,6 +36,7 @@ inline constexpr std::array<ViewDirection, 6> viewDirections{{{{1, 0, 0}, {0, 1,
 /// Eye distance of these views.
 inline constexpr float viewDirectionDistance = -5.0F;
 
+/// What a drag with the left button turns.
 enum class VolumeAction : int { None = 0, RotateObject = 1, RotatePlane = 2 };
 
 /// What a key does to the view.

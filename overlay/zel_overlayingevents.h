@@ -25,6 +25,7 @@ private:
     std::unique_ptr<wxCommandEvent> m_cause;
 };
 
+/// Bind it on the frame of the module, or on a window above that.
 ZEL_EXPORT extern const wxEventTypeTag<zel_OverlayingCommandEvent> zel_EVT_OVERLAYING_COMMAND;
 
 } // namespace zel

@@ -80,9 +80,14 @@ private:
     bool m_time;
 };
 
+/// Bind it on the canvas.
 ZEL_EXPORT extern const wxEventTypeTag<zel_Mouse3dEvent> zel_EVT_MOUSE3D;
+/// @{
+/// Bind it on the frame, and skip it: the frame passes it to the canvas.
 ZEL_EXPORT extern const wxEventTypeTag<zel_MappingEvent> zel_EVT_MAPPING_CHANGED;
 ZEL_EXPORT extern const wxEventTypeTag<zel_OverlayingEvent> zel_EVT_OVERLAYING_CHANGED;
+/// @}
+/// Bind it on the canvas.
 ZEL_EXPORT extern const wxEventTypeTag<zel_PositionEvent> zel_EVT_POSITION_CHANGED;
 
 } // namespace zel

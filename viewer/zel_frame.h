@@ -76,7 +76,7 @@ protected:
 
 private:
     void Reset();
-    /// For a command whose feature is not there yet.
+    /// Runs a command of the Sequence menu, and shows in the status bar what it says.
     void OnSequenceMenuCmd(wxCommandEvent& event);
     void OnAdjustFrameSize(wxCommandEvent& event);
     void OnZoomIn(wxCommandEvent& event);

@@ -22,8 +22,7 @@ public:
     /// Opens a TIFF or ICS file, recognised by content. No voxels are read.
     /// @param fileName  in the file system's encoding
     /// @param channels  counted from 0: one, two or three that become red, green and blue in this order; a colour
-    /// without
-    ///                  a channel is 0
+    ///                  without a channel is 0
     /// @throws IOException with the texts of Image3d::ReadImage
     ColourReader(const char* fileName, std::vector<std::size_t> channels);
     ~ColourReader();

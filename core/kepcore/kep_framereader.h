@@ -35,10 +35,9 @@ public:
     /// other frames are not touched, except where they are packed together with these. Exists for all types of frames.
     /// @param channel  0 <= channel < GetAxes().channels
     /// @param time     0 <= time < GetAxes().times
-    /// @throws IOException for everything that goes wrong, also for a channel or time point that the file does not
-    /// have,
-    ///         and for slices that lie in other files; the frame is then unchanged
     /// @param frame    changed only when all of it has been read
+    /// @throws IOException for everything that goes wrong, also for a channel or time point that the file does not
+    ///         have, and for slices that lie in other files; the frame is then unchanged
     template <typename T>
     void ReadFrame(std::size_t channel, std::size_t time, Image3d<T>& frame);
 

@@ -11,6 +11,8 @@
 #include <string>
 #include <valarray>
 
+/// The imaging core: frames, reading and saving of files, resampling, projections, look-up tables, labelled frames.
+/// Knows no toolkit.
 namespace kep {
 
 static_assert(sizeof(bool) == 1, "two-valued frames are walked byte by byte");

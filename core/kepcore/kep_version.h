@@ -13,6 +13,7 @@ struct KEP_EXPORT CodecVersions {
     std::string libarchive; ///< for ICS data packed by "compress"
 };
 
+/// Asks the libraries themselves.
 KEP_EXPORT CodecVersions GetCodecVersions();
 
 } // namespace kep
