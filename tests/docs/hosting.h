@@ -35,8 +35,8 @@ inline void Follow(zel_Viewer3dCanvas& leader, zel_Viewer3dCanvas& follower) {
     const wxWeakRef<zel_Viewer3dCanvas> to(&follower); // either of them may be closed first
     leader.Bind(zel_EVT_POSITION_CHANGED, [&leader, to](zel_PositionEvent& event) {
         event.Skip(); // to other handlers
-        if (!to)
-            return;
+        if (!to || to->IsMapperDetached())
+            return; // it is closing, and its image may be gone
         to->ChangeCut(leader.GetCut());
         to->GoToFrame(leader.GetTime());
     });
