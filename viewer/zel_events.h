@@ -60,9 +60,9 @@ private:
 };
 
 /// Where a viewer is has changed: its cut, its view or its time, whoever did it. Sent to the canvas, for any id, when
-/// the events at hand have been dealt with; one event tells of all changes since the last, and the
-/// first of where the viewer opens. A handler may move any viewer, so that two are linked by setting each to the place
-/// of the other: a move to where one is tells nothing.
+/// the events at hand have been dealt with; one event tells of all changes since the last, and the first of where the
+/// viewer opens. A handler may move any viewer, so that two are linked by setting each to the place of the other: a
+/// move to where one is tells nothing.
 class ZEL_EXPORT zel_PositionEvent : public wxEvent {
 public:
     explicit zel_PositionEvent(bool cut = false, bool view = false, bool time = false); ///< what has changed
