@@ -54,7 +54,7 @@ public:
     // The commands of the menu. The two first ask for what counts as the image's range and make the tables anew if the
     // user agrees.
     virtual void SetRange() = 0;    ///< asks for both ends
-    virtual void SetBitdepth() = 0; ///< asks for the number of bits, where the voxels are whole numbers without a sign
+    virtual void SetBitdepth() = 0; ///< asks for the number of bits; in the menu for 8 and 16 bits only
     // The stretches. The two with a dialog return whether the user has agreed.
     virtual void SetIdentity() = 0;         ///< the whole range
     virtual void SetLinearStretch() = 0;    ///< from the lowest value that occurs to the highest

@@ -22,7 +22,7 @@ struct ViewLayoutInput {
 
 /// Where the windows stand, borders included, and what they show.
 struct ViewLayout {
-    PerPlane<Rect> windows;          ///< pixels of the canvas; those of hidden windows as they were
+    PerPlane<Rect> windows;          ///< pixels of the canvas; hidden windows have one too
     MicronBox visibleBox;            ///< microns
     kep::Vector3d<float> scrollStep; ///< a fifth of the visible size
 };
