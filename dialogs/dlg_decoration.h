@@ -14,9 +14,9 @@ namespace zel {
 /// ExportSequenceDialog is attached to it, for the parameters of the sequence.
 class ZEL_EXPORT DecorationDialog : public wxDialog {
 public:
+    /// @param parent  the dialog goes with it
     /// @param border  pixels, shown at the start; TransferDataFromWindow brings the number chosen there. It must live
-    /// as
-    ///                long as the dialog
+    ///                as long as the dialog
     DecorationDialog(wxWindow* parent, long* border);
 
     /// zel_PT_XY, zel_PT_XZ, zel_PT_YZ or zel_PT_ALL.

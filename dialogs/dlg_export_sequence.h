@@ -21,7 +21,7 @@ namespace zel {
 /// The dialog "Save 3D image data as...": the controls "Sequence parameters", and OK and Cancel.
 class ZEL_EXPORT Save3dDataDialog : public wxDialog {
 public:
-    explicit Save3dDataDialog(wxWindow* parent);
+    explicit Save3dDataDialog(wxWindow* parent); ///< an ExportSequenceDialog is to be attached to it
 };
 
 /// Gives the controls "Sequence parameters" of a dialog their behaviour, and exports what was chosen in them. It is an

@@ -15,6 +15,7 @@ using GalleryParams = GalleryOptions;
 /// makes, whether the starting slice is above the ending slice.
 class ZEL_EXPORT GalleryDialog : public wxDialog {
 public:
+    /// @param parent      the dialog goes with it
     /// @param sliceCount  at least 1
     GalleryDialog(wxWindow* parent, int sliceCount);
 

@@ -14,8 +14,11 @@ template <typename T, typename U>
 class ZEL_EXPORT LevelsWidget : public zel_ChannelDialog<T, TLevelsParams<T, U>> {
 public:
     /// Previews at once.
-    /// @param histograms  of each channel, at least one; not owned, and needed as long as the dialog is open
-    /// @param params_vector     of each channel, within the values of its histogram
+    /// @param parent, id, title, pos, size, style  as for wxDialog; the parent's event handlers get the previews
+    /// @param histograms                           of each channel, at least one; not owned, and needed as long as the
+    ///                                             dialog is open
+    /// @param params_vector                        of each channel, within the values of its histogram
+    /// @param channel_names                        of each channel, for the choice
     LevelsWidget(wxWindow* parent, wxWindowID id, const std::vector<Histogram<T>*>& histograms,
                  const std::vector<TLevelsParams<T, U>>& params_vector, const wxArrayString& channel_names,
                  const wxString& title, const wxPoint& pos, const wxSize& size, long style);

@@ -22,13 +22,14 @@ struct PlacementIds;
 /// which go there on OK. So the caller hands in a copy and drops it on Cancel.
 class ZEL_EXPORT PreferencesDialog : public wxDialog {
 public:
+    /// @param parent    the dialog goes with it
     /// @param settings  not owned; must live as long as the dialog is open
     /// @param colours   of the colour dialogs, which change the custom colours in it; not owned
     PreferencesDialog(wxWindow* parent, zel_CanvasSettings* settings, wxColourData* colours);
 
     /// Selects the page of the first field that is refused.
     bool Validate() override;
-    bool TransferDataFromWindow() override;
+    bool TransferDataFromWindow() override; ///< stores what the fields of the scale and the scale bar show
 
 private:
     /// A field whose number follows from that of another one, and the other way round.

@@ -11,8 +11,11 @@ template <typename T>
 class ZEL_EXPORT ThresholdingDialog : public zel_ChannelDialog<T, ThresParams<T>> {
 public:
     /// Previews at once.
-    /// @param histograms  of each channel, at least one; not owned, and needed as long as the dialog is open
-    /// @param params_vector     of each channel, within the values of its histogram
+    /// @param parent, id, title, pos, size, style  as for wxDialog; the parent's event handlers get the previews
+    /// @param histograms                           of each channel, at least one; not owned, and needed as long as the
+    ///                                             dialog is open
+    /// @param params_vector                        of each channel, within the values of its histogram
+    /// @param channel_names                        of each channel, for the choice
     ThresholdingDialog(wxWindow* parent, wxWindowID id, const std::vector<Histogram<T>*>& histograms,
                        const std::vector<ThresParams<T>>& params_vector, const wxArrayString& channel_names,
                        const wxString& title, const wxPoint& pos, const wxSize& size, long style);

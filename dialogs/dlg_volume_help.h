@@ -9,7 +9,7 @@ namespace zel {
 /// What mouse and keys do in the volume window. Shown beside it, not modally; "OK" hides it.
 class ZEL_EXPORT VolumeHelpDialog : public wxDialog {
 public:
-    explicit VolumeHelpDialog(wxWindow* parent);
+    explicit VolumeHelpDialog(wxWindow* parent); ///< made hidden
 };
 
 } // namespace zel

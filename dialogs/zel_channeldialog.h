@@ -44,12 +44,16 @@ public:
 protected:
     /// The names by which assertions call the dialog.
     struct Source {
-        const char* file;
-        const char* className;
+        const char* file;      ///< the source, as hosts know it
+        const char* className; ///< without namespace
     };
 
     /// Makes the graph. The rest begins with Open.
-    /// @param histograms  must live as long as the dialog is open, with its histograms
+    /// @param parent, id, title, pos, size, style  as for wxDialog
+    /// @param histograms                           must live as long as the dialog is open, with its histograms
+    /// @param params_vector                        of each channel; copied
+    /// @param channel_names                        of each channel, for the choice
+    /// @param source                               of the derived class
     zel_ChannelDialog(wxWindow* parent, wxWindowID id, const std::vector<Histogram<T>*>& histograms,
                       const std::vector<Params>& params_vector, const wxArrayString& channel_names,
                       const wxString& title, const wxPoint& pos, const wxSize& size, long style, const Source& source);
@@ -59,15 +63,15 @@ protected:
 
     /// Has the controls show these parameters and change them.
     virtual void BindControls(Params& shown, const Histogram<T>& histogram) = 0;
-    virtual void ResetControls() = 0;
+    virtual void ResetControls() = 0; ///< puts the controls to the bounds of the histogram
     /// Checks the contents of the controls and writes them to the parameters. @return false if something is wrong
     virtual bool StoreControls() = 0;
 
-    bool HasChannels() const { return !_HistData_vector.empty() && !params.empty(); }
+    bool HasChannels() const { return !_HistData_vector.empty() && !params.empty(); } ///< there is something to choose
 
-    HistGraph<T>* graph;
-    const std::vector<Histogram<T>*>& _HistData_vector;
-    std::vector<Params> params;
+    HistGraph<T>* graph;                                ///< of the channel that is chosen, the dialog's child
+    const std::vector<Histogram<T>*>& _HistData_vector; ///< of each channel, the caller's
+    std::vector<Params> params;                         ///< of each channel, as the controls have changed them
 
 private:
     void PrepareAll();

@@ -49,6 +49,7 @@ ThresParams<T> MergeParams(const std::vector<ThresParams<T>>& params, const Hist
     return params.front();
 }
 
+/// @{
 /// Parameters clamped to the values of a histogram: the fields of a dialog refuse all others.
 template <typename T, typename U>
 TLevelsParams<T, U> HoldWithin(const Histogram<T>& histogram, TLevelsParams<T, U> params) {
@@ -62,7 +63,9 @@ ThresParams<T> HoldWithin(const Histogram<T>& histogram, ThresParams<T> params) 
     params.upper = std::clamp(params.upper, histogram.GetLeftCenter(), histogram.GetRightCenter());
     return params;
 }
+/// @}
 
+/// @{
 /// The event that lets the mapping module try parameters.
 template <typename T, typename U>
 zel_LevelsEvent MakePreviewEvent(const TLevelsParams<T, U>& params, int channel) {
@@ -73,5 +76,6 @@ template <typename T>
 zel_ThresholdingEvent MakePreviewEvent(const ThresParams<T>& params, int channel) {
     return zel_ThresholdingEvent(static_cast<float>(params.lower), static_cast<float>(params.upper), channel);
 }
+/// @}
 
 } // namespace zel

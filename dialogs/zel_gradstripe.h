@@ -17,16 +17,23 @@ public:
                const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
                long style = wxTAB_TRAVERSAL);
 
-    bool AcceptsFocusFromKeyboard() const override { return false; } // nothing to do in it
+    /// False: there is nothing to do in it.
+    bool AcceptsFocusFromKeyboard() const override { return false; }
 
+    /// @{
+    /// What the stripe shows from the next paint on: positions, the two ends, and the gamma of the ramp.
     void SetCount(int count) { m_state.count = count; }
     void SetLeft(int position) { m_state.left = position; }
     void SetRight(int position) { m_state.right = position; }
     void SetGamma(double gamma) { m_state.gamma = gamma; }
+    /// @}
+    /// @{
+    /// As the setters have left it.
     int GetCount() const { return m_state.count; }
     int GetLeft() const { return m_state.left; }
     int GetRight() const { return m_state.right; }
     double GetGamma() const { return m_state.gamma; }
+    /// @}
 
 private:
     void OnPaint(wxPaintEvent& event);

@@ -13,23 +13,26 @@ namespace zel {
 template <typename T>
 class ZEL_EXPORT HistGraph : public wxPanel {
 public:
-    /// @param histogram  not owned; null for an empty graph
+    /// @param parent, id, pos, size, style  as for wxPanel
+    /// @param histogram                     not owned; null for an empty graph
     HistGraph(wxWindow* parent, const Histogram<T>* histogram, wxWindowID id = wxID_ANY,
               const wxPoint& pos = wxDefaultPosition, const wxSize& size = wxDefaultSize,
               long style = wxBORDER_SUNKEN | wxCLIP_CHILDREN | wxTAB_TRAVERSAL);
 
-    bool AcceptsFocusFromKeyboard() const override { return false; } // nothing to do in it
+    /// False: there is nothing to do in it.
+    bool AcceptsFocusFromKeyboard() const override { return false; }
 
     // The setters do not refresh.
+    /// Not owned; null for an empty graph.
     void SetHistogram(const Histogram<T>* newHistogram) { histogram = newHistogram; }
-    const Histogram<T>* GetHistogram() const { return histogram; }
+    const Histogram<T>* GetHistogram() const { return histogram; } ///< null without one
     /// @param type  0 logarithmic, 1 linear
     void SetGraphType(int type) { layout.graphType = type; }
-    int GetGraphType() const { return layout.graphType; }
+    int GetGraphType() const { return layout.graphType; } ///< 0 logarithmic, 1 linear
     /// @param vertical    cells side by side
     /// @param horizontal  cells one above the other
     void SetCells(int vertical, int horizontal);
-    void SetBarColour(const wxColour& colour) { barColour = colour; }
+    void SetBarColour(const wxColour& colour) { barColour = colour; } ///< of the bars
 
 private:
     void OnPaint(wxPaintEvent& event);

@@ -18,9 +18,10 @@ class ZEL_EXPORT zel_MinMaxCtrlEvent : public wxNotifyEvent {
 public:
     zel_MinMaxCtrlEvent();
 
-    wxEvent* Clone() const override { return new zel_MinMaxCtrlEvent(*this); }
+    wxEvent* Clone() const override { return new zel_MinMaxCtrlEvent(*this); } ///< for pending events
 };
 
+/// Sent by a VariableMinMaxCtrl to its parent; it propagates.
 ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 
 /// Sets a range, a low and a high value, and with it a gamma if wanted: by typing, by the arrow keys or by dragging
@@ -33,12 +34,14 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 template <typename T>
 class ZEL_EXPORT VariableMinMaxCtrl : public wxPanel {
 public:
-    static constexpr int highTextId = 20000;
-    static constexpr int lowTextId = 20001;
-    static constexpr int gammaTextId = 20002;
+    static constexpr int highTextId = 20000;  ///< id of the field of the high value
+    static constexpr int lowTextId = 20001;   ///< id of the field of the low value
+    static constexpr int gammaTextId = 20002; ///< id of the field of the gamma
 
-    /// @param allowCrossing  low may pass high
-    /// @param shaded         a ramp in the stripe, otherwise a plain band
+    /// @param parent, id, pos, size, style         as for wxPanel
+    /// @param showGamma                            with a field and a triangle for the gamma
+    /// @param allowCrossing                        low may pass high
+    /// @param shaded                               a ramp in the stripe, otherwise a plain band
     /// @param leftColour, rightColour, rampColour  of the stripe; the triangles have the first and the third one
     VariableMinMaxCtrl(wxWindow* parent, int id, bool showGamma, bool allowCrossing, bool shaded,
                        const wxColour& leftColour, const wxColour& rightColour, const wxColour& rampColour,
@@ -48,25 +51,29 @@ public:
     /// Shows three variables of the caller's and writes to them what the user changes. Before that, the contents of the
     /// fields are written to the variables that were bound until now, which must still exist. The control grows if the
     /// texts of the bounds need it; a parent that is shown already is laid out again.
-    /// @param gamma      not used without the gamma field, and may then be null
+    /// @param low, high            the values of the range, within the bounds
+    /// @param gamma                not used without the gamma field, and may then be null
     /// @param lowBound, highBound  limits of both values
-    /// @param positions  of the triangles
+    /// @param positions            of the triangles
     void BindVariables(T* low, T* high, double* gamma, T lowBound, T highBound, int positions);
 
     /// Puts both values to their bounds and gamma to 1, in the variables too. Sends nothing.
     void Reset();
     /// Show a value and move what belongs to it; the variables stay as they are.
     void SetLow(T value);
-    void SetHigh(T value);
+    void SetHigh(T value); ///< likewise
     /// Nothing without the gamma field.
     void SetGamma(double value);
 
+    /// @{
+    /// The parts of the control, which are its children.
     VariableTextCtrl<T>* GetLowText() const { return lowText; }
     VariableTextCtrl<T>* GetHighText() const { return highText; }
-    VariableTextCtrl<double>* GetGammaText() const { return gammaText; }
+    VariableTextCtrl<double>* GetGammaText() const { return gammaText; } ///< null without the gamma field
     GradStripe* GetStripe() const { return stripe; }
     GradStripe* GetRampStripe() const { return rampStripe; }
     Triangles* GetTriangles() const { return triangles; }
+    /// @}
 
 private:
     void LayOut();

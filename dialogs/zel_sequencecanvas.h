@@ -21,8 +21,11 @@ public:
 
 protected:
     zel_SequenceCanvas() = default;
+    /// @{
+    /// For derived classes that can be copied; windows can't.
     zel_SequenceCanvas(const zel_SequenceCanvas&) = default;
     zel_SequenceCanvas& operator=(const zel_SequenceCanvas&) = default;
+    /// @}
     virtual ~zel_SequenceCanvas() = default;
 };
 

@@ -15,12 +15,12 @@ enum TriangleId { zel_triangleRight = 0, zel_triangleLeft = 1, zel_triangleMiddl
 
 /// The state of a row of triangles. Positions run from 0 to count - 1.
 struct TriangleRow {
-    int count = 256;
-    int left = 0;
-    int right = 255;
-    double gamma = 1.0;
-    int middle = 128; ///< of the gamma triangle
-    bool showGamma = false;
+    int count = 256;            ///< positions
+    int left = 0;               ///< of the left triangle
+    int right = 255;            ///< of the right triangle
+    double gamma = 1.0;         ///< moves the middle triangle
+    int middle = 128;           ///< of the gamma triangle
+    bool showGamma = false;     ///< there is a middle triangle
     bool allowCrossing = false; ///< left and right may pass each other
 };
 
@@ -49,10 +49,11 @@ ZEL_EXPORT std::optional<int> DragTriangle(const TriangleRow& row, TriangleId tr
 /// Half the difference of two colours, in each component.
 ZEL_EXPORT wxColour MiddleColour(const wxColour& left, const wxColour& right);
 
+/// One line of a triangle.
 struct TriangleLine {
-    wxPoint from;
-    wxPoint to; ///< not drawn itself
-    wxColour colour;
+    wxPoint from;    ///< first pixel
+    wxPoint to;      ///< not drawn itself
+    wxColour colour; ///< of the pen, one pixel wide
 };
 
 /// The lines of one triangle, eight rows of its colour and a black outline, in the order of drawing.

@@ -15,23 +15,27 @@ template <typename T>
 class ZEL_EXPORT IntValidator : public wxTextValidator {
 public:
     /// Digits alone can be typed, and "-" too unless unsignedOnly.
+    /// @param value           the caller's; lives as long as the control
+    /// @param min, max        the limits, included
+    /// @param unsignedOnly    "-" can't be typed
     /// @param hasMin, hasMax  whether min and max are limits
     /// @param format          printf format of one T, any length modifier fits
     IntValidator(T& value, T min, T max, bool unsignedOnly, bool hasMin, bool hasMax, const wxString& format);
     /// Without limits; what belongs to a number can be typed.
     IntValidator(T& value, const wxString& format);
-    IntValidator(const IntValidator& other);
+    IntValidator(const IntValidator& other); ///< binds to the same variable
     IntValidator& operator=(const IntValidator&) = delete;
 
+    /// For the toolkit, which keeps a copy for the control.
     wxObject* Clone() const override { return new IntValidator(*this); }
-    bool Validate(wxWindow* parent) override;
+    bool Validate(wxWindow* parent) override; ///< shows what is wrong
     /// @return false without a control for text or a number
     bool TransferToWindow() override;
     /// Stores the number, narrowed to T. For unsigned long and unsigned long long it shows a message and stores
     /// nothing.
     /// @return whether the text was a number
     bool TransferFromWindow() override;
-    void SetWindow(wxWindow* window) override;
+    void SetWindow(wxWindow* window) override; ///< called by the toolkit when the control gets the validator
 
 private:
     /// The number in the control. @return false, with the text, when it is none
@@ -55,25 +59,36 @@ private:
 template <typename T>
 class ZEL_EXPORT RealValidator : public wxTextValidator {
 public:
-    /// @param format  printf format of one T; an empty one becomes "%f" for float and "%g" for double
+    /// @param value           the caller's; lives as long as the control
+    /// @param min, max        the limits, included
+    /// @param hasMin, hasMax  whether min and max are limits
+    /// @param format          printf format of one T; an empty one becomes "%f" for float and "%g" for double
     RealValidator(T& value, T min, T max, bool hasMin, bool hasMax, const wxString& format);
     /// Without limits.
     RealValidator(T& value, const wxString& format);
-    RealValidator(const RealValidator& other);
+    RealValidator(const RealValidator& other); ///< binds to the same variable
     RealValidator& operator=(const RealValidator&) = delete;
 
+    /// For the toolkit, which keeps a copy for the control.
     wxObject* Clone() const override { return new RealValidator(*this); }
-    bool Validate(wxWindow* parent) override;
+    bool Validate(wxWindow* parent) override; ///< shows what is wrong
+    /// Shows the variable by the format.
+    /// @return false without a control for text
     bool TransferToWindow() override;
+    /// Stores the number, unless the control still shows the variable.
+    /// @return whether the text was a number
     bool TransferFromWindow() override;
 
     /// The number in the control, within the limits or not. @return false if its text is no number
     bool ReadNumber(T& number);
 
+    /// @{
+    /// The limits, included.
     T GetMin() const { return min; }
     T GetMax() const { return max; }
     void SetMin(T newMin) { min = newMin; }
     void SetMax(T newMax) { max = newMax; }
+    /// @}
 
 private:
     wxString Print(double number) const;

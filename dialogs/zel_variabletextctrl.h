@@ -11,9 +11,10 @@ namespace zel {
 /// A number was entered in a field. The id is the field's.
 class ZEL_EXPORT zel_VariableTextCtrlEvent : public wxEvent {
 public:
+    /// A number that was entered in the field with this id.
     explicit zel_VariableTextCtrlEvent(int id = 0, double value = 0.0);
 
-    wxEvent* Clone() const override { return new zel_VariableTextCtrlEvent(*this); }
+    wxEvent* Clone() const override { return new zel_VariableTextCtrlEvent(*this); } ///< for pending events
 
     /// What the field holds now.
     double GetValue() const { return m_value; }
@@ -22,6 +23,7 @@ private:
     double m_value;
 };
 
+/// Sent by a VariableTextCtrl to its parent.
 ZEL_EXPORT extern const wxEventTypeTag<zel_VariableTextCtrlEvent> zel_EVT_VARIABLE_TEXTCTRL;
 
 /// A text field that holds a number. A text that was typed is committed by Enter, and when the field loses the focus
@@ -30,20 +32,22 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_VariableTextCtrlEvent> zel_EVT_VARIAB
 template <typename T>
 class ZEL_EXPORT VariableTextCtrl : public wxTextCtrl {
 public:
-    /// @param variable      the last good value, for a text that is no number; null for none. Not owned
-    /// @param defaultValue  is used if there is no variable
-    /// @param positions     into how many steps the arrow keys divide the range
+    /// @param parent, id, pos      as for wxTextCtrl
+    /// @param variable             the last good value, for a text that is no number; null for none. Not owned
+    /// @param lowBound, highBound  of what the arrow keys reach
+    /// @param defaultValue         is used if there is no variable
+    /// @param positions            into how many steps the arrow keys divide the range
     VariableTextCtrl(wxWindow* parent, int id, T* variable, T lowBound, T highBound, T defaultValue, int positions,
                      const wxPoint& pos = wxDefaultPosition);
 
-    void SetVariable(T* newVariable) { variable = newVariable; }
-    T* GetVariable() const { return variable; }
+    void SetVariable(T* newVariable) { variable = newVariable; } ///< null for none; not owned
+    T* GetVariable() const { return variable; }                  ///< null if there is none
     /// Recomputes the step and leaves the text.
     void SetBounds(T low, T high, T newDefault, int newPositions);
-    T GetLowBound() const { return lowBound; }
-    T GetHighBound() const { return highBound; }
-    T GetDefaultValue() const { return defaultValue; }
-    T GetStep() const { return step; }
+    T GetLowBound() const { return lowBound; }         ///< the lowest number that the arrow keys reach
+    T GetHighBound() const { return highBound; }       ///< the highest one
+    T GetDefaultValue() const { return defaultValue; } ///< shown where there is no variable
+    T GetStep() const { return step; }                 ///< of an arrow key
     /// Whether it has a variable.
     bool IsBound() const { return variable != nullptr; }
 

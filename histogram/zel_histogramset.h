@@ -40,16 +40,20 @@ struct HistogramChannels<std::complex<F>> {
 template <typename T>
 class ZEL_EXPORT HistogramSet {
 public:
+    /// 1 of gray images, 3 of colours, 4 of complex ones.
     static constexpr int channelCount = detail::HistogramChannels<T>::count;
-    using Element = typename detail::HistogramChannels<T>::Element;
-    using Channel = Histogram<Element>;
+    using Element = typename detail::HistogramChannels<T>::Element; ///< type of the values that are counted
+    using Channel = Histogram<Element>;                             ///< one histogram
 
     /// All channels without bins.
     HistogramSet() = default;
     /// The histograms of an image, by CreateFromImage.
     explicit HistogramSet(const kep::Image3d<T>& image) { CreateFromImage(image); }
+    /// @{
+    /// Deep.
     HistogramSet(const HistogramSet& src) = default;
     HistogramSet& operator=(const HistogramSet& src) = default;
+    /// @}
 
     /// Discards the old contents and counts the voxels of one frame, under a notice on the screen: that needs a running
     /// user interface. Bins and their bounds:
@@ -65,19 +69,25 @@ public:
     void CreateFromImage(const kep::Image3d<T>& image);
 
     /// The same with given bounds, 256 bins in each channel. Values outside fall in the end bins.
+    /// @param image       one frame
     /// @param mins, maxs  four values each, in the order of the channels
     void CreateFromImage(const kep::Image3d<T>& image, const float* const mins,
                          const float* const maxs) requires(detail::HistogramChannels<T>::count == 4);
 
     /// No channel has bins.
     bool IsEmpty() const;
-    void Swap(HistogramSet& other) noexcept;
+    void Swap(HistogramSet& other) noexcept; ///< without copying
 
+    /// @{
+    /// The histogram of a gray image.
     Channel& Get() requires(channelCount == 1) { return channels[0]; }
     const Channel& Get() const requires(channelCount == 1) { return channels[0]; }
     void Set(const Channel& histogram) requires(channelCount == 1) { channels[0] = histogram; }
     void Set(Channel&& histogram) noexcept requires(channelCount == 1) { channels[0] = std::move(histogram); }
+    /// @}
 
+    /// @{
+    /// The histogram of a channel: 0 to channelCount - 1.
     Channel& Get(int channel) requires(channelCount > 1) { return channels[static_cast<std::size_t>(channel)]; }
     const Channel& Get(int channel) const requires(channelCount > 1) {
         return channels[static_cast<std::size_t>(channel)];
@@ -92,6 +102,7 @@ public:
     void Set(int channel, Channel&& histogram) noexcept requires(channelCount > 1) {
         channels[static_cast<std::size_t>(channel)] = std::move(histogram);
     }
+    /// @}
 
 private:
     std::array<Channel, channelCount> channels;

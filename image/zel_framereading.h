@@ -22,6 +22,7 @@ void AppendFrame(Image4d<T>& sequence, std::unique_ptr<kep::Image3d<T>> frame, c
 
 /// Reads one frame of a file with several, as Image4d::ReadSequence reads a file with one: two-valued voxels become 255
 /// and 0, and invalid floats 0, of which the user is told. Exists for the types of KEP_CONTAINER_TYPES.
+/// @param reader         of the file
 /// @param channel, time  counted from 0
 /// @param binary         the file holds two-valued images
 /// @throws kep::IOException; kep::ReadingStopped

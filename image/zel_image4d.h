@@ -13,6 +13,7 @@
 #include <valarray>
 #include <vector>
 
+/// Sequences of frames, as the viewers show them.
 namespace mor {
 
 namespace detail {
@@ -30,17 +31,20 @@ struct FrameGeometry;
 template <typename T>
 class ZEL_EXPORT Image4d {
 public:
-    using Frame = kep::Image3d<T>;
-    using PixelBox = kep::VOI<kep::T_pair<int, std::size_t>>;
+    using Frame = kep::Image3d<T>;                            ///< type of a frame
+    using PixelBox = kep::VOI<kep::T_pair<int, std::size_t>>; ///< part of a frame, in voxels
 
     /// An empty container. Null pointers give offset (0, 0, 0) and no resolution; others are copied from.
-    /// @param timeStep  time between two frames, in the unit of whoever gives it
+    /// @param offset      microns, position of the first voxel
+    /// @param resolution  pixels per micron
+    /// @param timeStep    time between two frames, in the unit of whoever gives it
     explicit Image4d(const kep::Vector3d<float>* offset = nullptr, const kep::Resolution* resolution = nullptr,
                      float timeStep = 0);
 
     /// A deep copy, or a deep copy of one box of every frame. With a box the size is the box's, and the offset is
     /// src.offset + PixelsToMicrons(box origin, src.resolution); voxels of the box outside src are T(). The extremes
     /// are those of the copy.
+    /// @param src  not changed; shares nothing with the copy
     /// @param voi  in voxels, or null for the whole
     /// @throws kep::InternalException src is not consistent; std::bad_alloc
     Image4d(const Image4d& src, const PixelBox* voi = nullptr);
@@ -55,6 +59,8 @@ public:
 
     // --- size and geometry ---
 
+    /// @{
+    /// Voxels along the axes of a frame, or frames of the sequence. Width, height and slices are x, y and z.
     kep::Vector3d<std::size_t> GetSize() const { return size; }
     std::size_t GetSizeX() const { return size.x; }
     std::size_t GetSizeY() const { return size.y; }
@@ -64,20 +70,21 @@ public:
     std::size_t GetHeight() const { return size.y; }
     std::size_t GetNumSlices() const { return size.z; }
     std::size_t GetNumFrames() const { return sizeT; }
+    /// @}
     /// Voxels of one slice.
     std::size_t GetSliceSize() const { return size.x * size.y; }
     /// Voxels of one frame.
     std::size_t GetFrameSize() const { return size.x * size.y * size.z; }
     /// Microns, position of the first voxel. A change through the reference does not reach the frames.
     kep::Vector3d<float>& GetOffset() { return offset; }
-    const kep::Vector3d<float>& GetOffset() const { return offset; }
+    const kep::Vector3d<float>& GetOffset() const { return offset; } ///< to read
     /// Pixels per micron. A change through the reference does not reach the frames.
     kep::Resolution& GetResolution() { return resolution; }
-    const kep::Resolution& GetResolution() const { return resolution; }
-    float GetTimeStep() const { return timeStep; }
+    const kep::Resolution& GetResolution() const { return resolution; } ///< to read
+    float GetTimeStep() const { return timeStep; } ///< between two frames, in the unit of whoever gave it
     /// There is no frame, or the frames have no voxels.
     bool IsEmpty() const { return sizeT == 0 || size.x == 0 || size.y == 0 || size.z == 0; }
-    void SetTimeStep(float newTimeStep) { timeStep = newTimeStep; }
+    void SetTimeStep(float newTimeStep) { timeStep = newTimeStep; } ///< in any unit; the viewer has no use for it
     /// Moves the container and every frame. Microns.
     void SetOffset(const kep::Vector3d<float>& newOffset);
     /// Scales the container and every frame. Pixels per micron.
@@ -85,6 +92,8 @@ public:
 
     // --- index arithmetic inside a frame; the frame must have voxels ---
 
+    /// @{
+    /// Coordinates of a voxel from its index in the frame, or the index from the coordinates. Nothing is tested.
     std::size_t GetX(std::size_t i) const { return i % size.x; }
     std::size_t GetY(std::size_t i) const { return (i / size.x) % size.y; }
     /// No modulo: an index past the frame gives a z past the frame.
@@ -96,40 +105,50 @@ public:
     }
     std::size_t GetInFrameIndex(const kep::Vector3d<std::size_t>& p) const {
         return detail::PositionToIndex(size, p.x, p.y, p.z);
+        /// @}
     }
 
     // --- tests of position ---
 
     /// Each coordinate is at least 0 and at most its size - 1.
     bool Include(int x, int y, int z) const { return detail::IncludesPosition(size, x, y, z); }
-    bool Include(const kep::Vector3d<int>& p) const { return Include(p.x, p.y, p.z); }
+    bool Include(const kep::Vector3d<int>& p) const { return Include(p.x, p.y, p.z); } ///< the same
     /// The same, and 0 <= t < sizeT - 1. The last frame is outside on purpose, so a sequence of one frame includes
     /// no t at all: hosts rely on it.
     bool Include(int x, int y, int z, int t) const { return Include(x, y, z) && detail::IncludesTime(sizeT, t); }
-    bool Include(const kep::Vector3d<int>& p, int t) const { return Include(p.x, p.y, p.z, t); }
+    bool Include(const kep::Vector3d<int>& p, int t) const { return Include(p.x, p.y, p.z, t); } ///< the same
     /// The voxel lies on a face of the frame. An axis of size 1 has no faces.
     bool OnFrameBorder(std::size_t x, std::size_t y, std::size_t z) const {
         return detail::OnFrameBorder(size, x, y, z);
     }
-    bool OnFrameBorder(const kep::Vector3d<std::size_t>& p) const { return OnFrameBorder(p.x, p.y, p.z); }
+    bool OnFrameBorder(const kep::Vector3d<std::size_t>& p) const { return OnFrameBorder(p.x, p.y, p.z); } ///< the same
     /// OnFrameBorder, or t is the first or last of several frames.
     bool OnBorder(std::size_t x, std::size_t y, std::size_t z, std::size_t t) const {
         return OnFrameBorder(x, y, z) || detail::OnAxisBorder(sizeT, t);
     }
+    /// The same.
     bool OnBorder(const kep::Vector3d<std::size_t>& p, std::size_t t) const { return OnBorder(p.x, p.y, p.z, t); }
     /// t is the first or the last frame; a single frame is both.
     bool OnSequenceBorder(std::size_t t) const { return detail::OnSequenceBorder(sizeT, t); }
 
     // --- voxels and frames; writing leaves the cached extremes as they are ---
 
+    /// @{
+    /// A voxel by its frame and its place there.
     T GetVoxel(std::size_t i, std::size_t t) const { return frames[t]->GetVoxel(i); }
     T GetVoxel(std::size_t x, std::size_t y, std::size_t z, std::size_t t) const {
         return frames[t]->GetVoxel(x, y, z);
     }
     T GetVoxel(const kep::Vector3d<std::size_t>& p, std::size_t t) const { return frames[t]->GetVoxel(p); }
+    /// @}
+    /// @{
+    /// Sets a voxel by its frame and its place there.
     void SetVoxel(std::size_t i, std::size_t t, T v) { frames[t]->SetVoxel(i, v); }
     void SetVoxel(std::size_t x, std::size_t y, std::size_t z, std::size_t t, T v) { frames[t]->SetVoxel(x, y, z, v); }
     void SetVoxel(const kep::Vector3d<std::size_t>& p, std::size_t t, T v) { frames[t]->SetVoxel(p.x, p.y, p.z, v); }
+    /// @}
+    /// @{
+    /// Address of a voxel by its frame and its place there; holds until the frame gets another block.
     T* GetVoxelAddr(std::size_t i, std::size_t t) { return frames[t]->GetVoxelAddr(i); }
     const T* GetVoxelAddr(std::size_t i, std::size_t t) const { return GetFirstVoxelAddr(t) + i; }
     T* GetVoxelAddr(std::size_t x, std::size_t y, std::size_t z, std::size_t t) {
@@ -138,21 +157,31 @@ public:
     const T* GetVoxelAddr(std::size_t x, std::size_t y, std::size_t z, std::size_t t) const {
         return GetFirstVoxelAddr(t) + GetInFrameIndex(x, y, z);
     }
+    /// @}
     /// Null in a frame without voxels.
     T* GetFirstVoxelAddr(std::size_t t) { return frames[t]->GetFirstVoxelAddr(); }
-    const T* GetFirstVoxelAddr(std::size_t t) const { return GetImage(t)->GetFirstVoxelAddr(); }
+    const T* GetFirstVoxelAddr(std::size_t t) const { return GetImage(t)->GetFirstVoxelAddr(); } ///< to read
+    /// @{
+    /// The voxels of a frame in one block.
     std::valarray<T>& GetVoxelData(std::size_t t) { return frames[t]->GetVoxelData(); }
     const std::valarray<T>& GetVoxelData(std::size_t t) const { return GetImage(t)->GetVoxelData(); }
+    /// @}
     /// The frames in time order, owned by the container. Whoever changes the vector keeps TestConsistency at 0.
     std::vector<Frame*>& GetVoxelData() { return frames; }
-    const std::vector<Frame*>& GetVoxelData() const { return frames; }
+    const std::vector<Frame*>& GetVoxelData() const { return frames; } ///< to read
+    /// @{
+    /// A frame, which stays the container's.
     Frame* GetImage(std::size_t t) { return frames[t]; }
     const Frame* GetImage(std::size_t t) const { return frames[t]; }
     Frame* operator[](std::size_t t) { return frames[t]; }
     const Frame* operator[](std::size_t t) const { return frames[t]; }
+    /// @}
+    /// @{
+    /// Names of the frames: those of their files, or what the host has given them.
     const wxString& GetImageName(std::size_t t) const { return names[t]; }
     void SetImageName(std::size_t t, const wxString& name) { names[t] = name; }
     const wxArrayString& GetImageNames() const { return names; }
+    /// @}
 
     // --- contents ---
 
@@ -163,6 +192,7 @@ public:
     /// @throws kep::LibException too many voxels; std::bad_alloc. A frame that could not be made has changed nothing;
     ///         if only some could be resized, the container is left without frames.
     void MakeRoom(std::size_t x, std::size_t y, std::size_t z, std::size_t t);
+    /// The same.
     void MakeRoom(const kep::Vector3d<std::size_t>& newSize, std::size_t t) {
         MakeRoom(newSize.x, newSize.y, newSize.z, t);
     }
@@ -189,9 +219,10 @@ public:
 
     // --- extremes; read, inserted and copied frames keep the cache current, writes to voxels do not ---
 
+    /// Of all frames, as last measured; empty values if they never were.
     const ExtremaValues<T>& GetExtremes() const { return extremes; }
-    T GetCachedMinValue() const { return extremes.min; }
-    T GetCachedMaxValue() const { return extremes.max; }
+    T GetCachedMinValue() const { return extremes.min; } ///< for colours by component
+    T GetCachedMaxValue() const { return extremes.max; } ///< for colours by component
     /// Scans all frames; without voxels the extremes become the empty values of ExtremaValues.
     void UpdateMinMaxValues();
     /// UpdateMinMaxValues, then the cached value: a full scan at every call.
@@ -199,6 +230,7 @@ public:
         UpdateMinMaxValues();
         return extremes.min;
     }
+    /// Likewise.
     T GetUpdatedMaxValue() {
         UpdateMinMaxValues();
         return extremes.max;
@@ -209,6 +241,7 @@ public:
     /// Reads one file per frame. The old frames go first; the time step stays. Offset, resolution and size are those
     /// of the first file, and all others must have exactly the same. Float and complex files with invalid values ask
     /// for a running user interface, see ReplaceInvalidFloats. Takes the memory of the voxels plus, at most, one frame.
+    /// @param Names   in time order
     /// @param binary  the files hold two-valued images: voxels become 255 and 0
     /// @throws kep::InternalException Names is empty (nothing has changed), or a file differs in geometry;
     ///         kep::IOException a file can't be read. The frames read so far stay.
@@ -223,7 +256,9 @@ public:
     /// Writes the frames StartIndex to StopIndex, both included, each to the file prefix + number + suffix. The number
     /// is the frame's own, padded with zeros to `digits` places. The suffix chooses the format (".ics", ".tif").
     /// The indexes are not tested. Where a format can't hold all of a frame's description, a warning is logged.
-    /// @param prefix, suffix  UTF-8
+    /// @param prefix, suffix         UTF-8
+    /// @param digits                 0 or more
+    /// @param StartIndex, StopIndex  0 <= StartIndex <= StopIndex < GetNumFrames()
     /// @throws kep::InternalException wrong order of indexes, an inconsistent image or a name that is not UTF-8: no
     ///         file was written; kep::IOException
     void SaveSequence(const char* prefix, int digits, const char* suffix, int StartIndex, int StopIndex) const;
@@ -231,6 +266,7 @@ public:
     /// Takes a frame into the sequence; the frames from t on move up by one. One pass over the voxels, for extremes.
     /// @param frame  same size, offset and resolution as the container, compared exactly; the container owns it on
     ///               return, the caller still does after a throw
+    /// @param name   of the frame
     /// @param t      number that the frame gets, 0 <= t < GetNumFrames(), or -1 for behind the last
     /// @throws kep::InternalException numbers of frames and names differ, null frame, wrong t, other geometry
     void InsertFrame(Frame* const frame, const wxString& name, int t);

@@ -26,7 +26,8 @@ namespace zel {
 ZEL_EXPORT int RunModal(wxDialog& dialog);
 
 /// A message box that is as safe; otherwise like wxMessageBox.
-/// @param parent  null for the active window, which may be a viewer
+/// @param text, caption, style  as for wxMessageBox
+/// @param parent                null for the active window, which may be a viewer
 ZEL_EXPORT void ShowMessage(const wxString& text, const wxString& caption = wxMessageBoxCaptionStr,
                             long style = wxOK | wxCENTRE, wxWindow* parent = nullptr);
 

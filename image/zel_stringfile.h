@@ -17,6 +17,8 @@ ZEL_EXPORT void LoadwxString(wxString& s, std::istream& in);
 
 /// Writes one string in UTF-8, in double quotes if it holds a blank; quotes, tabs and line ends in it get no care, and
 /// an empty one leaves no trace.
+/// @param s         is not changed
+/// @param out       gets the text; its state tells of failures
 /// @param addBlank  a blank follows
 ZEL_EXPORT void SavewxString(wxString& s, std::ostream& out, bool addBlank);
 

@@ -15,8 +15,9 @@ template <typename T>
 wxString VoxelToStr(const T& voxel);
 
 /// A complex voxel on two lines: its parts, and below them what the display leaves out.
-/// @param mode  how complex voxels are shown: 2 amplitudes, so the phase is added; 3 phases, so the amplitude is; for
-///              all others the second line is blank
+/// @param voxel  its parts are written as floats are
+/// @param mode   how complex voxels are shown: 2 amplitudes, so the phase is added; 3 phases, so the amplitude is; for
+///               all others the second line is blank
 template <typename T>
 wxString VoxelToStr(const std::complex<T>& voxel, int mode);
 

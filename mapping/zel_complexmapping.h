@@ -19,6 +19,8 @@ class ZEL_EXPORT zel_ComplexMappingModule : public zel_PaletteMappingModule<std:
                                             public zel_ComplexPartShown {
 public:
     /// Shows the first part that is enabled.
+    /// @param frame                              gets the events; null until the module is added to one
+    /// @param histograms                         of the four parts; copied
     /// @param real, imaginary, phase, amplitude  whether the part can be shown; not if it is constant over the image
     /// @throws const char* "Complex: Shouldn't get here" if none can be shown
     zel_ComplexMappingModule(wxFrame* frame, const HistogramSet<std::complex<T>>& histograms, bool real, bool imaginary,
@@ -29,15 +31,19 @@ public:
     void Map(const std::complex<T>* data, Buffer2d<kep::RGB_generic<unsigned char>>& buffer) const override;
 
     ComplexMode GetShowMode() const override { return static_cast<ComplexMode>(this->GetShownChannel()); }
+    /// Whether the part can be shown: it is not constant over the image.
     bool IsPartEnabled(ComplexMode part) const { return m_enabled[static_cast<std::size_t>(part)]; }
 
+    /// Levels of a part.
     const TLevelsParams<T, unsigned char>& GetLevels(ComplexMode part) const { return this->GetChannel(part).levels; }
+    /// Thresholds of a part.
     const ThresParams<T>& GetThresholds(ComplexMode part) const { return this->GetChannel(part).thresholds; }
     /// The values that count as the part's range.
     T GetRangeMin(ComplexMode part) const { return this->GetChannel(part).rangeMin; }
-    T GetRangeMax(ComplexMode part) const { return this->GetChannel(part).rangeMax; }
+    T GetRangeMax(ComplexMode part) const { return this->GetChannel(part).rangeMax; } ///< its other end
 
-    void OnMapping(wxCommandEvent& event);
+    void OnMapping(wxCommandEvent& event); ///< of the menu
+    /// Sets the marks of the entries of the parts.
     void OnShowPartChange(wxUpdateUIEvent& event);
 
 private:

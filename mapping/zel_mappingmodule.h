@@ -43,7 +43,8 @@ enum zel_MappingEntry : int {
 template <typename T>
 class ZEL_EXPORT zel_MappingModule : public zel_ExtensionModule, public zel_Mapper<T> {
 public:
-    /// @param histograms       of the whole sequence; copied
+    /// @param frame           gets the events; null until the module is added to one
+    /// @param histograms      of the whole sequence; copied
     /// @param percentilValue  fraction of the voxels that the percentil stretch leaves out at either end
     zel_MappingModule(wxFrame* frame, const HistogramSet<T>& histograms, double percentilValue);
 
@@ -52,41 +53,43 @@ public:
 
     // The commands of the menu. The two first ask for what counts as the image's range and make the tables anew if the
     // user agrees.
-    virtual void SetRange() = 0;
-    virtual void SetBitdepth() = 0;
+    virtual void SetRange() = 0;    ///< asks for both ends
+    virtual void SetBitdepth() = 0; ///< asks for the number of bits; in the menu for 8 and 16 bits only
     // The stretches. The two with a dialog return whether the user has agreed.
-    virtual void SetIdentity() = 0;
-    virtual void SetLinearStretch() = 0;
-    virtual void SetPercentilStretch() = 0;
-    virtual void SetHistEqualStretch() = 0;
-    virtual bool SetLevelsStretch() = 0;
-    virtual bool SetThreshold() = 0;
+    virtual void SetIdentity() = 0;         ///< the whole range
+    virtual void SetLinearStretch() = 0;    ///< from the lowest value that occurs to the highest
+    virtual void SetPercentilStretch() = 0; ///< without the fraction GetPercentilValue() at either end
+    virtual void SetHistEqualStretch() = 0; ///< as many voxels for each level
+    virtual bool SetLevelsStretch() = 0;    ///< asks for levels, which are previewed
+    virtual bool SetThreshold() = 0;        ///< asks for thresholds, which are previewed
 
     // A host may keep a mapping in a configuration of its own; nothing in the library calls these.
-    virtual void ReadFromConfig(wxFileConfig& config) = 0;
-    virtual void WriteToConfig(wxFileConfig& config) = 0;
-    virtual void ReadLevelsFromConfig(wxFileConfig& config) = 0;
-    virtual void WriteLevelsToConfig(wxFileConfig& config) = 0;
+    virtual void ReadFromConfig(wxFileConfig& config) = 0;       ///< the whole state
+    virtual void WriteToConfig(wxFileConfig& config) = 0;        ///< the whole state
+    virtual void ReadLevelsFromConfig(wxFileConfig& config) = 0; ///< the levels alone
+    virtual void WriteLevelsToConfig(wxFileConfig& config) = 0;  ///< the levels alone
 
     /// For the host to call when the image's data have changed.
     virtual void OnHistogramChange(const HistogramSet<T>& histograms) = 0;
     /// Makes the tables anew, by the present stretch.
     virtual void ResetMapping() = 0;
-    virtual bool HasData() = 0;
+    virtual bool HasData() = 0; ///< a histogram has bins
 
     /// 0 no stretch, 1 linear, 2 percentil, 3 histogram equalization, 4 levels, 5 threshold.
     int GetStretchMode() const { return m_stretchMode - zel_ME_NO_STRETCH; }
+    /// Fraction of the voxels that is left out at either end.
     double GetPercentilValue() const { return m_percentilValue; }
     /// The next percentil stretch, or ResetMapping, takes it up.
     void SetPercentilValue(double value) { m_percentilValue = value; }
-    const HistogramSet<T>& GetHistograms() const { return m_histograms; }
+    const HistogramSet<T>& GetHistograms() const { return m_histograms; } ///< of each channel
 
     /// Runs a command that all modules have. @param event  a command with an id of this module
     void OnMapping(wxCommandEvent& event);
-    void OnUpdateUI(wxUpdateUIEvent& event);
+    void OnUpdateUI(wxUpdateUIEvent& event); ///< sets the marks of the stretches
 
 protected:
-    using Element = typename HistogramSet<T>::Element;
+    using Element = typename HistogramSet<T>::Element; ///< of a channel's values
+    /// 1 of gray images, 3 of colours, 4 of complex ones.
     static constexpr int channelCount = HistogramSet<T>::channelCount;
 
     /// Whether CreateMenu has been called.
@@ -95,7 +98,7 @@ protected:
     int OffsetOf(const wxEvent& event) const { return event.GetId() - GetMenuId(0); }
     /// The offset of the active stretch: no stretch to threshold, or whatever a configuration held.
     int GetStretchEntry() const { return m_stretchMode; }
-    void SetStretchEntry(int entry) { m_stretchMode = entry; }
+    void SetStretchEntry(int entry) { m_stretchMode = entry; } ///< changes no table
     /// Runs a stretch that asks nothing, from no stretch to equalization. @return whether the entry is one of them
     bool RunStretch(int entry);
     /// The entry "Set bitdepth...", for voxels of 8 and 16 bits. @param menu  as CreateMenu has made it
@@ -117,6 +120,7 @@ protected:
             FinishCommand(event);
     }
 
+    /// Histogram of a channel, whole.
     const Histogram<Element>& GetHistogram(int channel) const {
         if constexpr (channelCount == 1)
             return m_histograms.Get();
@@ -125,7 +129,9 @@ protected:
     }
     /// Whether any channel has.
     bool HasBins() const { return !m_histograms.IsEmpty(); }
+    /// Range, levels and thresholds of a channel.
     ChannelMapping<Element>& GetChannel(int channel) { return m_channels[static_cast<std::size_t>(channel)]; }
+    /// The same, to read.
     const ChannelMapping<Element>& GetChannel(int channel) const {
         return m_channels[static_cast<std::size_t>(channel)];
     }

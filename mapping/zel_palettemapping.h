@@ -28,32 +28,32 @@ enum zel_PaletteEntry : int {
 template <typename Voxel>
 class ZEL_EXPORT zel_PaletteMappingModule : public zel_MappingModule<Voxel> {
 public:
-    using Element = typename HistogramSet<Voxel>::Element;
+    using Element = typename HistogramSet<Voxel>::Element; ///< of a channel's values
 
-    wxMenu* CreateMenu(int& id) override;
+    wxMenu* CreateMenu(int& id) override; ///< the menu of the base, and the palettes
 
-    void SetRange() override;
-    void SetBitdepth() override;
+    void SetRange() override;    ///< of the channel that is shown
+    void SetBitdepth() override; ///< of the channel that is shown
     /// What SetBitdepth does once the user has told how many: the shown channel's range ends with the largest value of
     /// so many bits, and the tables are made anew.
     void ApplyBitdepth(int bits);
-    void SetIdentity() override;
-    void SetLinearStretch() override;
-    void SetPercentilStretch() override;
+    void SetIdentity() override;         ///< of the channel that is shown
+    void SetLinearStretch() override;    ///< of the channel that is shown
+    void SetPercentilStretch() override; ///< of the channel that is shown
     /// Needs a range no longer than the table; says so in the log otherwise. Values outside the range become black.
     void SetHistEqualStretch() override;
-    bool SetLevelsStretch() override;
-    bool SetThreshold() override;
+    bool SetLevelsStretch() override; ///< asks for levels, which are previewed
+    bool SetThreshold() override;     ///< asks for thresholds, which are previewed
 
     /// These modules keep nothing in a configuration; each of the four logs that as an error.
     void ReadFromConfig(wxFileConfig& config) override;
-    void WriteToConfig(wxFileConfig& config) override;
-    void ReadLevelsFromConfig(wxFileConfig& config) override;
-    void WriteLevelsToConfig(wxFileConfig& config) override;
+    void WriteToConfig(wxFileConfig& config) override;        ///< logs an error
+    void ReadLevelsFromConfig(wxFileConfig& config) override; ///< logs an error
+    void WriteLevelsToConfig(wxFileConfig& config) override;  ///< logs an error
 
     /// The ranges can only shrink by this.
     void OnHistogramChange(const HistogramSet<Voxel>& histograms) override;
-    void ResetMapping() override;
+    void ResetMapping() override; ///< of the channel that is shown
     /// Whether any channel's histogram has bins.
     bool HasData() override;
 
@@ -74,15 +74,19 @@ public:
     /// Value of the channel shown to level.
     const kep::LUT<Element, unsigned char>& GetMappingTable() const { return m_mappingTable; }
 
-    void OnUpdateUI(wxUpdateUIEvent& event);
+    void OnUpdateUI(wxUpdateUIEvent& event); ///< sets the marks of the palettes
+    /// Takes the levels into the table and tells the canvas; they stay the dialog's.
     void OnPreviewLevels(zel_LevelsEvent& event);
+    /// Takes the thresholds into the table and tells the canvas.
     void OnPreviewThresholding(zel_ThresholdingEvent& event);
 
 protected:
-    /// @param shown  the channel that the tables are made for
+    /// @param frame       gets the events; null until the module is added to one
+    /// @param histograms  of the whole sequence; copied
+    /// @param shown       the channel that the tables are made for
     zel_PaletteMappingModule(wxFrame* frame, const HistogramSet<Voxel>& histograms, int shown);
 
-    int GetShownChannel() const { return m_shown; }
+    int GetShownChannel() const { return m_shown; } ///< the channel that the table is made for
     /// The tables stay as they are.
     void SetShownChannel(int channel) { m_shown = channel; }
     /// Makes the mapping table of the levels.

@@ -19,6 +19,9 @@ enum zel_ChannelEntry : int { zel_CE_SHOW_ALL = 13, zel_CE_RED = 14, zel_CE_GREE
 template <typename T>
 class ZEL_EXPORT zel_RGBMappingModule : public zel_MappingModule<kep::RGB_generic<T>> {
 public:
+    /// Shows the whole range of each channel, without a stretch.
+    /// @param frame       gets the events; null until the module is added to one
+    /// @param histograms  of the whole sequence; copied
     zel_RGBMappingModule(wxFrame* frame, const HistogramSet<kep::RGB_generic<T>>& histograms);
 
     wxMenu* CreateMenu(int& id) override;
@@ -35,7 +38,7 @@ public:
     void SetPercentilStretch() override;
     /// Logs that there is none.
     void SetHistEqualStretch() override;
-    bool SetLevelsStretch() override;
+    bool SetLevelsStretch() override; ///< asks for levels of each channel, which are previewed
     /// A channel whose thresholds are left at the ends of its range keeps its levels.
     bool SetThreshold() override;
 
@@ -43,10 +46,13 @@ public:
     // table: ResetMapping does. Missing keys give no stretch, the whole range of T, and all channels shown. Doubles are
     // written with six digits.
 
+    /// @{
+    /// The whole state, or the levels alone.
     void ReadFromConfig(wxFileConfig& config) override;
     void WriteToConfig(wxFileConfig& config) override;
     void ReadLevelsFromConfig(wxFileConfig& config) override;
     void WriteLevelsToConfig(wxFileConfig& config) override;
+    /// @}
 
     /// The ranges can only shrink by this.
     void OnHistogramChange(const HistogramSet<kep::RGB_generic<T>>& histograms) override;
@@ -56,20 +62,24 @@ public:
     /// Whether any channel's histogram has bins.
     bool HasData() override;
 
+    /// Whether a channel takes part in the picture; else it is black there.
     bool IsChannelShown(int channel) const { return m_isShown[static_cast<std::size_t>(channel)]; }
+    /// Levels of a channel.
     const TLevelsParams<T, unsigned char>& GetLevels(int channel) const { return this->GetChannel(channel).levels; }
+    /// Thresholds of a channel.
     const ThresParams<T>& GetThresholds(int channel) const { return this->GetChannel(channel).thresholds; }
     /// The intensities that count as the channel's range.
     T GetRangeMin(int channel) const { return this->GetChannel(channel).rangeMin; }
-    T GetRangeMax(int channel) const { return this->GetChannel(channel).rangeMax; }
+    T GetRangeMax(int channel) const { return this->GetChannel(channel).rangeMax; } ///< its other end
     /// Component to level, also of a hidden channel.
     const kep::LUT<T, unsigned char>& GetMappingTable(int channel) const {
         return m_tables[static_cast<std::size_t>(channel)];
     }
 
-    void OnMapping(wxCommandEvent& event);
-    void OnUpdateUI(wxUpdateUIEvent& event);
-    void OnPreviewLevels(zel_LevelsEvent& event);
+    void OnMapping(wxCommandEvent& event);        ///< of the menu
+    void OnUpdateUI(wxUpdateUIEvent& event);      ///< sets the marks of the channels
+    void OnPreviewLevels(zel_LevelsEvent& event); ///< takes the levels into the table and tells the canvas
+    /// Takes the thresholds into the table and tells the canvas.
     void OnPreviewThresholding(zel_ThresholdingEvent& event);
 
 private:

@@ -21,7 +21,9 @@ struct AxisLook {
 };
 
 /// How a view shows an axis of its image.
-/// @param pixels  of the window along this axis
+/// @param view, image  the view of this image
+/// @param axis         of the image
+/// @param pixels       of the window along this axis
 ZEL_EXPORT AxisLook LookAlong(const View& view, const ImageGeometry& image, Axis axis, int pixels);
 
 /// How a view shows the third axis of a plane: one pixel, at the cut.

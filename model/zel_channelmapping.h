@@ -16,10 +16,10 @@ namespace zel {
 /// as it is, unless they say otherwise. T is unsigned char, unsigned short, int or float.
 template <typename T>
 struct ZEL_EXPORT ChannelMapping {
-    T rangeMin{}; ///< may lie above rangeMax where a range was asked for that the histogram doesn't have
-    T rangeMax{};
-    GrayLevels<T> levels;
-    ThresParams<T> thresholds;
+    T rangeMin{};              ///< may lie above rangeMax where a range was asked for that the histogram doesn't have
+    T rangeMax{};              ///< the other end
+    GrayLevels<T> levels;      ///< from which the table is made, unless it is equalised or thresholded
+    ThresParams<T> thresholds; ///< in voxel values
 
     /// The range of a histogram, and levels and thresholds from one end to the other. Without bins the range is that of
     /// a new TLevelsParams<T, unsigned char>.
@@ -37,10 +37,12 @@ struct ZEL_EXPORT ChannelMapping {
 
     /// The whole range. Works without bins too.
     void StretchNone() { levels = {rangeMin, rangeMax}; }
+    /// Levels from the lowest value of the range that occurs to the highest.
     void StretchLinear(const Histogram<T>& histogram);
     /// The same for a colour channel: one with less than two values takes the ends of its range.
     void StretchLinearOrWhole(const Histogram<T>& histogram);
-    /// @param fraction  of the voxels, left out at either end
+    /// @param histogram  of the channel
+    /// @param fraction   of the voxels, left out at either end
     void StretchPercentil(const Histogram<T>& histogram, double fraction);
     /// Equalises the table itself. The levels are then only where a dialog begins.
     /// @return false, and nothing is changed, if the range has more bins than the table has entries
@@ -50,8 +52,8 @@ struct ZEL_EXPORT ChannelMapping {
     // numbers here and not as values: for 8 and 16 bits the two are the same as long as the histogram covers the type;
     // for int and float images they differ.
 
-    void HoldLevels(const Histogram<T>& histogram);
-    void HoldThresholds(const Histogram<T>& histogram);
+    void HoldLevels(const Histogram<T>& histogram); ///< raises inMin to the lower end and lowers inMax to the upper one
+    void HoldThresholds(const Histogram<T>& histogram); ///< holds both within the ends
     /// Both, and each end of the levels on either side.
     void HoldAll(const Histogram<T>& histogram);
 

@@ -19,13 +19,13 @@ enum ComplexMode : int {
     Phase = 2,    ///< atan2(im, re), from -pi to pi
     Amplitude = 3 ///< sqrt(im * im + re * re)
 };
-inline constexpr int complexModeCount = 4;
+inline constexpr int complexModeCount = 4; ///< the number of modes
 
 /// A mapper that shows one part of complex voxels says which. A mapper that doesn't counts as showing the amplitude.
 class ZEL_EXPORT zel_ComplexPartShown {
 public:
     virtual ~zel_ComplexPartShown() = default;
-    virtual ComplexMode GetShowMode() const = 0;
+    virtual ComplexMode GetShowMode() const = 0; ///< of all voxels that it maps
 };
 
 /// The part that a mapper of complex voxels shows.
@@ -41,6 +41,7 @@ ZEL_EXPORT ComplexPart PartOf(ComplexMode mode);
 /// greatest on its line, the first of several. Not-a-numbers lose against any number. The projection has one voxel on
 /// that axis, the frame's resolution, and its offset with 0 on that axis. One pass.
 /// @param type        XY, XZ or YZ; any other leaves the projection alone
+/// @param frame       not changed
 /// @param part        not null
 /// @param projection  another object than the frame
 /// @throws std::bad_alloc

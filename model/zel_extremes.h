@@ -52,27 +52,28 @@ constexpr void Widen(kep::RGB_generic<C>& min, kep::RGB_generic<C>& max, const k
 /// the upper end of T as minimum and the lower end as maximum.
 template <typename T>
 struct ZEL_EXPORT ExtremaValues {
-    T min = detail::Ends<T>::Upper();
-    T max = detail::Ends<T>::Lower();
+    T min = detail::Ends<T>::Upper(); ///< the smallest value, by component
+    T max = detail::Ends<T>::Lower(); ///< the greatest value, by component
 
-    void SetEmpty() { *this = ExtremaValues(); }
+    void SetEmpty() { *this = ExtremaValues(); } ///< as of an image without frames
     /// Lowers the minimum and raises the maximum where the other's lie beyond.
     void Merge(const ExtremaValues& other) { detail::Widen(min, max, other.min, other.max); }
 
-    friend constexpr bool operator==(const ExtremaValues& a, const ExtremaValues& b) = default;
+    friend constexpr bool operator==(const ExtremaValues& a, const ExtremaValues& b) = default; ///< exact
 };
 
 /// Extremes of complex voxels. Real and imaginary part have theirs apart, so min need not be a voxel of the image.
 template <typename F>
 struct ZEL_EXPORT ExtremaValues<std::complex<F>> {
+    /// The smallest real part and the smallest imaginary part.
     std::complex<F> min = detail::Ends<std::complex<F>>::Upper();
-    std::complex<F> max = detail::Ends<std::complex<F>>::Lower();
-    F amplitudeMin = detail::Ends<F>::Upper(); ///< of sqrt(re * re + im * im)
-    F amplitudeMax = detail::Ends<F>::Lower();
-    F phaseMin = detail::Ends<F>::Upper(); ///< of atan2(im, re), -pi to pi
-    F phaseMax = detail::Ends<F>::Lower();
+    std::complex<F> max = detail::Ends<std::complex<F>>::Lower(); ///< the greatest ones
+    F amplitudeMin = detail::Ends<F>::Upper();                    ///< of sqrt(re * re + im * im)
+    F amplitudeMax = detail::Ends<F>::Lower();                    ///< of the same
+    F phaseMin = detail::Ends<F>::Upper();                        ///< of atan2(im, re), -pi to pi
+    F phaseMax = detail::Ends<F>::Lower();                        ///< of the same
 
-    void SetEmpty() { *this = ExtremaValues(); }
+    void SetEmpty() { *this = ExtremaValues(); } ///< as of an image without frames
     /// Lowers each minimum and raises each maximum where the other's lie beyond.
     void Merge(const ExtremaValues& other) {
         F reMin = min.real(), imMin = min.imag(), reMax = max.real(), imMax = max.imag();
@@ -84,7 +85,7 @@ struct ZEL_EXPORT ExtremaValues<std::complex<F>> {
         detail::Widen(phaseMin, phaseMax, other.phaseMin, other.phaseMax);
     }
 
-    friend constexpr bool operator==(const ExtremaValues& a, const ExtremaValues& b) = default;
+    friend constexpr bool operator==(const ExtremaValues& a, const ExtremaValues& b) = default; ///< exact
 };
 
 /// Sets the extremes from the voxels of one frame: they start at its first voxel, and each voxel that lies beyond

@@ -37,18 +37,20 @@ concept ForeignRect =
 
 /// A place.
 struct Point {
-    int x = 0;
-    int y = 0;
+    int x = 0; ///< to the right
+    int y = 0; ///< downwards
 
     constexpr Point() = default;
-    constexpr Point(int newX, int newY) : x(newX), y(newY) {}
+    constexpr Point(int newX, int newY) : x(newX), y(newY) {} ///< in this order
     template <ForeignPair P>
-    constexpr Point(const P& other) : x(other.x), y(other.y) {}
+    constexpr Point(const P& other) : x(other.x), y(other.y) {} ///< of the toolkit's point or size
+    /// Turns into a toolkit's point or size.
     template <ForeignPair P>
     constexpr operator P() const {
         return P(x, y);
     }
-    friend constexpr bool operator==(const Point&, const Point&) = default;
+    friend constexpr bool operator==(const Point&, const Point&) = default; ///< of both coordinates
+    /// Compares with a toolkit's point or size.
     template <ForeignPair P>
     friend constexpr bool operator==(const Point& a, const P& b) {
         return a.x == b.x && a.y == b.y;
@@ -57,18 +59,20 @@ struct Point {
 
 /// An extent: x is the width, y the height.
 struct Size {
-    int x = 0;
-    int y = 0;
+    int x = 0; ///< width
+    int y = 0; ///< height
 
     constexpr Size() = default;
-    constexpr Size(int width, int height) : x(width), y(height) {}
+    constexpr Size(int width, int height) : x(width), y(height) {} ///< in this order
     template <ForeignPair P>
-    constexpr Size(const P& other) : x(other.x), y(other.y) {}
+    constexpr Size(const P& other) : x(other.x), y(other.y) {} ///< of the toolkit's size or point
+    /// Turns into a toolkit's size or point.
     template <ForeignPair P>
     constexpr operator P() const {
         return P(x, y);
     }
-    friend constexpr bool operator==(const Size&, const Size&) = default;
+    friend constexpr bool operator==(const Size&, const Size&) = default; ///< of both extents
+    /// Compares with a toolkit's size or point.
     template <ForeignPair P>
     friend constexpr bool operator==(const Size& a, const P& b) {
         return a.x == b.x && a.y == b.y;
@@ -77,21 +81,25 @@ struct Size {
 
 /// A place and an extent.
 struct Rect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
+    int x = 0;      ///< of the left edge
+    int y = 0;      ///< of the top edge
+    int width = 0;  ///< may be 0
+    int height = 0; ///< may be 0
 
     constexpr Rect() = default;
+    /// A rectangle from its top left corner.
     constexpr Rect(int left, int top, int newWidth, int newHeight)
         : x(left), y(top), width(newWidth), height(newHeight) {}
+    /// A toolkit's rectangle.
     template <ForeignRect R>
     constexpr Rect(const R& other) : x(other.x), y(other.y), width(other.width), height(other.height) {}
+    /// Turns into a toolkit's rectangle.
     template <ForeignRect R>
     constexpr operator R() const {
         return R(x, y, width, height);
     }
-    friend constexpr bool operator==(const Rect&, const Rect&) = default;
+    friend constexpr bool operator==(const Rect&, const Rect&) = default; ///< of place and extent
+    /// Compares with a toolkit's rectangle.
     template <ForeignRect R>
     friend constexpr bool operator==(const Rect& a, const R& b) {
         return a == Rect(b);

@@ -44,11 +44,14 @@ class ZEL_EXPORT Histogram {
 public:
     /// Without bins.
     Histogram() = default;
+    /// @{
+    /// Deep. @throws std::bad_alloc the assigned one is then as it was
     Histogram(const Histogram& src);
     Histogram& operator=(const Histogram& src);
+    /// @}
     /// The histogram that is moved from has no bins then.
     Histogram(Histogram&& src) noexcept;
-    Histogram& operator=(Histogram&& src) noexcept;
+    Histogram& operator=(Histogram&& src) noexcept; ///< as the move constructor
     virtual ~Histogram() = default;
 
     /// Drops what there was and makes n bins with counters of 0. The centers run from min to max, both included, and
@@ -59,11 +62,12 @@ public:
     void Init(const T& min, const T& max, std::size_t n);
     /// Sets the counters to 0 and leaves the centers.
     void Clear();
-    void Swap(Histogram& other) noexcept;
+    void Swap(Histogram& other) noexcept; ///< without copying
 
-    std::size_t size() const { return count; }
-    bool empty() const { return count == 0; }
+    std::size_t size() const { return count; } ///< number of bins
+    bool empty() const { return count == 0; }  ///< no bins, as at first
 
+    /// @{
     /// Counters.
     std::size_t& operator[](std::size_t i) { return bins[i]; }
     const std::size_t& operator[](std::size_t i) const { return bins[i]; }
@@ -71,19 +75,20 @@ public:
     const std::size_t* begin() const { return bins.get(); }
     std::size_t* end() { return bins.get() + count; }
     const std::size_t* end() const { return bins.get() + count; }
+    /// @}
     /// Counter of the bin of a value. There must be bins.
     std::size_t& GetBin(const T& value) { return bins[GetBinPos(value)]; }
-    const std::size_t& GetBin(const T& value) const { return bins[GetBinPos(value)]; }
+    const std::size_t& GetBin(const T& value) const { return bins[GetBinPos(value)]; } ///< to read
 
     /// Bin of a value: its place between the first and the last center, truncated. Values outside fall in the end
     /// bins, NaN in the first; only values at or above the last center are in the last. A center that had to be rounded
     /// to fit in a float may itself lie in the bin below. There must be bins.
     /// For std::complex<float> it throws the C string "Not Implemented".
     std::size_t GetBinPos(T value) const;
-    T GetBinCenter(std::size_t i) const { return centers[i]; }
+    T GetBinCenter(std::size_t i) const { return centers[i]; } ///< in ascending order
     /// The first and the last center. There must be bins.
     T GetLeftCenter() const { return centers[0]; }
-    T GetRightCenter() const { return centers[count - 1]; }
+    T GetRightCenter() const { return centers[count - 1]; } ///< the greatest one
 
     /// Sum of all counters.
     std::size_t GetSum() const;
@@ -142,6 +147,7 @@ template <typename T>
 inline std::size_t Histogram<T>::GetBinPos(T value) const {
     return detail::FindBin(value, GetLeftCenter(), GetRightCenter(), count);
 }
+/// Throws the C string "Not Implemented": complex values have no order.
 template <>
 ZEL_EXPORT std::size_t Histogram<std::complex<float>>::GetBinPos(std::complex<float> value) const;
 
@@ -157,18 +163,22 @@ public:
     HistogramPart(const Histogram<T>& whole)
         : counters(whole.begin()), centers(whole.centers.get()), count(whole.size()) {}
 
-    std::size_t size() const { return count; }
-    bool empty() const { return count == 0; }
+    std::size_t size() const { return count; } ///< number of bins
+    bool empty() const { return count == 0; }  ///< no bins
 
+    /// @{
     /// Counters.
     const std::size_t& operator[](std::size_t i) const { return counters[i]; }
     const std::size_t* begin() const { return counters; }
     const std::size_t* end() const { return counters + count; }
+    /// @}
     /// Counter of the bin of a value. There must be bins.
     const std::size_t& GetBin(const T& value) const { return counters[GetBinPos(value)]; }
 
     /// The rest is as in Histogram, counted and searched in these bins alone.
     std::size_t GetBinPos(T value) const { return detail::FindBin(value, GetLeftCenter(), GetRightCenter(), count); }
+    /// @{
+    /// As of a histogram that has these bins alone; indexes count from the first of them.
     T GetBinCenter(std::size_t i) const { return centers[i]; }
     T GetLeftCenter() const { return centers[0]; }
     T GetRightCenter() const { return centers[count - 1]; }
@@ -177,6 +187,7 @@ public:
     std::size_t FindLastNonZero() const;
     std::size_t FindLeftPercentil(double p) const;
     std::size_t FindRightPercentil(double p) const;
+    /// @}
 
 private:
     friend class Histogram<T>;

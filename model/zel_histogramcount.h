@@ -16,8 +16,10 @@ namespace zel {
 /// Adds values to the counters of their bins: what ++histogram.GetBin(value) would do with each, in a fraction of the
 /// time. The histogram must have bins. For as long as it works it takes up to 2 MiB of memory, and with half a million
 /// values or more a second thread.
-/// @param first   the first value; each next one lies `stride` elements further on
-/// @param number  of values
+/// @param first      the first value; each next one lies `stride` elements further on
+/// @param number     of values
+/// @param stride     1 for values that lie in a row
+/// @param histogram  gets the counts
 /// @throws std::bad_alloc nothing has been counted then
 template <typename T>
 void CountValues(const T* first, std::size_t number, std::size_t stride, Histogram<T>& histogram);
@@ -29,7 +31,9 @@ void CountFrame(const kep::Image3d<T>& frame, Histogram<T>& histogram) {
 }
 
 /// Adds one component of all voxels of a colour frame.
-/// @param channel  0 red, 1 green, 2 blue
+/// @param frame      not changed
+/// @param channel    0 red, 1 green, 2 blue
+/// @param histogram  gets the counts
 template <typename C>
 void CountFrame(const kep::Image3d<kep::RGB_generic<C>>& frame, int channel, Histogram<C>& histogram) {
     if (!frame.IsEmpty())

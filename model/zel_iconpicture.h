@@ -19,7 +19,7 @@ struct IconPlan {
     /// of the picture is not in it.
     Rect opaque;
 
-    friend bool operator==(const IconPlan&, const IconPlan&) = default;
+    friend bool operator==(const IconPlan&, const IconPlan&) = default; ///< of all fields
 };
 
 /// @param picture  its columns and rows
@@ -28,10 +28,13 @@ ZEL_EXPORT IconPlan PlanIcon(const Size& picture, const Size& icon);
 
 /// Draws a picture into an icon, mirrored as the XY window shows it, on black.
 /// @param picture  as it was made, before it was mirrored
+/// @param options  which axes are mirrored
+/// @param icon     of the size that is wanted
 ZEL_EXPORT void DrawIcon(const ColourBuffer& picture, const ViewOptions& options, ColourBuffer& icon);
 
 /// Draws the mask of that icon: white where it is opaque, black where it is transparent.
 /// @param picture  its columns and rows
+/// @param mask     of the icon's size
 ZEL_EXPORT void DrawIconMask(const Size& picture, ColourBuffer& mask);
 
 } // namespace zel

@@ -43,7 +43,7 @@ public:
     int Advance();
     /// One step by hand. At the end of the range: stays, or in loop mode starts again in the phase of the step.
     int StepForward();
-    int StepBackward();
+    int StepBackward(); ///< likewise, at the start of the range
     /// Back to the first index of the range that whole steps reach; browsing goes forward from here.
     int GoToFirst();
     /// On to the last index of the range that whole steps reach; browsing goes backward from here.

@@ -17,11 +17,11 @@ struct LabelVolume;
 /// The triangle mesh of one label. Movable, not copyable; the arrays live as long as the mesh.
 class ZEL_EXPORT LabelSurface {
 public:
-    LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays);
+    LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays); ///< takes the arrays over
 
-    std::uint64_t GetLabel() const { return m_label; }
-    std::uint64_t GetVertexCount() const { return m_arrays.vertices.GetSize() / 3; }
-    std::uint64_t GetTriangleCount() const { return m_arrays.indices.GetSize() / 3; }
+    std::uint64_t GetLabel() const { return m_label; } ///< that the mesh is of, below 65536
+    std::uint64_t GetVertexCount() const { return m_arrays.vertices.GetSize() / 3; }  ///< each of three coordinates
+    std::uint64_t GetTriangleCount() const { return m_arrays.indices.GetSize() / 3; } ///< each of three indices
 
     /// x, y, z of each vertex. Null in a mesh without vertices, as are the other two.
     const float* GetVertices() const { return m_arrays.vertices.GetData(); }
@@ -52,9 +52,9 @@ public:
     /// the order of cells: z, then rows from the last to the first, then x.
     ///
     /// A few passes over the voxels, fast where neighbours are alike; memory in proportion to the surface.
-    /// @param labels          sizeX * sizeY * sizeZ voxels, x fastest; 0 is background. Not needed after the call
-    /// @param labelToSurface  for each label in the frame its place among the surfaces: each of 0 to size - 1 once.
-    ///                        A label that is not there gets no surface
+    /// @param labels               sizeX * sizeY * sizeZ voxels, x fastest; 0 is background. Not needed after the call
+    /// @param labelToSurface       for each label in the frame its place among the surfaces: each of 0 to size - 1
+    ///                             once. A label that is not there gets no surface
     /// @param sizeX, sizeY, sizeZ  voxels. With less than two along an axis all surfaces are empty
     /// @param cellX, cellY, cellZ  distance of neighbouring voxels, in whatever unit the vertices should have
     /// @throws std::bad_alloc  the generator is then not valid, and empty
@@ -74,6 +74,7 @@ public:
 
     /// A run has finished since the last Release.
     bool IsValid() const { return m_valid; }
+    /// The meshes at the places that `labelToSurface` gave them; valid until the next run or Release.
     const std::vector<LabelSurface>& GetSurfaces() const { return m_surfaces; }
 
 private:

@@ -35,15 +35,23 @@ using ColourOfLabel = std::function<kep::RGB_generic<unsigned char>(LabelPixel)>
 /// mixed with the picture, channel by channel: picture * transparency + colour * (1 - transparency), truncated. At
 /// transparency 1 the inside stays as it is, at 0 it has the label's colour.
 /// @param labels        `count` pixels, with their boundaries marked
+/// @param count         pixels of the picture and of `labels`
 /// @param transparency  0 to 1; what lies outside counts as the nearer end, and NaN as 0
+/// @param colourOf      gives the colour of each label
+/// @param picture       `count` pixels, which are changed
 ZEL_EXPORT void BlendCut(const LabelPixel* labels, std::size_t count, float transparency, const ColourOfLabel& colourOf,
                          kep::RGB_generic<unsigned char>* picture);
 
 /// Paints the labels of a projection into a picture of the same size. Where `outlines` has a label the picture gets its
 /// colour; then, wherever `labels` is not 0, it is mixed with the colour of that label as in a cut. At transparency 1
 /// the outlines are all that is left.
-/// @param labels    `count` pixels; they are passed on to colourOf as they are, with the boundary bit if they have it
-/// @param outlines  `count` pixels; their boundary bits do not count
+/// @param labels        `count` pixels; they are passed on to colourOf as they are, with the boundary bit if they have
+///                      it
+/// @param outlines      `count` pixels; their boundary bits do not count
+/// @param count         pixels of the picture, of `labels` and of `outlines`
+/// @param transparency  as in BlendCut
+/// @param colourOf      gives the colour of each label
+/// @param picture       `count` pixels, which are changed
 ZEL_EXPORT void BlendProjection(const LabelPixel* labels, const LabelPixel* outlines, std::size_t count,
                                 float transparency, const ColourOfLabel& colourOf,
                                 kep::RGB_generic<unsigned char>* picture);

@@ -12,18 +12,18 @@ using MicronBox = kep::VOI<kep::T_pair<float, float>>;
 
 /// What the arrangement of the three drawing windows depends on.
 struct ViewLayoutInput {
-    Size client;    ///< the canvas's client size, pixels
-    int border = 0; ///< both frame lines of a drawing window together, pixels
-    PerPlane<bool> shown{{true, true, true}};
-    MicronBox boundingBox;      ///< the whole image
-    MicronBox visibleBox;       ///< what was visible until now; its centre is kept
-    kep::Vector3d<float> scale; ///< pixels per micron; an axis whose scale is not above 0 wants no pixels
+    Size client;                              ///< the canvas's client size, pixels
+    int border = 0;                           ///< both frame lines of a drawing window together, pixels
+    PerPlane<bool> shown{{true, true, true}}; ///< which of the windows are on view
+    MicronBox boundingBox;                    ///< the whole image
+    MicronBox visibleBox;                     ///< what was visible until now; its centre is kept
+    kep::Vector3d<float> scale;               ///< pixels per micron; an axis whose scale is not above 0 wants no pixels
 };
 
 /// Where the windows stand, borders included, and what they show.
 struct ViewLayout {
-    PerPlane<Rect> windows;
-    MicronBox visibleBox;
+    PerPlane<Rect> windows;          ///< pixels of the canvas; hidden windows have one too
+    MicronBox visibleBox;            ///< microns
     kep::Vector3d<float> scrollStep; ///< a fifth of the visible size
 };
 

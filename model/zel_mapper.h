@@ -14,7 +14,7 @@ template <typename T>
 class ZEL_EXPORT zel_Mapper {
 public:
     zel_Mapper() = default;
-    zel_Mapper(const zel_Mapper&) = default;
+    zel_Mapper(const zel_Mapper&) = default; ///< for derived classes
     virtual ~zel_Mapper() = default;
 
     /// Writes the colours of buffer.width * buffer.height voxels, which lie contiguously at `data` row after row, to

@@ -10,21 +10,21 @@ namespace zel {
 template <typename T, typename U>
 struct ZEL_EXPORT TLevelsParams {
     T inMin = std::numeric_limits<T>::min(); ///< for float the smallest positive normal number
-    T inMax = std::numeric_limits<T>::max();
-    double gamma = 1.0; ///< 1 is a straight line
-    U outMin = 0;
-    U outMax = 255;
+    T inMax = std::numeric_limits<T>::max(); ///< may lie below inMin: the curve then falls
+    double gamma = 1.0;                      ///< 1 is a straight line
+    U outMin = 0;                            ///< level of inMin and of what lies below
+    U outMax = 255;                          ///< level of inMax and of what lies above
 
-    friend bool operator==(const TLevelsParams&, const TLevelsParams&) = default;
+    friend bool operator==(const TLevelsParams&, const TLevelsParams&) = default; ///< exact
 };
 
 /// Two thresholds, in voxel values.
 template <typename T>
 struct ZEL_EXPORT ThresParams {
-    T lower = std::numeric_limits<T>::min();
-    T upper = std::numeric_limits<T>::max();
+    T lower = std::numeric_limits<T>::min(); ///< the lowest value that is white
+    T upper = std::numeric_limits<T>::max(); ///< the highest value that is white
 
-    friend bool operator==(const ThresParams&, const ThresParams&) = default;
+    friend bool operator==(const ThresParams&, const ThresParams&) = default; ///< exact
 };
 
 } // namespace zel

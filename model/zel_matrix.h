@@ -10,11 +10,12 @@
 
 namespace zel {
 
-using Vector3f = kep::Vector3d<float>;
+using Vector3f = kep::Vector3d<float>; ///< a direction or a place
 
 /// Four columns of four, one after the other: the element at (row, column) is [row + 4 * column].
 using Matrix4 = std::array<float, 16>;
 
+/// Changes nothing.
 inline constexpr Matrix4 identityMatrix{1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1};
 
 /// The first three elements of a column.
@@ -22,6 +23,7 @@ constexpr Vector3f ColumnOf(const Matrix4& matrix, std::size_t column) {
     return {matrix[4 * column], matrix[4 * column + 1], matrix[4 * column + 2]};
 }
 
+/// The vector at right angles to both, by the right hand.
 constexpr Vector3f Cross(const Vector3f& a, const Vector3f& b) {
     return {a.y * b.z - a.z * b.y, a.z * b.x - a.x * b.z, a.x * b.y - a.y * b.x};
 }
@@ -29,7 +31,9 @@ constexpr Vector3f Cross(const Vector3f& a, const Vector3f& b) {
 /// The matrix that does `right` first and then `left`: what glMultMatrixf(right) makes of `left`.
 ZEL_EXPORT Matrix4 Multiply(const Matrix4& left, const Matrix4& right);
 
+/// Moves by a vector.
 ZEL_EXPORT Matrix4 TranslationMatrix(const Vector3f& by);
+/// Scales each axis by a component of a vector.
 ZEL_EXPORT Matrix4 ScaleMatrix(const Vector3f& by);
 
 /// A turn about an axis, counterclockwise when the axis points at the viewer.

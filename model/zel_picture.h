@@ -11,9 +11,10 @@
 
 namespace zel {
 
-using Colour = kep::RGB_generic<unsigned char>;
+using Colour = kep::RGB_generic<unsigned char>; ///< of a pixel on the screen
 
 /// Columns and rows of a plane's picture as it is made, before it is turned for the screen.
+/// @param plane   of the window
 /// @param window  size of the window, pixels
 constexpr Size RowsOfPicture(const Plane& plane, const Size& window) {
     return plane.isTurned ? Size(window.y, window.x) : window;
@@ -36,13 +37,16 @@ ZEL_EXPORT void TransposePicture(const Colour* from, int width, int height, bool
 
 /// A picture as it is seen in a window. Who made it owns the pixels.
 struct SeenPicture {
-    Colour* pixels;
-    Size size;
+    Colour* pixels; ///< rows from top to bottom, without gaps
+    Size size;      ///< columns and rows
 };
 
 /// Turns and mirrors a plane's picture as the window shows it.
-/// @param pixels  the picture as it was made, `rows.y` rows of `rows.x` pixels
-/// @param turned  room for the result, used if it differs from the picture; keep it between calls
+/// @param plane    of the window
+/// @param options  which axes are mirrored
+/// @param pixels   the picture as it was made, `rows.y` rows of `rows.x` pixels
+/// @param rows     columns and rows of the picture as it was made
+/// @param turned   room for the result, used if it differs from the picture; keep it between calls
 /// @return in `pixels` or in `turned`
 ZEL_EXPORT SeenPicture TurnPicture(const Plane& plane, const ViewOptions& options, Colour* pixels, const Size& rows,
                                    std::vector<Colour>& turned);

@@ -11,6 +11,7 @@ namespace zel {
 /// The axes of an image.
 enum class Axis : int { X, Y, Z };
 
+/// All three, for loops.
 inline constexpr std::array<Axis, 3> axes{Axis::X, Axis::Y, Axis::Z};
 
 /// The component of a vector along an axis.
@@ -18,6 +19,7 @@ template <typename T>
 constexpr T& At(kep::Vector3d<T>& vector, Axis axis) {
     return axis == Axis::X ? vector.x : axis == Axis::Y ? vector.y : vector.z;
 }
+/// The same, to read.
 template <typename T>
 constexpr const T& At(const kep::Vector3d<T>& vector, Axis axis) {
     return axis == Axis::X ? vector.x : axis == Axis::Y ? vector.y : vector.z;
@@ -26,15 +28,15 @@ constexpr const T& At(const kep::Vector3d<T>& vector, Axis axis) {
 /// One of the three planes in which an image is cut: which axis runs where. Everything that depends on the axes of a
 /// drawing window asks its plane.
 struct Plane {
-    zel_ProjectionType type;
-    Axis horizontal; ///< runs to the right
-    Axis vertical;   ///< runs downwards
-    Axis third;      ///< runs through the plane
+    zel_ProjectionType type; ///< zel_PT_XY, zel_PT_XZ or zel_PT_YZ
+    Axis horizontal;         ///< runs to the right
+    Axis vertical;           ///< runs downwards
+    Axis third;              ///< runs through the plane
     /// The voxels lie in memory with the vertical axis along the rows: a picture is made turned, and transposed for the
     /// screen.
     bool isTurned;
 
-    friend constexpr bool operator==(const Plane&, const Plane&) = default;
+    friend constexpr bool operator==(const Plane&, const Plane&) = default; ///< of all fields
 };
 
 /// XY, XZ and YZ, in the order in which they are made and looked at everywhere.
@@ -85,15 +87,18 @@ constexpr kep::Vector3d<T> ToImage(const Plane& plane, const kep::Vector3d<T>& p
 /// One value for each plane.
 template <typename T>
 struct PerPlane {
-    std::array<T, planes.size()> values{};
+    std::array<T, planes.size()> values{}; ///< in the order of `planes`
 
     /// @param type  zel_PT_XY, zel_PT_XZ or zel_PT_YZ
     constexpr T& operator[](zel_ProjectionType type) { return values[IndexOf(type)]; }
-    constexpr const T& operator[](zel_ProjectionType type) const { return values[IndexOf(type)]; }
+    constexpr const T& operator[](zel_ProjectionType type) const { return values[IndexOf(type)]; } ///< to read
+    /// @{
+    /// The values in the order of `planes`.
     constexpr auto begin() { return values.begin(); }
     constexpr auto begin() const { return values.begin(); }
     constexpr auto end() { return values.end(); }
     constexpr auto end() const { return values.end(); }
+    /// @}
 };
 
 } // namespace zel

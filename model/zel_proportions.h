@@ -27,8 +27,9 @@ ZEL_EXPORT OpeningScale ChooseScale(const kep::Resolution& resolution);
 ZEL_EXPORT float FactorToFill(const kep::Vector3d<float>& pixels, int width, int height);
 
 /// A viewer's title: "stack.tif - 512 x 512 x 40 - 150%".
-/// @param name   in UTF-8
-/// @param pixels on the screen for the shortest side of a voxel, above 0
+/// @param name    in UTF-8
+/// @param voxels  of the image
+/// @param pixels  on the screen for the shortest side of a voxel, above 0
 ZEL_EXPORT std::string DescribeTitle(const std::string& name, const kep::Vector3d<std::size_t>& voxels, float pixels);
 
 } // namespace zel

@@ -37,6 +37,7 @@ constexpr SheetQuads MakeSheetQuads() {
 /// How far towards the viewer a sheet is moved from the volume's centre: from -1 for the first to 1 for the last, so
 /// that they are drawn from back to front. A single sheet has no place: the result is not a number.
 /// @param sheet  0 <= sheet < count
+/// @param count  of all sheets
 constexpr float PlaceOfSheet(int sheet, int count) {
     return 2.0F * static_cast<float>(sheet) / static_cast<float>(count - 1) - 1.0F;
 }

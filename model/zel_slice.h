@@ -9,6 +9,8 @@ namespace zel {
 
 /// Cuts the voxels under a window's pixels out of a frame: the first step of every picture. The second is
 /// zel_Mapper<T>::Map, the third TurnPicture.
+/// @param view    scale, visible box and cut
+/// @param plane   of the window
 /// @param window  size of the window, pixels
 /// @param source  the frame, or its autofocus image where the view shows that
 /// @param slice   gets one voxel a pixel, XY (w, h, 1), XZ (w, 1, h), YZ (1, h, w), and its place

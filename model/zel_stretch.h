@@ -10,8 +10,10 @@ namespace zel {
 // What the stretches make of a histogram or a part of one, which has bins. T is unsigned char, unsigned short, int or
 // float.
 
+/// Levels from voxel values to 8 bits.
 template <typename T>
 using GrayLevels = TLevelsParams<T, unsigned char>;
+/// The table of such levels.
 template <typename T>
 using GrayTable = kep::LUT<T, unsigned char>;
 
@@ -46,6 +48,7 @@ void FillTable(const ThresParams<T>& thresholds, GrayTable<T>& table) {
 /// Fills a table so that every level gets about the same number of voxels. Values outside the range are black.
 /// @param bins       of the range
 /// @param low, high  ends of the range
+/// @param table      of the channel; covers the range
 /// @return false, and nothing is changed, if the range has more bins than the table has entries
 template <typename T>
 bool EqualizeTable(const HistogramPart<T>& bins, T low, T high, GrayTable<T>& table);

@@ -15,6 +15,7 @@ namespace zel {
 /// @param wished  finite and above 0
 ZEL_EXPORT float RoundLength(float wished);
 
+/// A scale bar at the scale of the picture.
 struct TrueScaleBar {
     float length = 0; ///< microns, or pixels of an image whose voxel size is not known
     Size legs;        ///< the same in the picture, pixels along the window's horizontal and vertical axis
@@ -31,7 +32,8 @@ ZEL_EXPORT TrueScaleBar MakeTrueScaleBar(float horizontal, float vertical, int w
 ZEL_EXPORT std::string TrueScaleBarText(float length, bool inMicrons);
 
 /// The pixel of a window's axis at which the cut is seen, mirrored or not.
-/// @param cut  microns
+/// @param axis  as the window shows it
+/// @param cut   microns
 ZEL_EXPORT int TrueCutPointerPlace(const AxisLook& axis, float cut);
 
 } // namespace zel

@@ -15,6 +15,7 @@
 
 namespace zel {
 
+/// The 34 numbers of a pose as a file has them.
 ZEL_EXPORT std::string WritePose(const VolumePose& pose);
 
 /// Reads one number after the other, as fscanf does. A number that is missing, or where something else stands, stays as
@@ -24,11 +25,13 @@ ZEL_EXPORT void ReadPose(std::string_view text, VolumePose& pose);
 
 /// Saves a pose as a file, which appears under its name only when it is whole.
 /// @param fileName  in the file system's encoding
+/// @param pose      to be saved
 /// @throws kep::IOException; std::bad_alloc. What stood under the name stays then.
 ZEL_EXPORT void SavePose(const std::string& fileName, const VolumePose& pose);
 
 /// Reads a file as ReadPose does; a megabyte of it at most.
 /// @param fileName  in the file system's encoding
+/// @param pose      gets the numbers that the file has
 /// @return false if it cannot be opened or read, or is no plain file. The pose is as it was then
 ZEL_EXPORT bool LoadPose(const std::string& fileName, VolumePose& pose);
 

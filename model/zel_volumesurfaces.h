@@ -43,7 +43,9 @@ using SurfaceColour = std::array<float, 4>;
 inline constexpr SurfaceColour firstSurfaceColour{1.0F, 1.0F, 1.0F, 1.0F};
 
 /// The colour of a label's surface, opaque: labels take the colours in turn.
-/// @param before  colour of the surface before this one, which stands where there are no colours
+/// @param label    from 1 on
+/// @param colours  that labels take in turn
+/// @param before   colour of the surface before this one, which stands where there are no colours
 ZEL_EXPORT SurfaceColour SurfaceColourOf(std::uint64_t label,
                                          const std::vector<kep::RGB_generic<unsigned char>>& colours,
                                          const SurfaceColour& before);

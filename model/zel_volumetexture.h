@@ -16,6 +16,7 @@ namespace zel {
 /// GL_MAX_3D_TEXTURE_SIZE and no size, but has always been the limit.
 inline constexpr std::size_t textureSideLimit = 32883;
 
+/// No side is longer than the limit.
 constexpr bool FitsTexture(const kep::Vector3d<std::size_t>& size) {
     return size.x <= textureSideLimit && size.y <= textureSideLimit && size.z <= textureSideLimit;
 }
@@ -37,13 +38,14 @@ ZEL_EXPORT unsigned char VoxelAlpha(const kep::RGB_generic<unsigned char>& colou
 
 /// Voxels of four bytes, R, G, B, A, without padding; row after row and slice after slice.
 struct VolumeTexture {
-    kep::Vector3d<std::size_t> size; ///< voxels, with the border
-    std::unique_ptr<unsigned char[]> rgba;
+    kep::Vector3d<std::size_t> size;       ///< voxels, with the border
+    std::unique_ptr<unsigned char[]> rgba; ///< of size.x * size.y * size.z voxels
 };
 
 /// Makes the texture of a mapped frame: its colours with VoxelAlpha, and on all six sides a border of one voxel that is
 /// 0 in all four bytes. One pass.
 /// @param pixels  size.x * size.y * size.z of them, x fastest
+/// @param size    of the frame, voxels
 /// @throws std::bad_alloc
 ZEL_EXPORT VolumeTexture MakeVolume(const kep::RGB_generic<unsigned char>* pixels,
                                     const kep::Vector3d<std::size_t>& size);

@@ -18,6 +18,7 @@ namespace zel {
 template <typename L, typename V>
 class ZEL_EXPORT zel_BasicOverlayingModule : public zel_OverlayingModule<L, V> {
 public:
+    /// @param frame      gets the events; null until the module is added to one
     /// @param image      one labelled frame for each frame of the picture; a frame beyond the last has no labels, and
     ///                   frames may be added later. May be null: then there are no labels at all
     /// @param ownsImage  the module deletes the image when it goes; else the host keeps it alive as long as the module
@@ -33,7 +34,8 @@ public:
     /// True for a frame beyond the last, and for one without voxels.
     bool IsEmpty(bool, std::size_t frame) const override;
     std::size_t Buffer_Create(zel_OverlayWindowType type) override;
-    /// @param buffer  is not checked
+    /// @param buffer                    is not checked
+    /// @param size, offset, resolution  as in zel_Overlayer
     void Buffer_SetDim(std::size_t buffer, const kep::Vector3d<std::size_t>& size, const kep::Vector3d<float>& offset,
                        const kep::Vector3d<float>& resolution) override;
     /// An index beyond the last buffer and a frame without labels do nothing; the buffer then keeps what it has.

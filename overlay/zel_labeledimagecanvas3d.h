@@ -17,15 +17,16 @@ namespace zel {
 template <typename T, typename L, typename V>
 class ZEL_EXPORT zel_LabeledImageViewer3dCanvas : public zel_ImageViewer3dCanvas<T> {
 public:
+    /// @param parent, id, pos, size     as for any window of the toolkit
     /// @param mapper, image, ownsImage  as for the base; if this throws, the image is still the caller's
-    /// @param overlayer  gets six buffers here, of window types 1 to 6; must live as long as the canvas is painted, and
-    ///                   is not touched by the destructor
+    /// @param overlayer                 gets six buffers here, of window types 1 to 6; must live as long as the canvas
+    ///                                  is painted, and is not touched by the destructor
     zel_LabeledImageViewer3dCanvas(wxWindow* parent, const zel_Mapper<T>& mapper, zel_Overlayer<L, V>& overlayer,
                                    mor::Image4d<T>* image, bool ownsImage, int id, const wxPoint& pos,
                                    const wxSize& size);
 
     void OnDataChange() override;
-    void OnTimeChange() override;
+    void OnTimeChange() override; ///< the surfaces in the volume window follow as well
     void OnSequenceChange() override;
     /// A reload asks the overlayer to load its labels anew, and all is resampled.
     void OverlayingChanged(zel_OverlayingEvent& event) override;
@@ -42,14 +43,16 @@ public:
     /// size and therefore shows another label there; hosts rely on it. Any other type leaves the text alone.
     void GetLabelInfo(zel_ProjectionType type, int x, int y, wxString& text) const;
 
-    zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; }
+    zel_Overlayer<L, V>& GetOverlayer() const { return *m_overlayer; } ///< the one that the canvas was made with
 
 protected:
     void OnResampled(const Plane& plane) override;
     bool IsOverlayStale(const Plane& plane) const override;
     void FillBuffer(const Plane& plane, ColourBuffer& buffer) override;
 
+    /// Whether the labels must be painted over the picture anew.
     bool IsOverlayDirty(zel_ProjectionType type) const { return m_overlays[type].dirty; }
+    /// Asks for the picture to be coloured anew in the next paint, with its labels, or not.
     void SetOverlayDirty(zel_ProjectionType type, bool dirty) { m_overlays[type].dirty = dirty; }
 
 private:

@@ -25,7 +25,7 @@ enum zel_OverlayWindowType : int {
 template <typename L>
 class ZEL_EXPORT zel_OverlayBuffer {
 public:
-    explicit zel_OverlayBuffer(zel_OverlayWindowType windowType);
+    explicit zel_OverlayBuffer(zel_OverlayWindowType windowType); ///< without layers in use
 
     /// Columns of the picture as it lies in memory: size y of the layers for YZ, else x. 0 without room.
     std::size_t GetWidth() const;
@@ -34,13 +34,13 @@ public:
 
     /// @param index  0 or 1; not checked
     kep::Image3d<L>& GetLayer(std::size_t index) { return m_layers[index]; }
-    const kep::Image3d<L>& GetLayer(std::size_t index) const { return m_layers[index]; }
+    const kep::Image3d<L>& GetLayer(std::size_t index) const { return m_layers[index]; } ///< to read
 
     /// How many layers are in use: 0 before the first rendering.
     std::size_t GetLayersCount() const { return m_layersCount; }
-    void SetLayersCount(std::size_t count) { m_layersCount = count; }
+    void SetLayersCount(std::size_t count) { m_layersCount = count; } ///< 0 to 2; makes no room
 
-    zel_OverlayWindowType GetWindowType() const { return m_windowType; }
+    zel_OverlayWindowType GetWindowType() const { return m_windowType; } ///< what the buffer was made for
 
 private:
     std::array<kep::Image3d<L>, 2> m_layers;

@@ -23,7 +23,7 @@ public:
     zel_Overlayer() = default;
     /// Shallow, as the assignment: both then hold one palette, and only one of them may be destroyed.
     zel_Overlayer(const zel_Overlayer& other) = default;
-    zel_Overlayer& operator=(const zel_Overlayer& other) = default;
+    zel_Overlayer& operator=(const zel_Overlayer& other) = default; ///< shallow
 
     virtual ~zel_Overlayer();
 
@@ -40,6 +40,7 @@ public:
     /// @return the new buffer's index
     virtual std::size_t Buffer_Create(zel_OverlayWindowType type) = 0;
     /// Tells a buffer what its window shows.
+    /// @param buffer      as Buffer_Create has numbered it
     /// @param size        flat, one voxel a pixel
     /// @param offset      microns
     /// @param resolution  pixels per micron
@@ -56,13 +57,14 @@ public:
 
     /// Whether labels are painted.
     bool GetOverlaying() const { return m_overlaying; }
+    /// Whether labels are painted, and surfaces in the volume window drawn.
     void SetOverlaying(bool overlaying) { m_overlaying = overlaying; }
     /// 0: labels cover the image. 1: only their boundaries are left.
     float GetTransparency() const { return m_transparency; }
-    void SetTransparency(float transparency) { m_transparency = transparency; }
+    void SetTransparency(float transparency) { m_transparency = transparency; } ///< 0 to 1
     /// Colours of the labels, GetPaletteSize() of them; null at first.
     const kep::RGB_generic<unsigned char>* GetPalette() const { return m_palette; }
-    std::size_t GetPaletteSize() const { return m_paletteSize; }
+    std::size_t GetPaletteSize() const { return m_paletteSize; } ///< 0 at first
 
 protected:
     /// Copies a palette, in place of the one before.

@@ -14,9 +14,9 @@ class ZEL_EXPORT zel_OverlayingCommandEvent : public wxCommandEvent {
 public:
     /// @param cause  is cloned
     explicit zel_OverlayingCommandEvent(const wxCommandEvent& cause = wxCommandEvent());
-    zel_OverlayingCommandEvent(const zel_OverlayingCommandEvent& other);
+    zel_OverlayingCommandEvent(const zel_OverlayingCommandEvent& other); ///< clones the command too
 
-    wxEvent* Clone() const override { return new zel_OverlayingCommandEvent(*this); }
+    wxEvent* Clone() const override { return new zel_OverlayingCommandEvent(*this); } ///< for pending events
 
     /// The command; this event owns it.
     const wxCommandEvent* GetCommandEvent() const { return m_cause.get(); }
@@ -25,6 +25,7 @@ private:
     std::unique_ptr<wxCommandEvent> m_cause;
 };
 
+/// Bind it on the frame of the module, or on a window above that.
 ZEL_EXPORT extern const wxEventTypeTag<zel_OverlayingCommandEvent> zel_EVT_OVERLAYING_COMMAND;
 
 } // namespace zel

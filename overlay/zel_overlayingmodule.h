@@ -46,13 +46,13 @@ public:
     const wxColour& GetColour() const { return m_userColour; }
     /// The palette stays as it is, until the next SetPal.
     void SetColour(const wxColour& colour) { m_userColour = colour; }
-    bool IsDefaultPalette() const { return m_defaultPalette; }
+    bool IsDefaultPalette() const { return m_defaultPalette; } ///< else all labels have the user's colour
     /// The menu, which is the menu bar's; null before CreateMenu and once it has gone.
     wxMenu* GetMenu() const { return m_menu; }
 
     /// Runs a command of the menu. @param event  a command with an id of this module
     void OnOverlaying(wxCommandEvent& event);
-    void OnUpdateUI(wxUpdateUIEvent& event);
+    void OnUpdateUI(wxUpdateUIEvent& event); ///< sets the marks of the entries that follow the state
 
 protected:
     /// The colour of a label in a buffer: palette[label % palette size]. It is asked once or a few times for each label

@@ -43,6 +43,7 @@ enum zel_Command : int {
     zel_CMD_FRAME_CLOSING = 6037 ///< an update-UI event that the frame's parent gets when the frame goes
 };
 
+/// The first command id of the modules' menus.
 constexpr int zel_firstModuleId = 6038;
 
 } // namespace zel

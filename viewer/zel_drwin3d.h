@@ -26,7 +26,7 @@ class ZEL_EXPORT zel_DrWin3d : public wxWindow {
 public:
     /// Full size of the window's picture in pixels: the box along both axes at the present scale.
     virtual wxSize GetOptimalSize() const;
-    virtual zel_ProjectionType GetProjectionType() const;
+    virtual zel_ProjectionType GetProjectionType() const; ///< zel_PT_XY, zel_PT_XZ or zel_PT_YZ
     /// The two other windows, in which the cut shows as a line.
     virtual zel_ProjectionType GetOtherWindowsMask() const;
     /// The windows in which this one's vertical axis runs.
@@ -36,12 +36,12 @@ public:
     /// From (horizontal, vertical, third) to (x, y, z).
     virtual kep::Vector3d<float> WindowToImage(const kep::Vector3d<float>& point) const;
 
-    const Plane& GetPlane() const { return m_plane; }
+    const Plane& GetPlane() const { return m_plane; } ///< which axes of the image run where
 
     /// Position in microns of a window coordinate in pixels. The mirrored forms follow X's flag horizontally and Y's
     /// flag vertically in every window, and mirror by the window's size with its border; hosts rely on both.
     float WindowXToMicrons(int x) const;
-    float WindowYToMicrons(int y) const;
+    float WindowYToMicrons(int y) const; ///< as WindowXToMicrons, downwards
 
     /// Moves the visible box so that the point, in microns along this window's axes, is in its middle.
     void CenterAt(float horizontal, float vertical);
@@ -56,7 +56,9 @@ public:
     wxImage GetPointerImage() const;
 
 protected:
+    /// @param canvas          the parent
     /// @param view, iterator  the canvas's
+    /// @param type            zel_PT_XY, zel_PT_XZ or zel_PT_YZ
     zel_DrWin3d(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator, zel_ProjectionType type);
 
 private:
@@ -85,20 +87,26 @@ private:
     wxDECLARE_EVENT_TABLE();
 };
 
+/// The window with X to the right and Y downwards.
 class ZEL_EXPORT zel_DrWinXY : public zel_DrWin3d {
 public:
+    /// Made by the canvas.
     zel_DrWinXY(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
         : zel_DrWin3d(canvas, view, iterator, zel_PT_XY) {}
 };
 
+/// The window with X to the right and Z downwards.
 class ZEL_EXPORT zel_DrWinXZ : public zel_DrWin3d {
 public:
+    /// Made by the canvas.
     zel_DrWinXZ(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
         : zel_DrWin3d(canvas, view, iterator, zel_PT_XZ) {}
 };
 
+/// The window with Z to the right and Y downwards.
 class ZEL_EXPORT zel_DrWinYZ : public zel_DrWin3d {
 public:
+    /// Made by the canvas.
     zel_DrWinYZ(zel_Viewer3dCanvas* canvas, View& view, mor::ImageIterator& iterator)
         : zel_DrWin3d(canvas, view, iterator, zel_PT_YZ) {}
 };

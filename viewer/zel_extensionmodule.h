@@ -29,7 +29,7 @@ public:
 
     /// The owning frame; null until the module is added to one, and once that has gone.
     wxFrame* GetFrame() const { return m_frame.get(); }
-    void SetFrame(wxFrame* frame) { m_frame = frame; }
+    void SetFrame(wxFrame* frame) { m_frame = frame; } ///< called by the frame that it is added to
 
 protected:
     /// For CreateMenu: the id that offset 0 stands for.

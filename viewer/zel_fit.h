@@ -15,7 +15,8 @@ ZEL_EXPORT bool ShowInTrueProportions(zel_Viewer3dCanvas& canvas);
 
 /// Scales the picture so that its three windows fill a room, in the proportions that they have. Zoom is normal then,
 /// and the cut stays. Without an image it does nothing.
-/// @param room  pixels
+/// @param canvas  with its image
+/// @param room    pixels
 ZEL_EXPORT void FillRoom(zel_Viewer3dCanvas& canvas, const wxSize& room);
 
 } // namespace zel

@@ -29,6 +29,7 @@ class zel_Viewer3dCanvas;
 /// wxApp::OnExceptionInMainLoop.
 class ZEL_EXPORT zel_Viewer3dFrame : public wxFrame {
 public:
+    /// Makes the frame with its menus and its status bar, and without a canvas. Parameters are as for wxFrame.
     zel_Viewer3dFrame(wxWindow* parent, int id, const wxString& title, const wxPoint& pos, const wxSize& size,
                       long style);
     ~zel_Viewer3dFrame() override;
@@ -37,7 +38,7 @@ public:
     /// image of its own, and labels.
     bool Destroy() override;
 
-    zel_Viewer3dCanvas* GetCanvas() const { return m_canvas; }
+    zel_Viewer3dCanvas* GetCanvas() const { return m_canvas; } ///< null before SetCanvas
     /// Takes a canvas, made as a child of this frame, and gives it the client area. One that was there is destroyed
     /// at once, so this is not for handlers of its own events.
     /// The frame keeps its size; ResizeFrameIfRequired adjusts it.
@@ -56,15 +57,16 @@ public:
     void ResizeFrameIfRequired();
     /// Shows a text in the status bar for some seconds.
     void SetInfoStatusText(const wxString& text, int seconds);
-    void ClearInfoStatusText();
+    void ClearInfoStatusText(); ///< empties the field of such messages
     /// Gives the frame, and the volume window, icons made of the present XY picture.
     void RefreshIcon();
 
 protected:
+    /// Takes a message out of the status bar.
     class MyStatusTimer : public wxTimer {
     public:
-        explicit MyStatusTimer(zel_Viewer3dFrame* frame) : m_frame(frame) {}
-        void Notify() override;
+        explicit MyStatusTimer(zel_Viewer3dFrame* frame) : m_frame(frame) {} ///< not owned
+        void Notify() override;                                              ///< the time is over
 
     private:
         zel_Viewer3dFrame* m_frame;
@@ -74,7 +76,7 @@ protected:
 
 private:
     void Reset();
-    /// For a command whose feature is not there yet.
+    /// Runs a command of the Sequence menu, and shows in the status bar what it says.
     void OnSequenceMenuCmd(wxCommandEvent& event);
     void OnAdjustFrameSize(wxCommandEvent& event);
     void OnZoomIn(wxCommandEvent& event);

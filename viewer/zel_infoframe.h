@@ -37,14 +37,14 @@ enum zel_InfoId : int {
 
 /// One value of the info window.
 struct zel_InfoText {
-    zel_InfoId id;
-    wxString text;
+    zel_InfoId id; ///< which of them
+    wxString text; ///< as it is shown
 };
 
 /// What lies under a pixel of a drawing window.
 struct zel_PixelInfo {
-    zel_ProjectionType window;
-    wxPoint pixel; ///< of the window's client area
+    zel_ProjectionType window; ///< zel_PT_XY, zel_PT_XZ or zel_PT_YZ
+    wxPoint pixel;             ///< of the window's client area
     /// Microns. Of mirrored axes it is what zel_DrWin3d::WindowXToMicrons and its kin say.
     kep::Vector3d<float> position;
     kep::Vector3d<std::size_t> voxel; ///< that the picture shows there; along the line of sight that of the cut

@@ -12,13 +12,14 @@ namespace zel {
 /// Saves the voxels of the frame that the canvas shows.
 class ZEL_EXPORT ExportSave3dData_CanvasProcessor : public ExportData_CanvasProcessor {
 public:
-    explicit ExportSave3dData_CanvasProcessor(zel_Viewer3dCanvas* savedCanvas);
+    explicit ExportSave3dData_CanvasProcessor(zel_Viewer3dCanvas* savedCanvas); ///< not owned
     void operator()(const wxString& fileName) override;
 };
 
 /// Saves the windows as the user sees them.
 class ZEL_EXPORT ExportSaveActualView_CanvasProcessor : public ExportData_CanvasProcessor {
 public:
+    /// @param savedCanvas       not owned
     /// @param windowSpacing     pixels
     /// @param savedProjections  zel_PT_XY, zel_PT_XZ, zel_PT_YZ or zel_PT_ALL
     ExportSaveActualView_CanvasProcessor(zel_Viewer3dCanvas* savedCanvas, int windowSpacing,
@@ -33,6 +34,8 @@ private:
 /// Saves a sheet of slices.
 class ZEL_EXPORT ExportSaveGalleryView_CanvasProcessor : public ExportData_CanvasProcessor {
 public:
+    /// @param savedCanvas  not owned
+    /// @param gallery      which slices, and how they are arranged
     ExportSaveGalleryView_CanvasProcessor(zel_Viewer3dCanvas* savedCanvas, const GalleryOptions& gallery);
     void operator()(const wxString& fileName) override;
 

@@ -46,6 +46,7 @@ struct zel_TruePictures {
 /// of each window. Positions and sizes are in microns, scales in pixels per micron. Wrong view input is ignored.
 class ZEL_EXPORT zel_Viewer3dCanvas : public wxPanel, public zel_SequenceCanvas {
 public:
+    /// Makes the three drawing windows, over a view that has no image yet. Parameters are as for wxPanel.
     zel_Viewer3dCanvas(wxWindow* parent, int id, const wxPoint& pos, const wxSize& size);
     ~zel_Viewer3dCanvas() override;
 
@@ -53,11 +54,11 @@ public:
     virtual void ReverseAxis(int axis) = 0;
     /// Draws one window's picture at (0, 0).
     virtual void Draw(wxDC& dc, zel_ProjectionType type) = 0;
-    virtual void GetIcons(wxIconBundle& bundle);
-    virtual kep::Vector3d<std::size_t> GetImageSize() = 0;
-    virtual int GetTime() = 0;
-    virtual int GetImageCount() = 0;
-    virtual kep::Resolution GetResolution() = 0;
+    virtual void GetIcons(wxIconBundle& bundle);           ///< icons of the present picture; adds none here
+    virtual kep::Vector3d<std::size_t> GetImageSize() = 0; ///< voxels
+    virtual int GetTime() = 0;                             ///< number of the frame that is shown
+    virtual int GetImageCount() = 0;                       ///< frames of the image
+    virtual kep::Resolution GetResolution() = 0;           ///< pixels per micron
     // What the commands that save do for each file. The name's suffix decides on the format. A file that cannot be
     // written is told as an error in the log, and one that was there stays as it was; a picture that is too large is
     // thrown, as kep::LibException or std::bad_alloc.
@@ -74,21 +75,25 @@ public:
     /// its own picture, of the window's size. Otherwise they come with as many pixels for each as a slice
     /// has voxels: true pictures need one pixel a voxel, and the whole image visible. Slice 0 lies on the box's face,
     /// where the cut cannot be: its picture is the one before. Does nothing for a first slice above the last.
-    /// @param step    below 1 counts as 1
-    /// @param byRows  `count` is the number of rows, else of columns; below 1 counts as 1
+    /// @param fileName     in the file system's encoding
+    /// @param first, last  slices, numbered from 0
+    /// @param step         below 1 counts as 1
+    /// @param byRows       `count` is the number of rows, else of columns; below 1 counts as 1
+    /// @param count        of rows or columns, as byRows says; below 1 counts as 1
+    /// @param spacing      pixels between two pictures
     virtual void SaveGalleryView(const char* fileName, int first, int last, int step, bool byRows, int count,
                                  int spacing) = 0;
     /// Size of the canvas at which the whole image is seen at the present zoom, for the windows that are shown.
     virtual wxSize GetOptimalSize();
     /// The notifications: what has changed, and in which windows it shows.
     virtual void OnCutChange(zel_ProjectionType mask);
-    virtual void OnVis3dChange(zel_ProjectionType mask);
-    virtual void OnContentChange(zel_ProjectionType mask);
-    virtual void MappingChanged(zel_MappingEvent& event);
-    virtual void OverlayingChanged(zel_OverlayingEvent& event);
-    virtual void OnDataChange();
-    virtual void OnTimeChange();
-    virtual void OnMouse3d(zel_Mouse3dEvent& event);
+    virtual void OnVis3dChange(zel_ProjectionType mask);        ///< another part of the image is visible
+    virtual void OnContentChange(zel_ProjectionType mask);      ///< cut or maximum intensity projection
+    virtual void MappingChanged(zel_MappingEvent& event);       ///< the mapper gives other colours
+    virtual void OverlayingChanged(zel_OverlayingEvent& event); ///< labels, their colours or whether they are shown
+    virtual void OnDataChange();                     ///< the image has other voxels, and perhaps another geometry
+    virtual void OnTimeChange();                     ///< another frame, by the state of browsing
+    virtual void OnMouse3d(zel_Mouse3dEvent& event); ///< the pointer has done something in a drawing window
     /// Uploads the present frame to the volume window, if that is shown.
     virtual void UpdateVolVis();
     /// Makes the surfaces of the present frame's labels anew, if there is a volume window.
@@ -100,18 +105,18 @@ public:
     /// it, and it stays on the screen when the frame is iconized. The user may close it, which destroys it; the next
     /// Show makes another one.
     virtual void InfoFrame_Show(bool show);
-    virtual void InfoFrame_Create();
+    virtual void InfoFrame_Create(); ///< makes the info window; derived canvases make one with more rows
     /// The three updates do nothing while the info window is not shown; the first one, neither while its page isn't.
     virtual void InfoFrame_UpdatePixelInfo() = 0;
-    virtual void InfoFrame_UpdateImageInfo() = 0;
-    virtual void InfoFrame_UpdateCutAndVisBoxInfo() = 0;
+    virtual void InfoFrame_UpdateImageInfo() = 0;        ///< voxels, their size, and the type
+    virtual void InfoFrame_UpdateCutAndVisBoxInfo() = 0; ///< cut, visible and bounding box
     /// Marks the windows of the mask for resampling, and refreshes.
     virtual void MakeDirtyAndRefresh(zel_ProjectionType mask) = 0;
-    virtual wxString CreateTitle() = 0;
+    virtual wxString CreateTitle() = 0; ///< for the parent's title, when the time changes
 
     /// The state of the view. Who changes it applies what the operation returns.
     View& GetView() { return m_view; }
-    const View& GetView() const { return m_view; }
+    const View& GetView() const { return m_view; } ///< to read
     /// Does again what an operation on the view asks for: layout, notifications, refreshes.
     void Apply(const ViewChange& change);
     /// Offset, size and resolution of the image.
@@ -119,8 +124,9 @@ public:
 
     /// Zoom has no bounds: level n > 0 magnifies n + 1 times, n < 0 reduces 1 - n times.
     void ZoomIn() { Apply(m_view.ZoomIn()); }
-    void ZoomOut() { Apply(m_view.ZoomOut()); }
-    void NormalZoom() { Apply(m_view.NormalZoom()); }
+    void ZoomOut() { Apply(m_view.ZoomOut()); }       ///< one level out
+    void NormalZoom() { Apply(m_view.NormalZoom()); } ///< to level 0
+    /// The level: 0 shows the base scale.
     int GetZoom() const { return m_view.options.zoom; }
     /// Centres the windows on the cut. Notifies nobody.
     void CenterView() { m_view.CentreOnCut(); }
@@ -130,9 +136,11 @@ public:
     bool ToggleAxisReverse(int axis);
     /// @param axis  0 X, 1 Y, 2 Z
     bool IsAxisReversed(std::size_t axis) const { return m_view.options.Reversed(axes[axis]); }
+    /// Shows or hides windows, and arranges them anew.
     void ShowDrWin(zel_ProjectionType mask, bool show) { Apply(m_view.Show(mask, show)); }
     /// All windows of the mask are shown; so true for an empty mask.
     bool IsDrWinShown(zel_ProjectionType mask) const { return m_view.IsShown(mask); }
+    /// Lets windows show the cut or the maximum intensity projection.
     void ChangeContent(zel_ProjectionContent content, zel_ProjectionType mask) {
         Apply(m_view.SetContent(content, mask));
     }
@@ -143,12 +151,13 @@ public:
     /// Centres the windows on a point, as far as the image reaches, and shows it.
     void CentreOn(const kep::Vector3d<float>& point);
 
-    const zel_TruePictures& GetTruePictures() const { return m_truePictures; }
+    const zel_TruePictures& GetTruePictures() const { return m_truePictures; } ///< as SetTruePictures has left them
     /// All are off unless a host asks for them. Refreshes.
     void SetTruePictures(const zel_TruePictures& truePictures);
 
     /// Annotation and scale bar are drawn.
     bool GetInfoFlag() const { return m_decorations.showAnnotation; }
+    /// Shows or hides annotation and scale bar; refreshes nothing by itself.
     void ToggleInfoFlag() { m_decorations.showAnnotation = !m_decorations.showAnnotation; }
 
     /// Copies the view's options out.
@@ -156,12 +165,13 @@ public:
     /// Takes the view's options. A cut that is not strictly inside the box becomes the box's centre.
     void SetSettings(const zel_CanvasSettings& settings);
 
-    const zel_CutPointerStyle& GetPointerStyle() const { return m_decorations.cutPointer; }
+    const zel_CutPointerStyle& GetPointerStyle() const { return m_decorations.cutPointer; } ///< of the cut pointer
     /// Refreshes nothing by itself.
     void SetPointerStyle(const zel_CutPointerStyle& style) { m_decorations.cutPointer = style; }
+    /// How the windows are annotated.
     const zel_ProjectionAnnotationStyle& GetProjectionAnnotationStyle() const { return m_decorations.annotation; }
-    const zel_ScaleBarStyle& GetScaleBarStyle() const { return m_decorations.scaleBar; }
-    const zel_TimeBarStyle& GetTimeBarStyle() const { return m_decorations.timeBar; }
+    const zel_ScaleBarStyle& GetScaleBarStyle() const { return m_decorations.scaleBar; } ///< of the scale bar
+    const zel_TimeBarStyle& GetTimeBarStyle() const { return m_decorations.timeBar; }    ///< of the time bar
 
     /// A copy of the state of browsing.
     mor::ImageIterator GetImageIterator() const override { return m_iterator; }
@@ -174,12 +184,16 @@ public:
     /// Shows a frame by its number, held in the range of browsing, and paints it at once. @return whether it is another
     bool GoToFrame(int frame);
     /// Runs one command of the Sequence menu; any other does nothing.
+    /// @param event    of the menu, with the id of the command
     /// @param message  gets a text for the status line, "No change." if the command failed
     void OnSequenceMenuHandler(wxCommandEvent& event, wxString& message);
+    /// @{
+    /// Whether the entry of the Sequence menu has its mark.
     bool OnSequenceMenuUpdateUI_Loop() const { return m_iterator.loopMode; }
     bool OnSequenceMenuUpdateUI_Oscillation() const { return m_iterator.oscillationMode; }
     bool OnSequenceMenuUpdateUI_PlayingForward() const;
     bool OnSequenceMenuUpdateUI_PlayingBackward() const;
+    /// @}
     /// A tick of automatic browsing: one frame on, or the end.
     void OnSequenceTimerHandler(wxTimerEvent& event);
     /// Milliseconds between two ticks, as the timer was last started.
@@ -192,23 +206,25 @@ public:
     /// Shows the present frame in the volume window, which comes to the front with a new view. It is made at the first
     /// call; without OpenGL there is none, and the log says why.
     void ShowVolVis(const wxIconBundle& icons);
-    void RefreshVolVisIcon(const wxIconBundle& icons);
+    void RefreshVolVisIcon(const wxIconBundle& icons); ///< if there is a volume window
     /// Null before the first ShowVolVis, and after the window was destroyed. Closing only hides it.
     vol3D_VolVisFrame* GetVolVisFrame() const { return m_volVisFrame; }
 
     /// The info window, shown or not; null before it was first shown, and after it was closed.
     wxFrame* InfoFrame_Get() const { return m_infoFrame.get(); }
-    bool InfoFrame_IsShown() const;
+    bool InfoFrame_IsShown() const; ///< whether it is on view
     /// Puts the info window, if it is shown, at the lower right corner of the XY window; at that of XZ or YZ if that is
     /// the only one shown.
     void InfoFrame_Move();
 
-    const MicronBox& GetBoundingBox() const { return m_view.boundingBox; }
-    const MicronBox& GetVisibleBox() const { return m_view.visibleBox; }
-    const kep::Vector3d<float>& GetScale() const { return m_view.scale; }
+    const MicronBox& GetBoundingBox() const { return m_view.boundingBox; } ///< microns; the whole image
+    const MicronBox& GetVisibleBox() const { return m_view.visibleBox; }   ///< microns; what the windows show
+    const kep::Vector3d<float>& GetScale() const { return m_view.scale; }  ///< pixels per micron, with zoom
+    /// Pixels per micron at zoom 0.
     const kep::Vector3d<float>& GetBaseScale() const { return m_view.options.baseScale; }
-    const kep::Vector3d<float>& GetCut() const { return m_view.options.cut; }
-    const kep::Vector3d<float>& GetCutStep() const { return m_view.cutStep; }
+    const kep::Vector3d<float>& GetCut() const { return m_view.options.cut; } ///< microns
+    const kep::Vector3d<float>& GetCutStep() const { return m_view.cutStep; } ///< microns; one voxel
+    /// A step of scrolling: a fifth of what is visible, microns.
     const kep::Vector3d<float>& GetScrollStep() const { return m_view.scrollStep; }
     /// Both frame lines of a drawing window together, as measured.
     int GetBorder() const { return m_border; }
@@ -221,7 +237,7 @@ public:
 protected:
     /// Arranges the windows and computes scale and visible box.
     void RecomputeVisible();
-    void CenterViewIfOut() { m_view.CentreOnCutIfOut(); }
+    void CenterViewIfOut() { m_view.CentreOnCutIfOut(); } ///< centres the windows on the cut if it is out of sight
     /// What follows every change of the view's size: new layout, notification, info window.
     void OnViewChange() { Apply({ViewChange::Kind::Layout, zel_PT_ALL}); }
     /// Paints at once what a Refresh has left open. A hidden canvas renders its shown windows into their backing
@@ -231,7 +247,7 @@ protected:
     /// also where no paint comes, as in a frame that is iconized.
     void RenderNow();
 
-    bool IsVolVisShown() const;
+    bool IsVolVisShown() const; ///< the volume window is on the screen
     /// Shows a message box once the present event is handled; while one is open, further ones are dropped.
     void ReportVolumeError(const wxString& text);
     /// For InfoFrame_Create: makes the info window. @param withOverlay  with a row for the label
@@ -240,12 +256,12 @@ protected:
     bool InfoFrame_IsPixelPageShown() const;
     /// Writes values, and fits the window to them if one has changed. There is an info window.
     void InfoFrame_Write(const std::vector<zel_InfoText>& values);
-    void InfoFrame_WriteColour(const wxColour& colour);
+    void InfoFrame_WriteColour(const wxColour& colour); ///< the colour under the pointer, and a field of it
 
-    View m_view;
-    long long m_time = 0; // equals the iterator's current index after every change of time
-    mor::ImageIterator m_iterator{0, 0};
-    wxTimer m_sequenceTimer;
+    View m_view;                         ///< what the drawing windows look at
+    long long m_time = 0;                ///< equals the iterator's current index after every change of time
+    mor::ImageIterator m_iterator{0, 0}; ///< of browsing
+    wxTimer m_sequenceTimer;             ///< ticks while browsing goes on by itself
 
 private:
     /// Where a viewer is.

@@ -34,8 +34,10 @@ public:
 
     /// Makes the window without a picture; Init must follow. CheckDisplay must be true, or the toolkit fails in
     /// assertions, and Init.
-    /// @param statusBar       gets the mode in its field 0 and the numbers in field 1; outlives the canvas; may be null
-    /// @param attributeList   as `attributes`
+    /// @param statusBar                           gets the mode in its field 0 and the numbers in field 1; outlives the
+    ///                                            canvas; may be null
+    /// @param parent, id, pos, size, style, name  as for any window of the toolkit
+    /// @param attributeList                       as `attributes`
     vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos, const wxSize& size,
                        long style, const wxString& name, const int* attributeList);
     ~vol3D_VolVisCanvas() override;
@@ -67,7 +69,8 @@ public:
     void SetIsosurfaces(const IsosurfaceGenerator& generator, const kep::Vector3d<float>& translation);
 
     /// The caller refreshes the window.
-    /// @param colours  labels take them in turn. None: surfaces are white
+    /// @param drawSurfaces  whether surfaces are drawn
+    /// @param colours       labels take them in turn. None: surfaces are white
     void SetSurfaceColours(bool drawSurfaces, std::vector<kep::RGB_generic<unsigned char>> colours);
 
     /// Turns the object so that it is seen along a direction; the plane keeps its place in it. Both vectors are of
@@ -77,8 +80,8 @@ public:
 
     // These ask for a file. A failure is told in a message box.
 
-    void SaveView();
-    void LoadView();
+    void SaveView(); ///< keeps the pose of object and plane
+    void LoadView(); ///< takes a pose that was kept
 
     /// Saves where volume and plane stand; the file appears under its name when it is whole.
     /// @param fileName  in the file system's encoding
@@ -92,24 +95,25 @@ public:
     /// Draws the window and reads its picture back; it must be on the screen and uncovered. Not OK without OpenGL.
     wxImage TakePicture();
 
-    void SetShowBox(bool show);
-    void SetShowPlane(bool show);
+    void SetShowBox(bool show);   ///< the edges of the volume
+    void SetShowPlane(bool show); ///< the square of the clipping plane
     /// @param red, green, blue  0 to 1
     void SetBackground(float red, float green, float blue);
 
-    bool HasVolume() const;
-    const kep::Vector3d<float>& GetTextureScale() const;
+    bool HasVolume() const;                              ///< SetVolumeData has uploaded one
+    const kep::Vector3d<float>& GetTextureScale() const; ///< as SetVolumeData got it
     /// A point of the sheets, before they are moved to their places. @param row, column  0 to 7
     kep::Vector3d<float> GetSheetPoint(std::size_t row, std::size_t column) const;
     /// Rotations, column by column.
     const Matrix4& GetObjectMatrix() const { return m_view.pose.objectMatrix; }
-    const Matrix4& GetPlaneMatrix() const { return m_view.pose.planeMatrix; }
-    float GetEyeDistance() const { return m_view.pose.eyeDistance; }
-    double GetPlaneOffset() const { return m_view.pose.planeOffset; }
-    int GetSliceCount() const { return m_view.sliceCount; }
-    float GetIntensity() const { return m_view.intensity; }
+    const Matrix4& GetPlaneMatrix() const { return m_view.pose.planeMatrix; } ///< in the object's coordinates
+    float GetEyeDistance() const { return m_view.pose.eyeDistance; }  ///< z of the object before the eye, so below 0
+    double GetPlaneOffset() const { return m_view.pose.planeOffset; } ///< along the first column of the plane's matrix
+    int GetSliceCount() const { return m_view.sliceCount; }           ///< sheets that are drawn
+    float GetIntensity() const { return m_view.intensity; }           ///< alpha of the sheets, 0 to 1
+    /// Share of the intensity from which voxels are seen, 0 to 1.
     float GetThreshold() const { return m_view.threshold; }
-    bool IsMovingPlane() const { return m_view.isMovingPlane; }
+    bool IsMovingPlane() const { return m_view.isMovingPlane; } ///< the mouse moves the plane and not the object
 
     /// Where a pointer touches a ball that fills the window: a unit vector.
     static kep::Vector3d<float> ProjectToSphere(int x, int y, int width, int height);

@@ -14,12 +14,13 @@ class vol3D_VolVisCanvas;
 /// it, so that it comes back as quickly as it went; a close that cannot be vetoed destroys it.
 class ZEL_EXPORT vol3D_VolVisFrame : public wxFrame {
 public:
+    /// Makes the frame with its canvas, which is to be started by Init. Parameters are as for wxFrame.
     vol3D_VolVisFrame(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos, const wxSize& size,
                       long style);
     /// May be deleted directly, also while a dialog over it is open: that ends as cancelled.
     ~vol3D_VolVisFrame() override;
 
-    vol3D_VolVisCanvas* GetCanvas() const { return m_canvas; }
+    vol3D_VolVisCanvas* GetCanvas() const { return m_canvas; } ///< lives as long as the frame
     /// The window with the list of keys; null until it was asked for, and again after the frame was closed.
     wxDialog* GetHelpDialog() const { return m_help; }
 

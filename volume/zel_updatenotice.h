@@ -13,6 +13,7 @@ namespace zel {
 /// window loses when it is disabled, comes back to the window that had it.
 class ZEL_EXPORT zel_UpdateNotice {
 public:
+    /// @param text  what the notice says
     /// @param over  the window that is updated
     zel_UpdateNotice(const wxString& text, wxWindow* over);
     ~zel_UpdateNotice();

@@ -17,9 +17,10 @@ namespace kep {
 /// What is known of one component of a labelled frame. L is the type of labels, V that of the source image's voxels.
 template <typename L, typename V>
 struct KEP_EXPORT ComponentInfo {
-    using Box = VOI<T_pair<std::size_t, std::size_t>>;
+    using Box = VOI<T_pair<std::size_t, std::size_t>>; ///< in voxels of the frame
 
     ComponentInfo() = default;
+    /// A component as it was counted.
     ComponentInfo(const Box& box, std::size_t voxels, V value, bool onBorder)
         : voi(box), volume(voxels), border(onBorder), voxel_value(value) {}
 
@@ -28,7 +29,7 @@ struct KEP_EXPORT ComponentInfo {
     bool border = false;    ///< some voxel lies on the frame's border, see Image3d::OnBorder
     V voxel_value{};        ///< of the first voxel, in index order, in the source image
 
-    friend bool operator==(const ComponentInfo& a, const ComponentInfo& b) = default;
+    friend bool operator==(const ComponentInfo& a, const ComponentInfo& b) = default; ///< of all fields
 };
 
 /// A frame whose voxels are labels, with a table of what carries each label. Label 0 is the background and has no
@@ -36,15 +37,18 @@ struct KEP_EXPORT ComponentInfo {
 template <typename L, typename V>
 class KEP_EXPORT LabeledImage3d : public Image3d<L> {
 public:
-    using Component = ComponentInfo<L, V>;
+    using Component = ComponentInfo<L, V>; ///< what the table holds
 
     /// An empty frame. Null pointers give offset (0, 0, 0) and no resolution; others are copied from.
     explicit LabeledImage3d(const Vector3d<float>* offset = nullptr, const Resolution* res = nullptr);
+    /// @{
+    /// Deep: voxels and table.
     LabeledImage3d(const LabeledImage3d& src);
     LabeledImage3d& operator=(const LabeledImage3d& src);
+    /// @}
     /// What is moved from is an empty frame without components then.
     LabeledImage3d(LabeledImage3d&& src) noexcept;
-    LabeledImage3d& operator=(LabeledImage3d&& src) noexcept;
+    LabeledImage3d& operator=(LabeledImage3d&& src) noexcept; ///< as the move constructor; what was here goes
     ~LabeledImage3d() override;
 
     /// As in Image3d; with a new block of voxels the components go.
@@ -71,6 +75,7 @@ public:
     /// Writes the labels as 16-bit numbers, packed, into a file that appears only when it is whole. The table is not
     /// written: CreateRegionsOfLabels makes it anew.
     /// @param fileName  in the file system's encoding
+    /// @param format    FF_LABELED and FF_BY_NAME go by the suffix of the name
     /// @return what the file lacks of the description, as Image3d's
     /// @throws IOException
     std::string SaveImage(const char* fileName, FileFormat format) const;

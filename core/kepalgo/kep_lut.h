@@ -30,11 +30,14 @@ class KEP_EXPORT LUT {
 public:
     /// Without entries.
     LUT() = default;
+    /// @{
+    /// Deep.
     LUT(const LUT&) = default;
     LUT& operator=(const LUT&) = default;
+    /// @}
     /// The table that is moved from has no entries then.
     LUT(LUT&& src) noexcept;
-    LUT& operator=(LUT&& src) noexcept;
+    LUT& operator=(LUT&& src) noexcept; ///< as the move constructor
     ~LUT() = default;
 
     /// Makes a table of `size` entries for keys from `first` to `last`, all of them U(). A size below 0 counts as 0.
@@ -62,14 +65,15 @@ public:
 
     /// The entries in the order of their keys; null without any. Valid as long.
     U* GetData() { return m_entries.data(); }
-    const U* GetData() const { return m_entries.data(); }
+    const U* GetData() const { return m_entries.data(); } ///< to read
     /// The key that an entry stands for; between two whole numbers the one nearer to zero.
     T GetKey(std::size_t index) const { return static_cast<T>(GetPlace(index)); }
 
+    /// Whether there are no entries: before Init, and after one that asked for none or failed.
     bool IsEmpty() const { return m_entries.empty(); }
-    std::size_t GetSize() const { return m_entries.size(); }
-    T GetFirst() const { return m_first; }
-    T GetLast() const { return m_last; }
+    std::size_t GetSize() const { return m_entries.size(); } ///< number of entries
+    T GetFirst() const { return m_first; }                   ///< key of the first entry
+    T GetLast() const { return m_last; }                     ///< key of the last entry
 
     /// Outputs a * key + b, rounded, held between low and high, which may fall.
     void CreateAffine(float a, float b, U low, U high) requires std::integral<U>;

@@ -9,8 +9,10 @@ namespace kep {
 
 /// Makes pixels of voxels: each voxel's level in a table becomes the palette's colour of that level. Best called for
 /// whole pictures, as it prepares the palette first.
+/// @param levels   from voxels to the palette's entries
 /// @param palette  256 entries; null for gray
 /// @param voxels   `count` of them
+/// @param count    of voxels and pixels
 /// @param pixels   room for `count`
 /// @throws std::bad_alloc before any pixel is written
 template <typename T>
@@ -19,7 +21,10 @@ void MapToPixels(const LUT<T, unsigned char>& levels, const LUT<unsigned char, R
 
 /// Makes pixels of colour voxels: each component's level in the table of its channel. Any of the tables may be the
 /// same.
-/// @param pixels  room for `count`
+/// @param red, green, blue  levels of the three channels
+/// @param voxels            `count` of them
+/// @param count             of voxels and pixels
+/// @param pixels            room for `count`
 template <typename T>
 void MapToPixels(const LUT<T, unsigned char>& red, const LUT<T, unsigned char>& green,
                  const LUT<T, unsigned char>& blue, const RGB_generic<T>* voxels, std::size_t count,

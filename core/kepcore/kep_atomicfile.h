@@ -34,7 +34,7 @@ public:
     /// is thrown.
     void Commit();
 
-    const std::string& GetTemporaryName() const { return temporary; }
+    const std::string& GetTemporaryName() const { return temporary; } ///< beside the target; gone after Commit
 
 private:
     void Discard() noexcept;

@@ -22,17 +22,20 @@ public:
     /// Opens a TIFF or ICS file, recognised by content. No voxels are read.
     /// @param fileName  in the file system's encoding
     /// @param channels  counted from 0: one, two or three that become red, green and blue in this order; a colour
-    /// without
-    ///                  a channel is 0
+    ///                  without a channel is 0
     /// @throws IOException with the texts of Image3d::ReadImage
     ColourReader(const char* fileName, std::vector<std::size_t> channels);
     ~ColourReader();
+    /// @{
+    /// What is moved from can only be assigned to and destroyed.
     ColourReader(ColourReader&&) noexcept;
     ColourReader& operator=(ColourReader&&) noexcept;
+    /// @}
 
     /// Reads the channels at a time point into `frame`, each voxel converted to C as by Image3d::ReadImage. Exists for
     /// unsigned char and unsigned short.
-    /// @param time  counted from 0
+    /// @param time   counted from 0
+    /// @param frame  changed only when all of it has been read
     /// @throws IOException for everything that goes wrong, also for a channel or time point that the file does not
     ///         have; the frame is then unchanged
     template <typename C>

@@ -11,27 +11,34 @@ namespace kep {
 /// Base of everything that the library throws on purpose. Holds one text, in UTF-8, made for the user.
 class KEP_EXPORT LibException : public std::exception {
 public:
-    explicit LibException(std::string message);
+    explicit LibException(std::string message); ///< the whole text, in UTF-8
+    /// @{
+    /// Copies hold the same text.
     LibException(const LibException&) = default;
     LibException& operator=(const LibException&) = default;
+    /// @}
     ~LibException() override;
 
-    const std::string& GetText() const noexcept { return text; }
+    const std::string& GetText() const noexcept { return text; } ///< in UTF-8, as the constructor got it
+    /// The text as C code knows it; valid as long as the exception, and until its text changes.
     const char* what() const noexcept override { return text.c_str(); }
 
     /// The text without the operation in front of it: "The image is too large." of "MakeRoom(): The image is too
     /// large.". All of it if it names none. Valid as long as the exception, and until its text changes.
     std::string_view GetSentence() const noexcept;
 
-    std::string text;
+    std::string text; ///< in UTF-8; whoever catches it may add to it before passing it on
 };
 
 /// A call that the library refuses: thrown before anything has changed.
 class KEP_EXPORT InternalException : public LibException {
 public:
-    explicit InternalException(std::string message);
+    explicit InternalException(std::string message); ///< the whole text, in UTF-8
+    /// @{
+    /// Copies hold the same text.
     InternalException(const InternalException&) = default;
     InternalException& operator=(const InternalException&) = default;
+    /// @}
     ~InternalException() override;
 };
 
@@ -49,8 +56,11 @@ public:
     /// @param fileName  as the caller of the operation gave it, in the file system's encoding
     /// @param reason    the sentence of the text as it reads without the file's name
     IOException(std::string message, std::string fileName, std::string reason);
+    /// @{
+    /// Copies hold the same text, file name and reason.
     IOException(const IOException&) = default;
     IOException& operator=(const IOException&) = default;
+    /// @}
     ~IOException() override;
 
     /// The file that the text is about, which can be another one than was asked for: the voxels of "a.ics" may lie in

@@ -13,26 +13,26 @@ namespace kep {
 
 /// A channel, as far as a file tells of it.
 struct ChannelInfo {
-    std::string name; ///< in UTF-8; empty if the file has none
-    std::optional<RGB_generic<unsigned char>> colour;
+    std::string name;                                 ///< in UTF-8; empty if the file has none
+    std::optional<RGB_generic<unsigned char>> colour; ///< in which programs should show it; none if the file names none
 
-    friend bool operator==(const ChannelInfo&, const ChannelInfo&) = default;
+    friend bool operator==(const ChannelInfo&, const ChannelInfo&) = default; ///< of both fields
 };
 
 /// How many slices, channels and time points there are.
 struct AxisCounts {
-    std::size_t slices = 1;
-    std::size_t channels = 1;
-    std::size_t times = 1;
+    std::size_t slices = 1;   ///< of one frame
+    std::size_t channels = 1; ///< counted as in FileAxes
+    std::size_t times = 1;    ///< time points
 
-    friend bool operator==(const AxisCounts&, const AxisCounts&) = default;
+    friend bool operator==(const AxisCounts&, const AxisCounts&) = default; ///< of all three
 };
 
 /// The frames that a file holds: one for each channel at each time point, all alike.
 struct KEP_EXPORT FileAxes {
-    ImageInfo frame; ///< what each frame is: size.z are its slices, voxelType is that of one channel
-    std::size_t channels = 1;
-    std::size_t times = 1;
+    ImageInfo frame;          ///< what each frame is: size.z are its slices, voxelType is that of one channel
+    std::size_t channels = 1; ///< at least one; three that make a colour voxel count as one
+    std::size_t times = 1;    ///< time points, at least one
     std::vector<ChannelInfo> channelInfos; ///< one for each channel
     std::optional<double> frameInterval;   ///< seconds from one time point to the next
     std::optional<AxisCounts> series;      ///< of the whole series, where the file is one of several that make it

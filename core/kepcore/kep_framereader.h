@@ -23,18 +23,21 @@ public:
     /// @throws IOException with the texts of Image3d::ReadImage
     explicit FrameReader(const char* fileName);
     ~FrameReader();
+    /// @{
+    /// What is moved from can only be assigned to and destroyed.
     FrameReader(FrameReader&&) noexcept;
     FrameReader& operator=(FrameReader&&) noexcept;
+    /// @}
 
-    const FileAxes& GetAxes() const { return axes; }
+    const FileAxes& GetAxes() const { return axes; } ///< what ReadFileAxes tells of the file
 
     /// Reads the frame of a channel at a time point into `frame`, converted as by Image3d::ReadImage; the voxels of
     /// other frames are not touched, except where they are packed together with these. Exists for all types of frames.
     /// @param channel  0 <= channel < GetAxes().channels
     /// @param time     0 <= time < GetAxes().times
+    /// @param frame    changed only when all of it has been read
     /// @throws IOException for everything that goes wrong, also for a channel or time point that the file does not
-    /// have,
-    ///         and for slices that lie in other files; the frame is then unchanged
+    ///         have, and for slices that lie in other files; the frame is then unchanged
     template <typename T>
     void ReadFrame(std::size_t channel, std::size_t time, Image3d<T>& frame);
 

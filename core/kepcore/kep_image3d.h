@@ -11,6 +11,8 @@
 #include <string>
 #include <valarray>
 
+/// The imaging core: frames, reading and saving of files, resampling, projections, look-up tables, labelled frames.
+/// Knows no toolkit.
 namespace kep {
 
 static_assert(sizeof(bool) == 1, "two-valued frames are walked byte by byte");
@@ -23,8 +25,8 @@ static_assert(sizeof(bool) == 1, "two-valued frames are walked byte by byte");
 template <typename T>
 class KEP_EXPORT Image3d {
 public:
-    using PixelBox = VOI<T_pair<int, std::size_t>>;
-    using MicronBox = VOI<T_pair<float, float>>;
+    using PixelBox = VOI<T_pair<int, std::size_t>>; ///< part of a frame, in voxels; may reach beyond it
+    using MicronBox = VOI<T_pair<float, float>>;    ///< part of space, in microns
 
     /// An empty frame. Null pointers give offset (0, 0, 0) and no resolution; others are copied from.
     explicit Image3d(const Vector3d<float>* offset = nullptr, const Resolution* res = nullptr);
@@ -80,7 +82,9 @@ public:
     /// after any failure, what stood there stays. A description that is longer than the format holds is cut; all else
     /// comes back as it is, or the frame is refused.
     /// @param fileName  in the file system's encoding
+    /// @param format    FF_BY_NAME goes by the suffix of the name
     /// @param compress  gzip in ICS, deflate in TIFF; else plain
+    /// @param voi       the box to write, in voxels, or null for the whole frame
     /// @return a sentence for the user on what the file lacks of the description; empty if it has all of it
     /// @throws IOException; std::bad_alloc when there is not even memory for its text
     std::string SaveImage(const char* fileName, FileFormat format, bool compress, const PixelBox* voi) const;
@@ -94,31 +98,39 @@ public:
     void DisposeData();
 
     /// Fills this frame with a box of src, which may be this frame. Voxels of the box outside src get `fill`.
+    /// @param src, voi      the frame, and the box of it in voxels
     /// @param keepGeometry  false: offset and resolution come from src and box as in the copy constructor; true: this
     ///                      frame keeps its own. The description stays in either case.
+    /// @param fill          value of the voxels that src does not have
     /// @throws LibException("CopyFromVOI(): The box is too large.") it holds more voxels than can be addressed;
     ///         std::bad_alloc
     void CopyFromVOI(const Image3d& src, const PixelBox& voi, bool keepGeometry, T fill);
 
-    T GetVoxel(std::size_t i) const { return begin()[i]; }
+    T GetVoxel(std::size_t i) const { return begin()[i]; } ///< by its index
+    /// The voxel at these coordinates.
     T GetVoxel(std::size_t x, std::size_t y, std::size_t z) const { return begin()[GetIndex(x, y, z)]; }
+    /// The voxel at these coordinates.
     T GetVoxel(const Vector3d<std::size_t>& p) const { return begin()[GetIndex(p.x, p.y, p.z)]; }
-    void SetVoxel(std::size_t i, T v) { begin()[i] = v; }
+    void SetVoxel(std::size_t i, T v) { begin()[i] = v; } ///< by its index
+    /// Sets the voxel at these coordinates.
     void SetVoxel(std::size_t x, std::size_t y, std::size_t z, T v) { begin()[GetIndex(x, y, z)] = v; }
 
-    T* GetVoxelAddr(std::size_t i) { return begin() + i; }
-    const T* GetVoxelAddr(std::size_t i) const { return begin() + i; }
+    T* GetVoxelAddr(std::size_t i) { return begin() + i; }             ///< holds until the frame gets another block
+    const T* GetVoxelAddr(std::size_t i) const { return begin() + i; } ///< to read
+    /// Address of a voxel by its coordinates; holds until the frame gets another block.
     T* GetVoxelAddr(std::size_t x, std::size_t y, std::size_t z) { return begin() + GetIndex(x, y, z); }
+    /// The same, to read.
     const T* GetVoxelAddr(std::size_t x, std::size_t y, std::size_t z) const { return begin() + GetIndex(x, y, z); }
 
     /// The first voxel of the block; null in a frame without voxels.
     T* GetFirstVoxelAddr() { return begin(); }
-    const T* GetFirstVoxelAddr() const { return begin(); }
-    T* begin() { return data.size() == 0 ? nullptr : &data[0]; }
-    const T* begin() const { return data.size() == 0 ? nullptr : &data[0]; }
-    T* end() { return begin() + data.size(); }
-    const T* end() const { return begin() + data.size(); }
+    const T* GetFirstVoxelAddr() const { return begin(); }                   ///< to read
+    T* begin() { return data.size() == 0 ? nullptr : &data[0]; }             ///< as GetFirstVoxelAddr
+    const T* begin() const { return data.size() == 0 ? nullptr : &data[0]; } ///< to read
+    T* end() { return begin() + data.size(); }                               ///< behind the last voxel
+    const T* end() const { return begin() + data.size(); }                   ///< to read
 
+    /// Index of a voxel by its coordinates.
     std::size_t GetIndex(std::size_t x, std::size_t y, std::size_t z) const { return (size.y * z + y) * size.x + x; }
     /// Coordinates of a voxel by its index. The frame must have voxels.
     Vector3d<std::size_t> GetPos(std::size_t i) const {
@@ -133,20 +145,24 @@ public:
         return outer(p.x, size.x) || outer(p.y, size.y) || outer(p.z, size.z);
     }
 
-    const Vector3d<std::size_t>& GetSize() const { return size; }
-    std::size_t GetSizeX() const { return size.x; }
-    std::size_t GetSizeY() const { return size.y; }
-    std::size_t GetSizeZ() const { return size.z; }
-    std::size_t GetNumVoxels() const { return data.size(); }
-    bool IsEmpty() const { return data.size() == 0; }
-    const Vector3d<float>& GetOffset() const { return offset; }
+    const Vector3d<std::size_t>& GetSize() const { return size; } ///< voxels
+    std::size_t GetSizeX() const { return size.x; }               ///< voxels along x
+    std::size_t GetSizeY() const { return size.y; }               ///< voxels along y
+    std::size_t GetSizeZ() const { return size.z; }               ///< voxels along z
+    std::size_t GetNumVoxels() const { return data.size(); }      ///< of the whole frame
+    bool IsEmpty() const { return data.size() == 0; }             ///< it has no voxels
+    const Vector3d<float>& GetOffset() const { return offset; }   ///< microns, position of the first voxel
+    /// Moves the frame. Microns.
     void SetOffset(const Vector3d<float>& microns) { offset = microns; }
-    const Resolution& GetResolution() const { return resolution; }
+    const Resolution& GetResolution() const { return resolution; } ///< pixels per micron
+    /// Pixels per micron. The voxels stay as they are.
     void SetResolution(const Resolution& pixelsPerMicron) { resolution = pixelsPerMicron; }
+    /// Free metadata of the file: names and values in UTF-8.
     const std::map<std::string, std::string>& GetDescription() const { return description; }
+    /// What SaveImage writes besides the voxels, as far as the format has room: names and values in UTF-8.
     void SetDescription(const std::map<std::string, std::string>& newDescription) { description = newDescription; }
-    std::valarray<T>& GetVoxelData() { return data; }
-    const std::valarray<T>& GetVoxelData() const { return data; }
+    std::valarray<T>& GetVoxelData() { return data; } ///< who changes its length keeps it in step with `size`
+    const std::valarray<T>& GetVoxelData() const { return data; } ///< to read
 
     /// Sets all voxels.
     void Fill(T v);

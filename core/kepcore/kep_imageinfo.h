@@ -30,16 +30,16 @@ enum class VoxelType {
 
 /// What a file says of itself.
 struct KEP_EXPORT ImageInfo {
-    FileFormat format = FF_BY_NAME; ///< FF_TIFF or FF_ICS
-    Vector3d<std::size_t> size;     ///< voxels
-    VoxelType voxelType = VoxelType::Other;
+    FileFormat format = FF_BY_NAME;         ///< FF_TIFF or FF_ICS
+    Vector3d<std::size_t> size;             ///< voxels
+    VoxelType voxelType = VoxelType::Other; ///< the smallest one that holds all its voxels
     std::string storedType;  ///< as on disk, for the user: "16-bit unsigned", "1-bit", "8-bit palette", "RGB 8-bit"
     std::string compression; ///< for the user: "none", "LZW", "deflate", "gzip"
     Resolution resolution;   ///< pixels per micron; not defined if the file has none
     Vector3d<float> offset;  ///< microns
-    std::map<std::string, std::string> description;
-    std::uint64_t fileSize = 0; ///< bytes, with a separate data file's
-    std::string dataFile;       ///< name of the separate file that holds the voxels; empty if there is none
+    std::map<std::string, std::string> description; ///< free metadata: names and values in UTF-8
+    std::uint64_t fileSize = 0;                     ///< bytes, with a separate data file's
+    std::string dataFile; ///< name of the separate file that holds the voxels; empty if there is none
 };
 
 /// Tells what a file is, without reading its voxels. A file that passes can still turn out damaged when it is read.

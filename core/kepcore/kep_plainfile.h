@@ -17,7 +17,7 @@ public:
     PlainFile(const PlainFile&) = delete;
     PlainFile& operator=(const PlainFile&) = delete;
 
-    bool IsOpen() const { return descriptor >= 0; }
+    bool IsOpen() const { return descriptor >= 0; } ///< GetError tells why not
     /// Why it is not open, as an errno: ENOENT, EACCES, ...; EISDIR for a folder, EINVAL for what else is no plain
     /// file. 0 if it is open.
     int GetError() const { return error; }

@@ -25,8 +25,11 @@ struct ReadingState {
 class KEP_EXPORT ReadingStopped : public LibException {
 public:
     ReadingStopped();
+    /// @{
+    /// Copies hold the same text.
     ReadingStopped(const ReadingStopped&) = default;
     ReadingStopped& operator=(const ReadingStopped&) = default;
+    /// @}
     ~ReadingStopped() override;
 };
 
@@ -44,7 +47,7 @@ public:
     /// @return false to stop: the operation that reads throws ReadingStopped, and so does each that follows
     using Report = std::function<bool(const ReadingState&)>;
 
-    explicit ReadingWatch(Report report);
+    explicit ReadingWatch(Report report); ///< watches from here on, on this thread
     ~ReadingWatch();
     ReadingWatch(const ReadingWatch&) = delete;
     ReadingWatch& operator=(const ReadingWatch&) = delete;

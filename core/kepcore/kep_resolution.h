@@ -14,7 +14,8 @@ namespace kep {
 class KEP_EXPORT Resolution {
 public:
     constexpr Resolution() = default;
-    constexpr Resolution(float x, float y, float z) : res(x, y, z) {}
+    constexpr Resolution(float x, float y, float z) : res(x, y, z) {} ///< pixels per micron, of any value
+    /// Pixels per micron, of any value.
     constexpr explicit Resolution(const Vector3d<float>& pixelsPerMicron) : res(pixelsPerMicron) {}
 
     /// The stored numbers, as they are in files, comparisons and texts.
@@ -72,8 +73,10 @@ inline int VoxelIndexAt(double place, double tolerance) {
 
 /// Index of the voxel that a picture shows. Where the picture has a single place on the axis, a place on the far face
 /// of the last voxel shows that voxel: the cut may lie there.
-/// @param extent  voxels of the frame on the axis
-/// @param places  of the picture on the axis
+/// @param place      in voxels from the frame's first one
+/// @param tolerance  of VoxelTolerance
+/// @param extent     voxels of the frame on the axis
+/// @param places     of the picture on the axis
 inline int VoxelIndexShownAt(double place, double tolerance, std::size_t extent, std::size_t places) {
     const int index = VoxelIndexAt(place, tolerance);
     const bool onFarFace =

@@ -11,13 +11,15 @@ namespace kep {
 /// std::size_t (voxels). A new one is (0, 0, 0).
 template <typename T>
 struct KEP_EXPORT Vector3d {
-    T x{};
-    T y{};
-    T z{};
+    T x{}; ///< along a row
+    T y{}; ///< from row to row
+    T z{}; ///< from slice to slice
 
     constexpr Vector3d() = default;
-    constexpr Vector3d(T ax, T ay, T az) : x(ax), y(ay), z(az) {}
+    constexpr Vector3d(T ax, T ay, T az) : x(ax), y(ay), z(az) {} ///< in the order of the axes
 
+    /// @{
+    /// By component.
     constexpr Vector3d& operator+=(const Vector3d& other) {
         x += other.x;
         y += other.y;
@@ -30,6 +32,7 @@ struct KEP_EXPORT Vector3d {
         z -= other.z;
         return *this;
     }
+    /// @}
     /// By component.
     constexpr Vector3d& operator*=(const Vector3d& other) {
         x *= other.x;
@@ -52,12 +55,13 @@ struct VOI;
 /// space in microns, T_pair<size_t, size_t> the bounding box of a component in voxels.
 template <typename A, typename B>
 struct KEP_EXPORT VOI<T_pair<A, B>> {
-    Vector3d<A> offset;
-    Vector3d<B> size;
+    Vector3d<A> offset; ///< corner with the lowest coordinates
+    Vector3d<B> size;   ///< extent from there
 
     constexpr VOI() = default;
+    /// A box with this corner and this size.
     constexpr VOI(const Vector3d<A>& origin, const Vector3d<B>& extent) : offset(origin), size(extent) {}
-    constexpr VOI(A x, A y, A z, B sx, B sy, B sz) : offset(x, y, z), size(sx, sy, sz) {}
+    constexpr VOI(A x, A y, A z, B sx, B sy, B sz) : offset(x, y, z), size(sx, sy, sz) {} ///< offset, then size
 
     /// A box with a size of 0 on any axis holds nothing.
     constexpr bool IsEmpty() const { return size.x == B{} || size.y == B{} || size.z == B{}; }
@@ -73,7 +77,7 @@ struct KEP_EXPORT VOI<T_pair<A, B>> {
         Unite(offset.z, size.z, other.offset.z, other.size.z);
         return *this;
     }
-    friend constexpr bool operator==(const VOI& a, const VOI& b) = default;
+    friend constexpr bool operator==(const VOI& a, const VOI& b) = default; ///< of offset and size, exactly
 
 private:
     static constexpr void Unite(A& from, B& extent, A otherFrom, B otherExtent) {
