@@ -47,9 +47,8 @@ zel::Sheet MakeFigure(const mor::Image4d<Voxel>& image, const zel::zel_Mapper<Vo
         const zel::Rect& window = (*windows)[plane.type];
         zel::CutSlice(view, plane, {window.width, window.height}, *image.GetImage(0), picture.slice, picture.colours);
         mapper.Map(picture.slice.GetFirstVoxelAddr(), picture.colours);
-        const zel::SeenPicture turned =
-            zel::TurnPicture(plane, view.options, picture.colours.data,
-                             {picture.colours.width, picture.colours.height}, picture.turned);
+        const zel::SeenPicture turned = zel::TurnPicture(
+            plane, view.options, picture.colours.data, {picture.colours.width, picture.colours.height}, picture.turned);
         seen[plane.type] = {turned.pixels, turned.size};
         isIn[plane.type] = true;
     }
@@ -68,8 +67,7 @@ int main(int argc, char** argv) try {
     files.Add(wxString::FromUTF8(argv[1]));
     mor::Image4d<Voxel> image;
     image.ReadSequence(files, false);
-    const std::unique_ptr<zel::zel_MappingModule<Voxel>> mapping(
-        zel::zel_CreateMapperForType<Voxel>(nullptr, image));
+    const std::unique_ptr<zel::zel_MappingModule<Voxel>> mapping(zel::zel_CreateMapperForType<Voxel>(nullptr, image));
     mapping->SetPercentilStretch();
     MakeFigure(image, *mapping).SaveImage(argv[2], kep::FF_BY_NAME, true, nullptr);
     return 0;

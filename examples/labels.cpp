@@ -31,7 +31,8 @@ zel::zel_Viewer3dFrame* MakeViewer(const wxString& imageFile, const wxString& la
     auto labels = std::make_unique<Labels>(false);
     labels->ReadSequence(OneFile(labelFile), image.get());
 
-    // The frame first, since the modules and the canvas belong to it. It has no parent, so it is ours until it is shown.
+    // The frame first, since the modules and the canvas belong to it. It has no parent, so it is ours until it is
+    // shown.
     auto frame = std::make_unique<zel::zel_Viewer3dFrame>(nullptr, wxID_ANY, imageFile, wxDefaultPosition,
                                                           wxDefaultSize, wxDEFAULT_FRAME_STYLE);
     auto* const mapping = zel::zel_CreateMapperForType<unsigned short>(frame.get(), *image);
@@ -39,8 +40,8 @@ zel::zel_Viewer3dFrame* MakeViewer(const wxString& imageFile, const wxString& la
     auto* const overlaying = new Overlaying(frame.get(), labels.get(), true);
     labels.release(); // the module's
     frame->AddExtensionModule(overlaying, "&Overlaying", true);
-    auto* const canvas = new Canvas(frame.get(), *mapping, *overlaying, image.get(), true, wxID_ANY,
-                                    wxDefaultPosition, wxDefaultSize);
+    auto* const canvas =
+        new Canvas(frame.get(), *mapping, *overlaying, image.get(), true, wxID_ANY, wxDefaultPosition, wxDefaultSize);
     image.release(); // the canvas's
     frame->SetCanvas(canvas);
     overlaying->SetOverlaying(true);

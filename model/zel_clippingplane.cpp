@@ -15,4 +15,10 @@ ClippingPlane MakeClippingPlane(const Matrix4& planeMatrix, double offset) {
             {corner(-reach, -reach), corner(-reach, reach), corner(reach, -reach), corner(reach, reach)}};
 }
 
+bool Keeps(const ClippingPlane& plane, const Vector3f& place) {
+    const auto& [a, b, c, d] = plane.equation;
+    return a * static_cast<double>(place.x) + b * static_cast<double>(place.y) + c * static_cast<double>(place.z) + d >=
+           0.0;
+}
+
 } // namespace zel

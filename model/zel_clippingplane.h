@@ -18,6 +18,10 @@ struct ClippingPlane {
 /// reaches 0.8 to either side, with corners at (-, -), (-, +), (+, -), (+, +) of these two.
 ZEL_EXPORT ClippingPlane MakeClippingPlane(const Matrix4& planeMatrix, double offset);
 
+/// Whether a place, in the object's coordinates, is on the side that stays. Seen from there, the plane is behind the
+/// volume; seen from the other side, it is in front.
+ZEL_EXPORT bool Keeps(const ClippingPlane& plane, const Vector3f& place);
+
 /// Corners in their order round the square.
 inline constexpr std::array<std::size_t, 4> planeQuad{0, 1, 3, 2};
 /// Corners of the four lines round the square, two for each.

@@ -53,6 +53,11 @@ Matrix4 RotationMatrix(const Rotation& rotation) {
             1};
 }
 
+bool IsMirroring(const Matrix4& matrix) {
+    const Vector3f normal = Cross(ColumnOf(matrix, 0), ColumnOf(matrix, 1)), third = ColumnOf(matrix, 2);
+    return normal.x * third.x + normal.y * third.y + normal.z * third.z < 0.0F;
+}
+
 Matrix4 InverseRotation(const Matrix4& matrix) {
     Matrix4 inverse = matrix;
     for (std::size_t column = 0; column < 3; ++column)

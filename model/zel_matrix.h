@@ -46,6 +46,9 @@ struct Rotation {
 /// still gives the former.
 ZEL_EXPORT Matrix4 RotationMatrix(const Rotation& rotation);
 
+/// Whether right becomes left: the upper left block of 3 x 3 has a determinant below 0.
+ZEL_EXPORT bool IsMirroring(const Matrix4& matrix);
+
 /// Undoes the rotation of a matrix: its upper left block of 3 x 3 is transposed, and its translation left out.
 ZEL_EXPORT Matrix4 InverseRotation(const Matrix4& matrix);
 

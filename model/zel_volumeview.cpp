@@ -112,6 +112,10 @@ Matrix4 VolumeView::GetModelView() const {
     return Multiply(TranslationMatrix({0.0F, 0.0F, pose.eyeDistance}), pose.objectMatrix);
 }
 
+Vector3f VolumeView::GetEye() const {
+    return TurnDirection(InverseRotation(pose.objectMatrix), {0.0F, 0.0F, -pose.eyeDistance});
+}
+
 std::string VolumeView::GetModeText() const {
     return isMovingPlane ? "Mode: Moving Plane" : "Mode: Moving Object";
 }

@@ -92,6 +92,8 @@ struct ZEL_EXPORT VolumeView {
 
     /// From the object to places before the eye.
     Matrix4 GetModelView() const;
+    /// Where the eye is, in the object's coordinates.
+    Vector3f GetEye() const;
 
     /// "Mode: Moving Object" or "Mode: Moving Plane".
     std::string GetModeText() const;

@@ -4,6 +4,7 @@
 #include "model/zel_palette.h"
 #include "model/zel_pixelquery.h"
 #include "model/zel_volumesurfaces.h"
+#include "model/zel_wholemeshes.h"
 #include "volume/vol3D_canvas.h"
 #include "volume/zel_updatenotice.h"
 
@@ -20,6 +21,15 @@ zel_OverlayWindowType CutOf(const Plane& plane) {
 
 zel_OverlayWindowType AutofocusOf(const Plane& plane) {
     return static_cast<zel_OverlayWindowType>(zel_OverlayWindowAutofocusXY + static_cast<int>(IndexOf(plane.type)));
+}
+
+/// Which surface is whose: one for each label, in ascending order.
+template <typename L, typename V>
+std::map<L, std::size_t> SurfacesOf(const kep::LabeledImage3d<L, V>& labels) {
+    std::map<L, std::size_t> surfaceOf;
+    for (const auto& [label, component] : labels.components)
+        surfaceOf.emplace(label, surfaceOf.size());
+    return surfaceOf;
 }
 
 } // namespace
@@ -111,25 +121,55 @@ const kep::LabeledImage3d<L, V>* zel_LabeledImageViewer3dCanvas<T, L, V>::FindSu
 template <typename T, typename L, typename V>
 void zel_LabeledImageViewer3dCanvas<T, L, V>::UpdateIsosurface() {
     vol3D_VolVisFrame* const frame = this->GetVolVisFrame();
-    const kep::LabeledImage3d<L, V>* const labels = frame != nullptr ? FindSurfaceLabels() : nullptr;
-    if (labels == nullptr)
+    if (frame == nullptr)
         return;
-    const zel_UpdateNotice notice("Updating isosurface data...", frame);
-    std::map<L, std::size_t> surfaceOf;
-    for (const auto& [label, component] : labels->components)
-        surfaceOf.emplace(label, surfaceOf.size());
+    vol3D_VolVisCanvas& canvas = *frame->GetCanvas();
+    if (canvas.GetMeshDrawing() == MeshDrawing::Whole) {
+        UploadMeshes(canvas);
+    } else if (const kep::LabeledImage3d<L, V>* const labels = FindSurfaceLabels(); labels != nullptr) {
+        const zel_UpdateNotice notice("Updating isosurface data...", frame);
+        UploadSurfaces(canvas, *labels);
+    }
+}
+
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::UploadSurfaces(vol3D_VolVisCanvas& canvas,
+                                                             const kep::LabeledImage3d<L, V>& labels) {
     const kep::Vector3d<std::size_t> size = this->GetImage()->GetSize();
-    const Vector3f cell = ComputeIsosurfaceCells(size, labels->GetResolution());
+    const Vector3f cell = ComputeIsosurfaceCells(size, labels.GetResolution());
     IsosurfaceGenerator generator;
-    generator.GenerateSurfaces(labels->GetFirstVoxelAddr(), surfaceOf, size.x, size.y, size.z, cell.x, cell.y, cell.z);
+    generator.GenerateSurfaces(labels.GetFirstVoxelAddr(), SurfacesOf(labels), size.x, size.y, size.z, cell.x, cell.y,
+                               cell.z);
     if (!generator.IsValid()) {
         this->ReportVolumeError("Error occured during creation of an isosurface!");
         return;
     }
-    vol3D_VolVisCanvas& canvas = *frame->GetCanvas();
     canvas.SetSurfaceColours(m_overlayer->GetOverlaying(), GetSurfaceColours());
     canvas.MakeCurrent();
     canvas.SetIsosurfaces(generator, ComputeIsosurfaceTranslation(size, cell));
+}
+
+/// The meshes of the present frame, whole. Those of another frame do not stay where there are no labels.
+template <typename T, typename L, typename V>
+void zel_LabeledImageViewer3dCanvas<T, L, V>::UploadMeshes(vol3D_VolVisCanvas& canvas) {
+    const mor::Image4d<T>* const image = this->GetImage();
+    if (image == nullptr || image->IsEmpty() || this->IsMapperDetached())
+        return;
+    const zel_UpdateNotice notice("Updating isosurface data...", this->GetVolVisFrame());
+    IsosurfaceGenerator generator;
+    Matrix4 toObject = identityMatrix;
+    const auto* const labels = m_overlayer->GetLabeledImage(false, false, static_cast<std::size_t>(this->m_time));
+    if (labels != nullptr && !labels->IsEmpty()) {
+        const kep::Vector3d<std::size_t> size = labels->GetSize();
+        const MeshPlacement placement = PlaceMeshes({image->GetSize(), image->GetOffset(), image->GetResolution()},
+                                                    {size, labels->GetOffset(), labels->GetResolution()});
+        generator.GenerateClosedSurfaces(labels->GetFirstVoxelAddr(), SurfacesOf(*labels), size.x, size.y, size.z,
+                                         placement.cell.x, placement.cell.y, placement.cell.z);
+        toObject = placement.toObject;
+    }
+    canvas.SetSurfaceColours(m_overlayer->GetOverlaying(), GetSurfaceColours());
+    if (canvas.MakeCurrent()) // after the notice, which may have let another volume window paint
+        canvas.SetWholeIsosurfaces(generator, toObject);
 }
 
 template <typename T, typename L, typename V>

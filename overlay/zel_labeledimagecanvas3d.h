@@ -9,6 +9,8 @@
 
 namespace zel {
 
+class vol3D_VolVisCanvas;
+
 /// The canvas of an image that has labels: it draws as its base does, and lets an overlayer paint labels over each
 /// picture before it is turned for the screen. A frame without labels is drawn as if there were no overlayer. Exists
 /// for ZEL_LABELED_TYPES.
@@ -32,6 +34,9 @@ public:
     void OverlayingChanged(zel_OverlayingEvent& event) override;
     /// Makes a surface for each label of the present frame, also while the volume window is hidden. The labels must
     /// have the image's size. A frame without labels leaves the surfaces that are there.
+    ///
+    /// In a volume window with whole meshes (zel_TruePictures) labels may have any size, and lie where their place in
+    /// microns says. Meshes are closed at the labels' border, and a frame without labels has none.
     /// @throws std::bad_alloc; likewise
     void UpdateIsosurface() override;
 
@@ -66,6 +71,8 @@ private:
 
     bool HasLabels() const;
     const kep::LabeledImage3d<L, V>* FindSurfaceLabels() const;
+    void UploadSurfaces(vol3D_VolVisCanvas& canvas, const kep::LabeledImage3d<L, V>& labels);
+    void UploadMeshes(vol3D_VolVisCanvas& canvas);
     std::vector<kep::RGB_generic<unsigned char>> GetSurfaceColours() const;
     void PlaceBuffers(const Plane& plane);
     void Render(WindowOverlay& overlay, std::size_t buffer);

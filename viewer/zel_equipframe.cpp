@@ -11,7 +11,7 @@ namespace zel {
 
 bool EquipFrame(zel_Viewer3dFrame& frame, const FrameEquipment& equipment) {
     zel_Viewer3dCanvas& canvas = *frame.GetCanvas();
-    canvas.SetTruePictures({true, true, true});
+    canvas.SetTruePictures({true, true, true, true});
     UseMouse(canvas);
     const bool isTrue = !equipment.trueProportions || ShowInTrueProportions(canvas);
     if (equipment.fillsDisplay)

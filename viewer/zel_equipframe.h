@@ -16,7 +16,8 @@ struct FrameEquipment {
 /// had alone as well.
 /// - The mouse moves the cut, steps, zooms and pans (UseMouse).
 /// - The image has its true proportions (ShowInTrueProportions) and a size to look at (FillRoom).
-/// - Scale bar, cut pointer and saved galleries are those of the picture (zel_Viewer3dCanvas::SetTruePictures).
+/// - Scale bar, cut pointer and saved galleries are those of the picture, and the volume window draws meshes whole
+///   (zel_Viewer3dCanvas::SetTruePictures).
 /// - The title is short and follows the zoom (AddTitle).
 /// - The frame is as large as its picture, and appears so (PrepareFirstShow).
 ///

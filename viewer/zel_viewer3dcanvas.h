@@ -33,6 +33,9 @@ struct zel_TruePictures {
     bool cutPointer = false;
     /// Picture k of a gallery shows slice k as the XY window would, whatever its zoom, and all of it.
     bool gallery = false;
+    /// The volume window draws the meshes of labels whole and on the voxels of their labels, and nearer things hide
+    /// farther ones. A volume window that is there already stays as it is: to be set before the first ShowVolVis.
+    bool meshes = false;
 };
 
 /// The part of the viewer that knows no voxels: a panel with three drawing windows over a View, the decorations'

@@ -13,7 +13,8 @@ void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle& icons) {
         if (!vol3D_VolVisCanvas::CheckDisplay())
             return;
         m_volVisFrame = new vol3D_VolVisFrame(nullptr, wxID_ANY, "Volume visualization", wxDefaultPosition,
-                                              wxSize(600, 600), wxDEFAULT_FRAME_STYLE);
+                                              wxSize(600, 600), wxDEFAULT_FRAME_STYLE,
+                                              m_truePictures.meshes ? MeshDrawing::Whole : MeshDrawing::Halved);
         const bool ready = m_volVisFrame->GetCanvas()->Init();
         if (!self)
             return;

@@ -3,6 +3,7 @@
 #include "image/zel_modaldialog.h"
 #include "model/zel_trackball.h"
 #include "model/zel_viewfile.h"
+#include "volume/gl/zel_canvasattributes.h"
 #include "volume/gl/zel_opengldisplay.h"
 #include "volume/gl/zel_volumescene.h"
 #include "volume/vol3D_canvas.h"
@@ -71,10 +72,12 @@ void WaitUntilShown(const wxWeakRef<wxWindow>& window) {
 } // namespace
 
 vol3D_VolVisCanvas::vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos,
-                                       const wxSize& size, long style, const wxString& name, const int* attributeList)
+                                       const wxSize& size, long style, const wxString& name, const int* attributeList,
+                                       MeshDrawing meshDrawing)
     : wxGLCanvas(parent, id, attributeList, pos, size, style | wxFULL_REPAINT_ON_RESIZE, name),
       m_statusBar(statusBar),
-      m_scene(std::make_unique<VolumeScene>()) {
+      m_meshDrawing(meshDrawing),
+      m_scene(std::make_unique<VolumeScene>(meshDrawing)) {
     ResetView();
     Bind(wxEVT_PAINT, &vol3D_VolVisCanvas::OnPaint, this);
     Bind(wxEVT_ERASE_BACKGROUND, [](wxEraseEvent&) {}); // the paint covers everything, so nothing flickers
@@ -98,6 +101,10 @@ bool vol3D_VolVisCanvas::CheckDisplay() {
     if (!isThere)
         LogMissing();
     return isThere;
+}
+
+const int* vol3D_VolVisCanvas::ChooseAttributes(MeshDrawing meshDrawing) {
+    return ChooseCanvasAttributes(meshDrawing, [](const int* list) { return wxGLCanvas::IsDisplaySupported(list); });
 }
 
 bool vol3D_VolVisCanvas::Init() {
@@ -160,7 +167,19 @@ void vol3D_VolVisCanvas::SetVolumeData(const void* rgba, const kep::Vector3d<std
 }
 
 void vol3D_VolVisCanvas::SetIsosurfaces(const IsosurfaceGenerator& generator, const kep::Vector3d<float>& translation) {
-    m_scene->SetSurfaces(generator.GetSurfaces(), translation);
+    if (m_meshDrawing == MeshDrawing::Whole)
+        SetWholeIsosurfaces(generator, TranslationMatrix(translation));
+    else
+        m_scene->SetSurfaces(generator.GetSurfaces(), translation);
+}
+
+void vol3D_VolVisCanvas::SetWholeIsosurfaces(const IsosurfaceGenerator& generator, const Matrix4& toObject) {
+    if (m_meshDrawing != MeshDrawing::Whole)
+        throw kep::InternalException("This window places meshes by a translation only.");
+    for (const std::uint64_t label : m_scene->SetMeshes(generator.GetSurfaces(), toObject))
+        wxLogWarning("The mesh of label %llu is too big for OpenGL and is not drawn.",
+                     static_cast<unsigned long long>(label));
+    Refresh(false);
 }
 
 void vol3D_VolVisCanvas::SetSurfaceColours(bool drawSurfaces, std::vector<kep::RGB_generic<unsigned char>> colours) {

@@ -4,6 +4,7 @@
 #include "model/zel_export.h"
 #include "model/zel_isosurfacegenerator.h"
 #include "model/zel_volumeview.h"
+#include "model/zel_wholemeshes.h"
 
 #include <wx/glcanvas.h>
 #include <wx/image.h>
@@ -28,18 +29,29 @@ public:
     /// RGBA and double buffered. No depth buffer is asked for: most systems then give none, and meshes hide one another
     /// in the order of their labels.
     static constexpr int attributes[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, 0};
+    /// The same with a depth buffer of 24 bits, and of 16.
+    static constexpr int attributesWithDepth[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, WX_GL_DEPTH_SIZE, 24, 0};
+    static constexpr int attributesWithSmallDepth[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, WX_GL_DEPTH_SIZE, 16, 0};
 
     /// Whether the display has OpenGL at all; the log says so if not. Without it no such window can be made.
     static bool CheckDisplay();
+    /// The attributes of a window on this display. One for whole meshes has a depth buffer if the display can have it;
+    /// the log says so if not. CheckDisplay must be true.
+    static const int* ChooseAttributes(MeshDrawing meshDrawing);
 
     /// Makes the window without a picture; Init must follow. CheckDisplay must be true, or the toolkit fails in
     /// assertions, and Init.
     /// @param statusBar                           gets the mode in its field 0 and the numbers in field 1; outlives the
     ///                                            canvas; may be null
     /// @param parent, id, pos, size, style, name  as for any window of the toolkit
-    /// @param attributeList                       as `attributes`
+    /// @param attributeList                       as ChooseAttributes gives it. Without a depth buffer whole meshes
+    /// stand
+    ///                                            one over the other in the order of their labels
+    /// @param meshDrawing                         how meshes are drawn. With MeshDrawing::Whole, what is nearer also
+    ///                                            hides box and plane
     vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos, const wxSize& size,
-                       long style, const wxString& name, const int* attributeList);
+                       long style, const wxString& name, const int* attributeList,
+                       MeshDrawing meshDrawing = MeshDrawing::Halved);
     ~vol3D_VolVisCanvas() override;
 
     /// Shows the parent, which must be on the screen for it, and starts OpenGL. Dispatches events until the window is
@@ -62,11 +74,18 @@ public:
     /// @param scale  from the view's space to the texture, as ComputeVolumeScale gives it
     void SetVolumeData(const void* rgba, const kep::Vector3d<std::size_t>& size, const kep::Vector3d<float>& scale);
 
+    MeshDrawing GetMeshDrawing() const { return m_meshDrawing; }
+
     /// Uploads the meshes, in place of those before. MakeCurrent must have been called. About half of their triangles
-    /// are drawn.
+    /// are drawn; all with MeshDrawing::Whole.
     /// @param generator    not needed after the call
     /// @param translation  moves the meshes, which begin at the origin, to the volume's place
     void SetIsosurfaces(const IsosurfaceGenerator& generator, const kep::Vector3d<float>& translation);
+    /// The same for whole meshes anywhere. Meshes that OpenGL cannot take are left out; the log says so.
+    /// @param toObject  from the meshes to the volume's space, as PlaceMeshes gives it, with lengths kept
+    /// @throws kep::InternalException  the window is not one of MeshDrawing::Whole
+    /// @throws std::bad_alloc          there are no meshes then
+    void SetWholeIsosurfaces(const IsosurfaceGenerator& generator, const Matrix4& toObject);
 
     /// The caller refreshes the window.
     /// @param drawSurfaces  whether surfaces are drawn
@@ -130,6 +149,7 @@ private:
     void TellState();
 
     wxStatusBar* m_statusBar;
+    const MeshDrawing m_meshDrawing;
     std::unique_ptr<VolumeScene> m_scene;
     std::unique_ptr<wxGLContext> m_context; // null until Init
     VolumeView m_view;

@@ -51,12 +51,12 @@ wxMenu* MakeHelpMenu() {
 } // namespace
 
 vol3D_VolVisFrame::vol3D_VolVisFrame(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos,
-                                     const wxSize& size, long style)
+                                     const wxSize& size, long style, MeshDrawing meshDrawing)
     : wxFrame(parent, id, title, pos, size, style) {
     MakeMenus();
     wxStatusBar* const statusBar = CreateStatusBar(2);
     m_canvas = new vol3D_VolVisCanvas(statusBar, this, wxID_ANY, wxPoint(0, 0), GetClientSize(), 0, "VolGLCanvas",
-                                      vol3D_VolVisCanvas::attributes);
+                                      vol3D_VolVisCanvas::ChooseAttributes(meshDrawing), meshDrawing);
     Bind(wxEVT_SET_FOCUS, [this](wxFocusEvent&) { m_canvas->SetFocus(); });
     Bind(wxEVT_CLOSE_WINDOW, &vol3D_VolVisFrame::OnClose, this);
 }

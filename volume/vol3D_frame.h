@@ -1,6 +1,7 @@
 #pragma once
 
 #include "model/zel_export.h"
+#include "model/zel_wholemeshes.h"
 
 #include <wx/dialog.h>
 #include <wx/frame.h>
@@ -15,8 +16,9 @@ class vol3D_VolVisCanvas;
 class ZEL_EXPORT vol3D_VolVisFrame : public wxFrame {
 public:
     /// Makes the frame with its canvas, which is to be started by Init. Parameters are as for wxFrame.
+    /// @param meshDrawing  as the canvas takes it, which gets the attributes for it
     vol3D_VolVisFrame(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos, const wxSize& size,
-                      long style);
+                      long style, MeshDrawing meshDrawing = MeshDrawing::Halved);
     /// May be deleted directly, also while a dialog over it is open: that ends as cancelled.
     ~vol3D_VolVisFrame() override;
 

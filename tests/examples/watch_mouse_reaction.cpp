@@ -14,7 +14,7 @@ bool Look(const std::vector<zel::zel_Viewer3dFrame*>& viewers) {
     if (canvas.GetDrWin(zel::zel_PT_XY)->GetPointerImage().GetSize() != wxSize(960, 720))
         return false; // 7.5 pixels a voxel
     const kep::Vector3d<float> cut = canvas.GetCut();
-    Press(viewer, zel::zel_PT_XY, {100, 200}, true); // voxel 13, 26
+    Press(viewer, zel::zel_PT_XY, {100, 200}, true);                             // voxel 13, 26
     if (viewer.GetStatusBar()->GetStatusText(1) != "from a voxel of value 6682") // 514 * 13
         Fail("the first click is not told");
     Press(viewer, zel::zel_PT_XY, {123, 230}, true); // voxel 16, 30: 3 and 4 microns away

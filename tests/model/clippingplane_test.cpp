@@ -37,6 +37,16 @@ TEST(ClippingPlane, KeepsItsOffsetInDoublePrecision) {
     EXPECT_EQ(MakeClippingPlane(identityMatrix, 0.1).equation[3], 0.1);
 }
 
+TEST(ClippingPlane, TellsOnWhichSideAPlaceIs) {
+    const ClippingPlane across = MakeClippingPlane(identityMatrix, 0.5); // x <= 0.5 stays
+    EXPECT_TRUE(Keeps(across, {0.4F, 9, 9}));
+    EXPECT_TRUE(Keeps(across, {0.5F, 0, 0}));
+    EXPECT_FALSE(Keeps(across, {0.6F, -9, -9}));
+    const ClippingPlane turned = MakeClippingPlane(RotationMatrix({90, {0, 0, 1}}), -2.0); // y <= -2
+    EXPECT_TRUE(Keeps(turned, {5, -2.1F, 0}));
+    EXPECT_FALSE(Keeps(turned, {-5, -1.9F, 0}));
+}
+
 TEST(ClippingPlane, OutlineHasTheSidesOfTheSquare) {
     const ClippingPlane plane = MakeClippingPlane(RotationMatrix({40, {1, 2, 3}}), -0.3);
     for (std::size_t i = 0; i < planeOutline.size(); i += 2) {

@@ -17,6 +17,16 @@ Vector3f Place(const Matrix4& matrix, const Vector3f& at) {
 
 } // namespace
 
+TEST(Matrix, MirrorsWithAnOddNumberOfAxes) {
+    const auto scale = [](float x, float y, float z) { return ScaleMatrix({x, y, z}); };
+    for (const Matrix4& plain :
+         {identityMatrix, scale(-1, 1, -0.1F), RotationMatrix({200, {1, 2, 3}}), TranslationMatrix({-5, -5, -5})})
+        EXPECT_FALSE(IsMirroring(plain));
+    for (const Matrix4& mirroring :
+         {scale(1, -1, 1), scale(-2, -3, -4), Multiply(RotationMatrix({77, {3, 1, -1}}), scale(0.1F, 0.1F, -0.1F))})
+        EXPECT_TRUE(IsMirroring(mirroring));
+}
+
 TEST(Matrix, IsKeptColumnByColumn) {
     ExpectRows(TranslationMatrix({1, 2, 3}), {1, 0, 0, 1, //
                                               0, 1, 0, 2, //

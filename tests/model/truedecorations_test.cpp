@@ -51,8 +51,8 @@ TEST(TrueScaleBar, HasTheLengthThatTheUserHasChosen) {
     const TrueScaleBar bar = MakeTrueScaleBar(4, 2, 600, 12.5F);
     EXPECT_EQ(bar.length, 12.5F);
     EXPECT_EQ(bar.legs, Size(50, 25));
-    for (const float none : {1.0F, 0.0F, -3.0F, std::numeric_limits<float>::infinity(),
-                             std::numeric_limits<float>::quiet_NaN()})
+    for (const float none :
+         {1.0F, 0.0F, -3.0F, std::numeric_limits<float>::infinity(), std::numeric_limits<float>::quiet_NaN()})
         EXPECT_EQ(MakeTrueScaleBar(4, 2, 600, none).length, 20.0F) << none; // 100 pixels are 25 microns: 20 is nearest
 }
 

@@ -23,6 +23,15 @@ Matrix4 QuarterTurn() {
 
 } // namespace
 
+TEST(VolumeView, TheEyeStaysWhileTheObjectTurns) {
+    VolumeView view; // 5 in front of the object
+    ExpectNear(view.GetEye(), {0, 0, 5});
+    for (const auto& direction : viewDirections) { // it looks along the direction, so it stands against it
+        view.LookAlong(direction, -3.0F);
+        ExpectNear(view.GetEye(), {-3 * direction.forward.x, -3 * direction.forward.y, -3 * direction.forward.z});
+    }
+}
+
 TEST(VolumeView, StartsAsItIsAfterAReset) {
     const VolumeView view;
     EXPECT_EQ(view.sliceCount, 100);

@@ -70,4 +70,5 @@ TEST_F(EquipFrameTest, ShowsThePicturesAsTheyAre) {
     EXPECT_TRUE(Canvas().GetTruePictures().scaleBar);
     EXPECT_TRUE(Canvas().GetTruePictures().cutPointer);
     EXPECT_TRUE(Canvas().GetTruePictures().gallery);
+    EXPECT_TRUE(Canvas().GetTruePictures().meshes);
 }

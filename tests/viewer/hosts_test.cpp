@@ -330,6 +330,7 @@ TEST_F(TruePicturesTest, AreAskedFor) {
     EXPECT_FALSE(canvas->GetTruePictures().scaleBar);
     EXPECT_FALSE(canvas->GetTruePictures().cutPointer);
     EXPECT_FALSE(canvas->GetTruePictures().gallery);
+    EXPECT_FALSE(canvas->GetTruePictures().meshes);
 }
 
 TEST_F(TruePicturesTest, AGalleryHasEachSliceWhereItBelongs) {

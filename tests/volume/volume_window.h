@@ -20,9 +20,9 @@ using Voxel = std::array<unsigned char, 4>;
 /// is seen 100 * 2.7475 * x / (5 - z) pixels right of the middle, (100, 100).
 class VolumeWindow {
 public:
-    VolumeWindow()
-        : frame(new vol3D_VolVisFrame(nullptr, wxID_ANY, "volume", wxDefaultPosition, {300, 300},
-                                      wxDEFAULT_FRAME_STYLE)) {
+    explicit VolumeWindow(MeshDrawing meshDrawing = MeshDrawing::Halved)
+        : frame(new vol3D_VolVisFrame(nullptr, wxID_ANY, "volume", wxDefaultPosition, {300, 300}, wxDEFAULT_FRAME_STYLE,
+                                      meshDrawing)) {
         const LogCatcher quiet;
         EXPECT_TRUE(Canvas().Init());
         Settle(); // the toolkit learns what the window manager puts around a window from the first one
@@ -41,13 +41,19 @@ public:
     /// Uploads a cube of n voxels in each direction, made by their place, with its border.
     template <typename MakeVoxel>
     void Show(std::size_t n, const MakeVoxel& makeVoxel) const {
-        std::vector<Voxel> voxels((n + 2) * (n + 2) * (n + 2), Voxel{});
-        for (std::size_t z = 0; z < n; ++z)
-            for (std::size_t y = 0; y < n; ++y)
-                for (std::size_t x = 0; x < n; ++x)
-                    voxels[((z + 1) * (n + 2) + y + 1) * (n + 2) + x + 1] = makeVoxel(x, y, z);
+        Show({n, n, n}, {1, 1, 1}, makeVoxel);
+    }
+    template <typename MakeVoxel>
+    void Show(const kep::Vector3d<std::size_t>& size, const kep::Resolution& resolution,
+              const MakeVoxel& makeVoxel) const {
+        const kep::Vector3d<std::size_t> padded(size.x + 2, size.y + 2, size.z + 2);
+        std::vector<Voxel> voxels(padded.x * padded.y * padded.z, Voxel{});
+        for (std::size_t z = 0; z < size.z; ++z)
+            for (std::size_t y = 0; y < size.y; ++y)
+                for (std::size_t x = 0; x < size.x; ++x)
+                    voxels[((z + 1) * padded.y + y + 1) * padded.x + x + 1] = makeVoxel(x, y, z);
         ASSERT_TRUE(Canvas().MakeCurrent());
-        Canvas().SetVolumeData(voxels.data(), {n + 2, n + 2, n + 2}, ComputeVolumeScale({n, n, n}, {1, 1, 1}));
+        Canvas().SetVolumeData(voxels.data(), padded, ComputeVolumeScale(size, resolution));
         ASSERT_TRUE(Canvas().HasVolume());
     }
 

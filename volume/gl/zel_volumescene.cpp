@@ -1,6 +1,5 @@
 #include <GL/glew.h> // before any header that brings OpenGL's own
 
-#include "model/zel_clippingplane.h"
 #include "model/zel_volumetexture.h"
 #include "volume/gl/zel_volumescene.h"
 
@@ -59,15 +58,24 @@ void PlaceTexture(const Vector3f& scale, const Matrix4& inverseRotation, float e
     glMatrixMode(GL_MODELVIEW);
 }
 
-/// The cut through the volume: the texture is still on.
+void EndTexture() {
+    glDisable(GL_TEXTURE_3D);
+    for (const GLenum generation : textureGenerations)
+        glDisable(generation);
+}
+
+void EnableBlending() {
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+    glEnable(GL_BLEND);
+}
+
+/// The cut through the volume: the texture is on, and what is drawn keeps out of the depth buffer.
 void DrawPlane(const ClippingPlane& plane) {
-    glDepthMask(GL_FALSE);
     glBegin(GL_QUADS);
     glColor4f(1, 1, 1, 1);
     for (const std::size_t corner : planeQuad)
         PutVertex(plane.corners[corner]);
     glEnd();
-    glDepthMask(GL_TRUE);
 }
 
 void DrawBox() {
@@ -88,12 +96,15 @@ void DrawOutline(const ClippingPlane& plane) {
 
 } // namespace
 
-VolumeScene::VolumeScene() : m_sheet(MakeSheetMesh()) {}
+VolumeScene::VolumeScene(MeshDrawing meshDrawing) : m_meshDrawing(meshDrawing), m_sheet(MakeSheetMesh()) {}
 
 void VolumeScene::SetUp() {
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     m_texture = NewName();
+    GLint depthBits = 0;
+    glGetIntegerv(GL_DEPTH_BITS, &depthBits);
+    m_hasDepth = depthBits > 0;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
     glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
     glDepthFunc(GL_LESS);
@@ -191,20 +202,54 @@ bool VolumeScene::Draw(VolumeView& view) const {
     glMultMatrixf(view.pose.objectMatrix.data());
     const ClippingPlane plane = MakeClippingPlane(view.pose.planeMatrix, view.pose.planeOffset);
     CutAt(plane);
+    if (m_meshDrawing == MeshDrawing::Whole)
+        DrawInDepth(view, plane);
+    else
+        DrawInOrder(view, plane);
+    return true;
+}
+
+/// One thing over the other. Clipping is on.
+void VolumeScene::DrawInOrder(const VolumeView& view, const ClippingPlane& plane) const {
     DrawSurfaces();
-    DrawSheets(view, InverseRotation(view.GetModelView()));
+    StartTexture(view);
+    DrawSheets(view);
     glDisable(GL_CLIP_PLANE0);
-    glDisable(GL_ALPHA_TEST);
-    if (view.showsPlane)
+    if (view.showsPlane) {
+        glDepthMask(GL_FALSE);
         DrawPlane(plane);
-    glDisable(GL_TEXTURE_3D);
-    for (const GLenum generation : textureGenerations)
-        glDisable(generation);
+        glDepthMask(GL_TRUE);
+    }
+    EndTexture();
     if (view.showsBox)
         DrawBox();
     if (view.showsPlane)
         DrawOutline(plane);
-    return true;
+}
+
+/// Nearer things before farther ones, as far as there is a depth buffer. What is opaque comes first. Clipping is on.
+void VolumeScene::DrawInDepth(const VolumeView& view, const ClippingPlane& plane) const {
+    if (m_drawsSurfaces)
+        m_meshes.Draw(m_surfaceColours, m_hasDepth);
+    glDisable(GL_CLIP_PLANE0);
+    if (view.showsBox && m_hasDepth)
+        DrawBox();
+    // The sheets go from back to front, and the whole volume is on one side of the plane.
+    EnableBlending();
+    glDepthMask(GL_FALSE);
+    const bool isPlaneBehind = Keeps(plane, view.GetEye());
+    if (view.showsPlane && isPlaneBehind)
+        DrawCut(view, plane);
+    StartTexture(view);
+    glEnable(GL_CLIP_PLANE0);
+    DrawSheets(view);
+    glDisable(GL_CLIP_PLANE0);
+    EndTexture();
+    if (view.showsPlane && !isPlaneBehind)
+        DrawCut(view, plane);
+    glDepthMask(GL_TRUE);
+    if (view.showsBox && !m_hasDepth)
+        DrawBox(); // it would be lost under the sheets otherwise
 }
 
 void VolumeScene::DrawSurfaces() const {
@@ -249,14 +294,8 @@ void VolumeScene::DrawSurface(const Surface& surface, const SurfaceColour& colou
     }
 }
 
-void VolumeScene::DrawSheets(const VolumeView& view, const Matrix4& inverseRotation) const {
-    glColor4f(1, 1, 1, view.intensity);
-    glEnable(GL_ALPHA_TEST);
-    glAlphaFunc(GL_GREATER, view.intensity * view.threshold);
-    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
-    glEnable(GL_BLEND);
-    PlaceTexture(m_textureScale, inverseRotation, view.pose.eyeDistance);
-
+void VolumeScene::StartTexture(const VolumeView& view) const {
+    PlaceTexture(m_textureScale, InverseRotation(view.GetModelView()), view.pose.eyeDistance);
     glPushMatrix();
     glLoadIdentity();
     constexpr std::array<std::array<GLfloat, 4>, 3> eyePlanes{{{1, 0, 0, 0}, {0, 1, 0, 0}, {0, 0, 1, 0}}};
@@ -265,6 +304,16 @@ void VolumeScene::DrawSheets(const VolumeView& view, const Matrix4& inverseRotat
         glEnable(textureGenerations[i]);
     }
     glBindTexture(GL_TEXTURE_3D, m_texture);
+    glPopMatrix();
+}
+
+void VolumeScene::DrawSheets(const VolumeView& view) const {
+    glColor4f(1, 1, 1, view.intensity);
+    glEnable(GL_ALPHA_TEST);
+    glAlphaFunc(GL_GREATER, view.intensity * view.threshold);
+    EnableBlending();
+    glPushMatrix();
+    glLoadIdentity();
     glTranslatef(0, 0, view.pose.eyeDistance);
     for (int sheet = 0; sheet < view.sliceCount; ++sheet) {
         glPushMatrix();
@@ -276,6 +325,15 @@ void VolumeScene::DrawSheets(const VolumeView& view, const Matrix4& inverseRotat
         glPopMatrix();
     }
     glPopMatrix();
+    glDisable(GL_ALPHA_TEST);
+}
+
+/// The clipping plane with its outline, in depth.
+void VolumeScene::DrawCut(const VolumeView& view, const ClippingPlane& plane) const {
+    StartTexture(view);
+    DrawPlane(plane);
+    EndTexture();
+    DrawOutline(plane);
 }
 
 void VolumeScene::ReleaseSurfaces() {
@@ -290,6 +348,7 @@ void VolumeScene::Release() {
     m_texture = 0;
     m_hasVolume = false;
     ReleaseSurfaces();
+    m_meshes.Release();
 }
 
 } // namespace zel

@@ -1,11 +1,14 @@
 #pragma once
 
 #include "image/kep.h"
+#include "model/zel_clippingplane.h"
 #include "model/zel_geometry.h"
 #include "model/zel_isosurfacegenerator.h"
 #include "model/zel_sheetmesh.h"
 #include "model/zel_volumesurfaces.h"
 #include "model/zel_volumeview.h"
+#include "model/zel_wholemeshes.h"
+#include "volume/gl/zel_meshbuffers.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -17,7 +20,7 @@ namespace zel {
 /// every machine. All calls need the window's context to be current.
 class VolumeScene {
 public:
-    VolumeScene();
+    explicit VolumeScene(MeshDrawing meshDrawing);
 
     /// Called once, before all others.
     void SetUp();
@@ -38,8 +41,13 @@ public:
     bool HasVolume() const { return m_hasVolume; }
     const Vector3f& GetTextureScale() const { return m_textureScale; }
 
-    /// Uploads meshes in place of those before. They are not needed after the call.
+    /// Uploads meshes in place of those before. They are not needed after the call. For MeshDrawing::Halved.
     void SetSurfaces(const std::vector<LabelSurface>& surfaces, const Vector3f& translation);
+    /// The same for MeshDrawing::Whole. @param toObject  as PlaceMeshes gives it
+    /// @return the labels of those that OpenGL cannot take
+    std::vector<std::uint64_t> SetMeshes(const std::vector<LabelSurface>& meshes, const Matrix4& toObject) {
+        return m_meshes.Upload(meshes, toObject);
+    }
     void SetSurfaceColours(bool drawSurfaces, std::vector<kep::RGB_generic<unsigned char>> colours);
 
     /// Draws it all, after the view's pending rotation was applied; only the background if there is no volume.
@@ -67,15 +75,22 @@ private:
 
     static Surface UploadSurface(const LabelSurface& mesh);
     static void DrawSurface(const Surface& surface, const SurfaceColour& colour, const Vector3f& translation);
+    void DrawInOrder(const VolumeView& view, const ClippingPlane& plane) const;
+    void DrawInDepth(const VolumeView& view, const ClippingPlane& plane) const;
     void DrawSurfaces() const;
-    void DrawSheets(const VolumeView& view, const Matrix4& inverseRotation) const;
+    void StartTexture(const VolumeView& view) const;
+    void DrawSheets(const VolumeView& view) const;
+    void DrawCut(const VolumeView& view, const ClippingPlane& plane) const;
     void ReleaseSurfaces();
 
+    const MeshDrawing m_meshDrawing;
+    bool m_hasDepth = false; // there is a depth buffer
     SheetMesh m_sheet;
     Vector3f m_textureScale;
     bool m_hasVolume = false;
     bool m_drawsSurfaces = false;
-    std::vector<Surface> m_surfaces;
+    std::vector<Surface> m_surfaces; // of MeshDrawing::Halved
+    MeshBuffers m_meshes;            // of MeshDrawing::Whole
     std::vector<kep::RGB_generic<unsigned char>> m_surfaceColours;
     Vector3f m_surfaceTranslation;
     unsigned m_texture = 0; // 0 is no texture, and may be deleted
