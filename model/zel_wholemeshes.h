@@ -45,9 +45,10 @@ ZEL_EXPORT bool FitsOpenGL(std::uint64_t vertexCount, std::uint64_t triangleCoun
 
 /// Triangles that follow one another in a mesh.
 struct TriangleRange {
-    std::uint64_t first;
-    std::uint64_t count;
+    std::uint64_t first; ///< counted from 0
+    std::uint64_t count; ///< above 0
 
+    /// The same triangles.
     friend bool operator==(const TriangleRange&, const TriangleRange&) = default;
 };
 
@@ -56,10 +57,14 @@ struct TriangleRange {
 inline constexpr std::uint64_t trianglesPerCall = std::uint64_t{1} << 20;
 
 /// All triangles of a mesh in ranges of `most`, the last one of what is left.
-/// @param most  above 0
+/// @param triangleCount  of the mesh
+/// @param most           above 0
 ZEL_EXPORT std::vector<TriangleRange> SplitTriangles(std::uint64_t triangleCount, std::uint64_t most);
 
-/// Copies numbers of vertices. @param from  each below 2^32
+/// Copies numbers of vertices.
+/// @param from   each below 2^32
+/// @param count  of numbers
+/// @param to     room for as many
 ZEL_EXPORT void NarrowIndices(const std::uint64_t* from, std::size_t count, std::uint32_t* to);
 
 } // namespace zel

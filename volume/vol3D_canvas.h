@@ -29,8 +29,9 @@ public:
     /// RGBA and double buffered. No depth buffer is asked for: most systems then give none, and meshes hide one another
     /// in the order of their labels.
     static constexpr int attributes[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, 0};
-    /// The same with a depth buffer of 24 bits, and of 16.
+    /// The same with a depth buffer of 24 bits.
     static constexpr int attributesWithDepth[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, WX_GL_DEPTH_SIZE, 24, 0};
+    /// The same with one of 16 bits, for displays that have no other.
     static constexpr int attributesWithSmallDepth[] = {WX_GL_RGBA, WX_GL_DOUBLEBUFFER, WX_GL_DEPTH_SIZE, 16, 0};
 
     /// Whether the display has OpenGL at all; the log says so if not. Without it no such window can be made.
@@ -74,6 +75,7 @@ public:
     /// @param scale  from the view's space to the texture, as ComputeVolumeScale gives it
     void SetVolumeData(const void* rgba, const kep::Vector3d<std::size_t>& size, const kep::Vector3d<float>& scale);
 
+    /// As the window was made.
     MeshDrawing GetMeshDrawing() const { return m_meshDrawing; }
 
     /// Uploads the meshes, in place of those before. MakeCurrent must have been called. About half of their triangles
@@ -82,7 +84,8 @@ public:
     /// @param translation  moves the meshes, which begin at the origin, to the volume's place
     void SetIsosurfaces(const IsosurfaceGenerator& generator, const kep::Vector3d<float>& translation);
     /// The same for whole meshes anywhere. Meshes that OpenGL cannot take are left out; the log says so.
-    /// @param toObject  from the meshes to the volume's space, as PlaceMeshes gives it, with lengths kept
+    /// @param generator  not needed after the call
+    /// @param toObject   from the meshes to the volume's space, as PlaceMeshes gives it, with lengths kept
     /// @throws kep::InternalException  the window is not one of MeshDrawing::Whole
     /// @throws std::bad_alloc          there are no meshes then
     void SetWholeIsosurfaces(const IsosurfaceGenerator& generator, const Matrix4& toObject);

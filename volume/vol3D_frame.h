@@ -15,8 +15,9 @@ class vol3D_VolVisCanvas;
 /// it, so that it comes back as quickly as it went; a close that cannot be vetoed destroys it.
 class ZEL_EXPORT vol3D_VolVisFrame : public wxFrame {
 public:
-    /// Makes the frame with its canvas, which is to be started by Init. Parameters are as for wxFrame.
-    /// @param meshDrawing  as the canvas takes it, which gets the attributes for it
+    /// Makes the frame with its canvas, which is to be started by Init.
+    /// @param parent, id, title, pos, size, style  as for wxFrame
+    /// @param meshDrawing                          as the canvas takes it, which gets the attributes for it
     vol3D_VolVisFrame(wxWindow* parent, wxWindowID id, const wxString& title, const wxPoint& pos, const wxSize& size,
                       long style, MeshDrawing meshDrawing = MeshDrawing::Halved);
     /// May be deleted directly, also while a dialog over it is open: that ends as cancelled.
