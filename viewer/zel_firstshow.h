@@ -2,6 +2,8 @@
 
 #include "model/zel_export.h"
 
+#include <wx/defs.h>
+
 class WXDLLIMPEXP_FWD_CORE wxTopLevelWindow;
 
 namespace zel {
