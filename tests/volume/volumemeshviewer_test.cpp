@@ -11,14 +11,18 @@ constexpr int hidePlane = 10003, hideBox = 10004;
 
 class VolumeMeshViewer : public GuiTest {};
 
-/// A dark image of 8 x 8 x 8 and two frames with a block of label 1; in the second it is smaller.
+/// A block of label 1; in later frames it is smaller.
+std::unique_ptr<LabelImage<bool>> MakeBlocks() {
+    return MakeLabels<bool>({8, 8, 8}, 3, [](auto x, auto y, auto z, auto t) {
+        const std::size_t first = t == 0 ? 0 : 2;
+        return x >= first && x < 4 && y >= first && y < 4 && z >= first && z < 4;
+    });
+}
+
+/// A dark image of 8 x 8 x 8 and three frames, so that only meshes are seen.
 struct BlockViewer : LabeledViewer<Byte, bool> {
-    explicit BlockViewer(bool meshes)
-        : LabeledViewer(MakeImage<Byte>({8, 8, 8}, 3, [](auto...) { return 0; }),
-                        MakeLabels<bool>({8, 8, 8}, 3, [](auto x, auto y, auto z, auto t) {
-                            const std::size_t first = t == 0 ? 0 : 2;
-                            return x >= first && x < 4 && y >= first && y < 4 && z >= first && z < 4;
-                        })) {
+    explicit BlockViewer(bool meshes, std::unique_ptr<LabelImage<bool>> blocks = MakeBlocks())
+        : LabeledViewer(MakeImage<Byte>({8, 8, 8}, 3, [](auto...) { return 0; }), std::move(blocks)) {
         for (std::size_t t = 0; t < 3; ++t)
             labels->GetImage(t)->components[1] = {};
         canvas->SetTruePictures({.meshes = meshes});
@@ -94,6 +98,18 @@ TEST_F(VolumeMeshViewer, StayInPlaceInAMirroredView) {
     viewer.canvas->UpdateVolVis();
     viewer.canvas->UpdateIsosurface();
     ExpectBox(LitBox(PictureOf(volume)), 45, 100, 100, 155);
+}
+
+TEST_F(VolumeMeshViewer, LabelsOfAnotherVoxelSizeLieWhereTheirMicronsSay) {
+    const kep::Vector3d<float> offset(2, 0, 0);
+    const kep::Resolution resolution(0.5F, 0.5F, 0.5F); // two microns a voxel
+    auto coarse = std::make_unique<LabelImage<bool>>(false, &offset, &resolution);
+    coarse->MakeRoom({3, 2, 2}, 3);
+    FillLabels(*coarse, 0, [](auto x, auto...) { return x == 0 ? 1 : 0; });
+    const BlockViewer viewer(true, std::move(coarse));
+    // x from 2 to 4 microns of 8, y and z from 0 to 4: from -0.5 to 0, and from -1 to 0. Edges are slanted by half a
+    // voxel, a quarter here, so the corners in front are at z = -0.25: 274.75 / 5.25 = 52.3 for each unit.
+    ExpectBox(LitBox(PictureOf(viewer.OpenVolume())), 74, 100, 100, 152);
 }
 
 TEST_F(VolumeMeshViewer, AFrameWithoutLabelsHasNone) {
