@@ -135,7 +135,7 @@ void zel_ImageViewer3dCanvas<T>::OnTimeChange() {
 
 template <typename T>
 void zel_ImageViewer3dCanvas<T>::OnSequenceChange() {
-    if (m_image == nullptr || IsMapperDetached()) // once detached, the image may be gone as well
+    if (m_image == nullptr)
         return;
     ForgetProjections();
     if (m_image->GetNumFrames() == 0) {

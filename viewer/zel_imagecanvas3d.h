@@ -103,10 +103,11 @@ public:
     void GetSettings(zel_ImageCanvasSettings& settings) const; ///< as zel_Viewer3dCanvas::GetSettings
     void SetSettings(const zel_ImageCanvasSettings& settings); ///< as zel_Viewer3dCanvas::SetSettings
 
-    mor::Image4d<T>* GetImage() const { return m_image; }        ///< null without one
+    mor::Image4d<T>* GetImage() const { return m_image; }        ///< null without one, and once the mapper is detached
     const zel_Mapper<T>& GetMapper() const { return *m_mapper; } ///< the one that the canvas was made with
 
 protected:
+    void OnMapperDetached() override { m_image = nullptr; } // m_ownedImage still deletes it
     /// The voxels under a window's pixels: XY (w, h, 1), XZ (w, 1, h), YZ (1, h, w).
     const kep::Image3d<T>& GetSlice(zel_ProjectionType type) const { return Window(type).slice; }
     /// The colours of the slice, not mirrored: w by h in XY and XZ, h by w in YZ.

@@ -57,6 +57,11 @@ void zel_ImageViewer3dCanvas<T>::GetColourInfo(zel_ProjectionType type, int x, i
 
 template <typename T>
 wxString zel_ImageViewer3dCanvas<T>::GetVoxelText(const kep::Vector3d<std::size_t>& voxel, std::size_t frame) const {
+    if (m_image == nullptr) {
+        wxString text;
+        GetNoColourInfo(text);
+        return text;
+    }
     return TextOf(m_image->GetImage(frame)->GetVoxel(voxel.x, voxel.y, voxel.z), *m_mapper);
 }
 

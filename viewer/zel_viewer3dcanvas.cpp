@@ -57,7 +57,6 @@ void zel_Viewer3dCanvas::OnInternalIdle() {
     TellPosition();
 }
 
-/// The first position is where the viewer opens: nobody is told.
 void zel_Viewer3dCanvas::TellPosition() {
     const Position now{m_view.options.cut, m_view.visibleBox, m_view.scale, m_iterator.current};
     const Position told = std::exchange(m_toldPosition, now);
@@ -125,6 +124,7 @@ void zel_Viewer3dCanvas::UpdateIsosurface() {}
 void zel_Viewer3dCanvas::DetachMapper() {
     m_sequenceTimer.Stop();
     m_mapperDetached = true;
+    OnMapperDetached();
 }
 
 ImageGeometry zel_Viewer3dCanvas::GetImageGeometry() {

@@ -202,7 +202,8 @@ public:
     /// Milliseconds between two ticks, as the timer was last started.
     int GetSequenceInterval() const { return m_sequenceTimer.GetInterval(); }
 
-    /// To be called before the mapper is deleted: browsing stops, and nothing is drawn any more.
+    /// To be called before the mapper is deleted: browsing stops, and nothing is drawn any more. The canvas then has no
+    /// image either, which may go from here on unless the canvas owns it.
     void DetachMapper();
     bool IsMapperDetached() const override { return m_mapperDetached; }
 
@@ -238,6 +239,8 @@ public:
     void OnInternalIdle() override;
 
 protected:
+    /// The image is not to be touched any more.
+    virtual void OnMapperDetached() {}
     /// Arranges the windows and computes scale and visible box.
     void RecomputeVisible();
     void CenterViewIfOut() { m_view.CentreOnCutIfOut(); } ///< centres the windows on the cut if it is out of sight

@@ -266,6 +266,35 @@ TEST_F(HostsTest, FramesThatArriveWhileTheViewerClosesAreIgnored) {
     EXPECT_EQ(canvas->GetImageIterator().limitLast, 1);
 }
 
+TEST_F(HostsTest, WhatIsAskedOfAViewerThatClosesNeedsNoImage) {
+    Open({9, 8, 5}, 3);
+    canvas->DetachMapper();
+    image.reset(); // the host's, which may go from here on
+    EXPECT_EQ(canvas->GetImage(), nullptr);
+    EXPECT_EQ(canvas->GetImageCount(), 0);
+    EXPECT_EQ(canvas->GetImageSize(), (kep::Vector3d<std::size_t>(0, 0, 0)));
+    EXPECT_FALSE(canvas->GetResolution().IsDefined());
+    EXPECT_EQ(canvas->CreateTitle(), "");
+    EXPECT_EQ(canvas->GetVoxelText({1, 1, 1}, 0), "---");
+    EXPECT_FALSE(canvas->GetPixelInfo(zel_PT_XY, {3, 3}));
+    canvas->ShowNextImage();
+    canvas->GoToFrame(2);
+    canvas->CentreOn({3, 3, 3});
+    canvas->ZoomIn();
+    canvas->OnDataChange();
+    canvas->OnTimeChange();
+    canvas->UpdateVolVis();
+    zel_DrWin3d& window = *canvas->GetDrWin(zel_PT_XY);
+    for (const int key : {int{WXK_HOME}, int{WXK_END}, int{WXK_PAGEDOWN}, int{WXK_SPACE}, int{'+'}, int{'-'}, int{'C'}})
+        PressKey(window, key);
+    SendMouse(window, wxEVT_MOTION, {4, 4});
+    canvas->SaveActualView((folder / "view.tif").c_str(), 0, zel_PT_ALL);
+    canvas->SaveGalleryView((folder / "gallery.tif").c_str(), 0, 4, 1, true, 1, 0);
+    canvas->Save3dData((folder / "data.tif"));
+    Settle();
+    EXPECT_TRUE(folder.List().empty());
+}
+
 TEST_F(HostsTest, ACameraOnAThreadOfItsOwnIsFollowed) {
     Open();
     constexpr std::size_t frames = 30;
