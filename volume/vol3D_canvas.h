@@ -46,8 +46,7 @@ public:
     ///                                            canvas; may be null
     /// @param parent, id, pos, size, style, name  as for any window of the toolkit
     /// @param attributeList                       as ChooseAttributes gives it. Without a depth buffer whole meshes
-    /// stand
-    ///                                            one over the other in the order of their labels
+    ///                                            stand one over the other in the order of their labels
     /// @param meshDrawing                         how meshes are drawn. With MeshDrawing::Whole, what is nearer also
     ///                                            hides box and plane
     vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos, const wxSize& size,

@@ -47,11 +47,18 @@ public:
             for (std::size_t k = 0; k < perWord<N>; ++k)
                 used |= Get<N>(seen, k);
         }
-        for (; i < number; ++i) {
-            const N value = first[i * stride];
-            ++counters[i % tables][value];
-            used |= value;
-        }
+        std::uint32_t bits = 0; // a member would be stored for each value, in a line that the other thread may share
+        const auto count = [&](std::size_t at, std::size_t table) {
+            const N value = first[at * stride];
+            ++counters[table][value];
+            bits |= value;
+        };
+        for (; i + tables <= number; i += tables)
+            for (std::size_t k = 0; k < tables; ++k)
+                count(i + k, k);
+        for (; i < number; ++i)
+            count(i, 0);
+        used |= bits;
     }
 
     /// Counts the numbers at(0), at(1), ... up to `number`.

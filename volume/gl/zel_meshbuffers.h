@@ -23,9 +23,8 @@ public:
 
     /// Draws them, opaque, into the object's coordinates.
     /// @param colours   labels take them in turn
-    /// @param hasDepth  there is a depth buffer. Without one they stand one over the other in the order of their
-    /// labels,
-    ///                  each with its near side in front
+    /// @param hasDepth  there is a depth buffer. Without one they stand one over the other as their labels count, each
+    ///                  with its near side in front
     void Draw(const std::vector<kep::RGB_generic<unsigned char>>& colours, bool hasDepth) const;
 
     /// Gives the buffers back to OpenGL.
