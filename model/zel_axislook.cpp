@@ -12,9 +12,9 @@ double Unmirrored(const AxisLook& axis, int pixel) {
     return axis.reversed ? axis.pixels - 1 - pixel : pixel;
 }
 
-/// The image's voxel nearest to an index.
+/// The image's voxel nearest to an index; the first one of an image without voxels.
 long long Held(const AxisLook& axis, long long index) {
-    return std::clamp(index, 0LL, static_cast<long long>(axis.voxels) - 1);
+    return std::clamp(index, 0LL, std::max(static_cast<long long>(axis.voxels) - 1, 0LL));
 }
 
 float MiddleOfVoxel(const AxisLook& axis, long long index) {

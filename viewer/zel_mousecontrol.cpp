@@ -18,6 +18,9 @@ class MouseControl {
 public:
     explicit MouseControl(zel_Viewer3dCanvas& canvas) : m_canvas(canvas) {}
 
+    /// A canvas may be made without one, lose all frames, or be closing.
+    bool HasImage() const { return m_canvas.GetImageCount() > 0; }
+
     void OnMouse(const zel_DrWin3d& window, const wxMouseEvent& event) {
         const wxEventType type = event.GetEventType();
         if (type == wxEVT_LEFT_DOWN) {
@@ -127,7 +130,7 @@ private:
 void UseMouse(zel_Viewer3dCanvas& canvas) {
     canvas.Bind(zel_EVT_MOUSE3D, [control = std::make_shared<MouseControl>(canvas)](zel_Mouse3dEvent& event) {
         event.Skip(); // the canvas tells of the pixel under the pointer
-        if (event.GetWindow() != nullptr)
+        if (event.GetWindow() != nullptr && control->HasImage())
             control->OnMouse(*event.GetWindow(), event.GetMouseEvent());
     });
 }

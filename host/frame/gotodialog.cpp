@@ -52,6 +52,8 @@ private:
 } // namespace
 
 void AskWhereToGo(zel::zel_Viewer3dCanvas& canvas) {
+    if (canvas.GetImageCount() == 0)
+        return;
     const zel::ImageGeometry image = canvas.GetImageGeometry();
     const kep::Vector3d<float> resolution = image.resolution.GetUsable().GetRes();
     const kep::Vector3d<int> cut = kep::MicronsToVoxel(canvas.GetCut(), image.offset, image.resolution);

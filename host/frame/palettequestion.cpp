@@ -7,20 +7,31 @@
 
 namespace zelviewer {
 
-bool AskForPalette(wxWindow* parent, zel::Palette& palette) {
-    const wxWeakRef<wxWindow> alive(parent);
+namespace {
+
+/// Empty if none is chosen. The dialog has gone when this returns: a viewer that goes while a message follows would
+/// take its dialogs with it.
+wxString AskForFile(wxWindow* parent) {
     wxFileDialog dialog(parent, "Load palette", "", "",
                         "Palettes (*.pal)|*.pal|Text files (*.txt)|*.txt|All files (*.*)|*.*",
                         wxFD_OPEN | wxFD_FILE_MUST_EXIST);
-    if (zel::RunModal(dialog) != wxID_OK)
+    return zel::RunModal(dialog) == wxID_OK ? dialog.GetPath() : wxString();
+}
+
+} // namespace
+
+bool AskForPalette(wxWindow* parent, zel::Palette& palette) {
+    const wxWeakRef<wxWindow> alive(parent);
+    const wxString name = AskForFile(parent);
+    if (name.empty())
         return false;
-    wxString fault = zel::ReadPalette(palette, dialog.GetPath());
+    wxString fault = zel::ReadPalette(palette, name);
     if (fault.empty() && palette.empty())
         fault = "The file is empty.";
     if (fault.empty())
         return true;
-    zel::ShowMessage(dialog.GetPath() + ": " + fault + " The colours stay as they were.", "Palette",
-                     wxOK | wxCENTRE | wxICON_ERROR, alive.get());
+    zel::ShowMessage(name + ": " + fault + " The colours stay as they were.", "Palette", wxOK | wxCENTRE | wxICON_ERROR,
+                     alive.get());
     return false;
 }
 

@@ -99,6 +99,11 @@ protected:
         Choose(id);
     }
 
+    /// The same where the viewer is gone when the command returns, and can't say whether it knew it.
+    void ChooseMappingOfAViewerThatGoes(const std::string& label) {
+        m_frame->ProcessCommand(m_frame->GetMenuBar()->FindMenuItem("Mapping", label));
+    }
+
     const DialogPlaces m_dialogPlaces; // the program's
     wxWeakRef<zel_Viewer3dFrame> m_frame;
     std::vector<std::vector<std::string>> opened;
@@ -596,6 +601,37 @@ TEST_F(HostFrame, ABadPaletteIsToldAndTheColoursStay) {
     choose(answers);
     ChooseMapping("Palette...");
     EXPECT_EQ(mark(), "Palette...");
+}
+
+TEST_F(HostFrame, TheViewerMayGoUnderTheChoiceOfAPalette) {
+    Open(1);
+    DialogAnswers answers;
+    answers.ExpectDriven([this](wxDialog&) { delete m_frame.get(); });
+    ChooseMappingOfAViewerThatGoes("Palette...");
+    EXPECT_FALSE(m_frame);
+}
+
+TEST_F(HostFrame, TheViewerMayGoUnderTheWordOfABadPalette) {
+    Open(1);
+    const ScratchFolder folder;
+    const std::string name = folder / "colours.pal";
+    WriteBytes(name, "red\n");
+    DialogAnswers answers;
+    answers.ExpectDriven([&name](wxDialog& dialog) {
+        auto& files = dynamic_cast<wxFileDialog&>(dialog);
+        files.SetPath(wxString::FromUTF8(name));
+        EXPECT_TRUE(WaitUntil([&] { return files.GetPath() == name; }));
+        files.EndModal(wxID_OK);
+    });
+    answers.Expect([this](wxDialog& box) -> int {
+        wxTheApp->CallAfter([this, &box] { // in the system's own loop, which the box runs in
+            EXPECT_FALSE(box.IsModal());
+            delete m_frame.get();
+        });
+        return wxID_NONE;
+    });
+    ChooseMappingOfAViewerThatGoes("Palette...");
+    EXPECT_FALSE(m_frame);
 }
 
 TEST_F(HostFrame, EntriesThatCanDoNothingAreGray) {

@@ -112,6 +112,14 @@ TEST(AxisLook, EveryVoxelIsReachedByTheWheel) {
     EXPECT_EQ(steps, 999);
 }
 
+TEST(AxisLook, AnImageWithoutVoxelsIsAtItsFirst) {
+    AxisLook axis; // one voxel a micron and a pixel, from 0
+    axis.voxels = 0;
+    EXPECT_EQ(MiddleOfVoxelAt(axis, 7), 0.5F);
+    EXPECT_EQ(MiddleOfVoxelBeside(axis, 3, 2), 0.5F);
+    EXPECT_FALSE(VoxelAt(axis, 0));
+}
+
 TEST(AxisLook, APlaceIsBroughtUnderAPixel) {
     // At pixel 2 stands 101.5. To see it at pixel 4 the window must begin at 101.5 - 4 / 4 and has its middle 0.75 on.
     EXPECT_EQ(CentreToShowAt(HalfMicrons(false), 101.5F, 4), 101.25F);

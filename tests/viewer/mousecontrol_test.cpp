@@ -174,6 +174,21 @@ TEST_F(MouseTest, ADoubleClickCentres) {
     EXPECT_EQ(visible.offset.z, before.z);
 }
 
+TEST_F(MouseTest, AViewerThatClosesIsLeftAsItIs) {
+    Open(40, 30, 10);
+    Canvas().DetachMapper(); // as Destroy does; from here on there is no image
+    const Place cut = Canvas().GetCut();
+    const int zoom = Canvas().GetZoom();
+    Click(zel_PT_XY, {4, 5});
+    Wheel(zel_PT_XZ, -240);
+    Wheel(zel_PT_XY, 120, {3, 3}, true);
+    Send(zel_PT_YZ, wxMouseEvent(wxEVT_LEFT_DCLICK), {2, 3});
+    Middle(zel_PT_XY, wxEVT_MIDDLE_DOWN, {9, 9});
+    Middle(zel_PT_XY, wxEVT_MOTION, {5, 5});
+    EXPECT_EQ(Canvas().GetCut(), cut);
+    EXPECT_EQ(Canvas().GetZoom(), zoom);
+}
+
 TEST_F(MouseTest, OtherMouseEventsChangeNothing) {
     Open(40, 30, 10);
     for (const wxEventType type : {wxEVT_RIGHT_DOWN, wxEVT_RIGHT_UP, wxEVT_RIGHT_DCLICK, wxEVT_MOTION,
