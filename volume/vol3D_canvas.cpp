@@ -69,6 +69,13 @@ void WaitUntilShown(const wxWeakRef<wxWindow>& window) {
     }
 }
 
+/// Nothing if none is chosen. The dialog has gone when this returns: a window that goes while a message follows would
+/// take its dialogs with it.
+std::optional<wxString> AskForFile(wxWindow* parent, const wxString& title, const wxString& wildcard, long style) {
+    wxFileDialog dialog(parent, title, wxEmptyString, wxEmptyString, wildcard, style);
+    return RunModal(dialog) == wxID_OK ? std::optional(dialog.GetPath()) : std::nullopt;
+}
+
 } // namespace
 
 vol3D_VolVisCanvas::vol3D_VolVisCanvas(wxStatusBar* statusBar, wxWindow* parent, wxWindowID id, const wxPoint& pos,
@@ -194,12 +201,13 @@ void vol3D_VolVisCanvas::SetViewDirection(float eyeDistance, float forwardX, flo
 
 void vol3D_VolVisCanvas::SaveView() {
     const wxWeakRef<wxWindow> self(this);
-    wxFileDialog dialog(GetParent(), "Save view matrix as", wxEmptyString, wxEmptyString,
-                        "Viewer3D view matrix (*.zelview)|*.zelview", wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
-    if (RunModal(dialog) != wxID_OK || !self)
+    const std::optional<wxString> name =
+        AskForFile(GetParent(), "Save view matrix as", "Viewer3D view matrix (*.zelview)|*.zelview",
+                   wxFD_SAVE | wxFD_OVERWRITE_PROMPT);
+    if (!name || !self)
         return;
     try {
-        SaveViewFile(static_cast<const char*>(dialog.GetPath().fn_str()));
+        SaveViewFile(static_cast<const char*>(name->fn_str()));
     } catch (const kep::IOException&) {
         ShowMessage("Unable to create file.");
     }
@@ -207,12 +215,12 @@ void vol3D_VolVisCanvas::SaveView() {
 
 void vol3D_VolVisCanvas::LoadView() {
     const wxWeakRef<wxWindow> self(this);
-    wxFileDialog dialog(GetParent(), "Choose a view to load", wxEmptyString, wxEmptyString,
-                        "Viewer3D view matrix (*.zelview)|*.zelview|All files (*.*) | *.*",
-                        wxFD_OPEN | wxFD_FILE_MUST_EXIST);
-    if (RunModal(dialog) != wxID_OK || !self)
+    const std::optional<wxString> name = AskForFile(GetParent(), "Choose a view to load",
+                                                    "Viewer3D view matrix (*.zelview)|*.zelview|All files (*.*) | *.*",
+                                                    wxFD_OPEN | wxFD_FILE_MUST_EXIST);
+    if (!name || !self)
         return;
-    if (!LoadViewFile(static_cast<const char*>(dialog.GetPath().fn_str())))
+    if (!LoadViewFile(static_cast<const char*>(name->fn_str())))
         ShowMessage("Unable to open file.");
 }
 

@@ -391,6 +391,28 @@ TEST_F(VolumeFrame, WhatCannotBeOpenedIsTold) {
     EXPECT_EQ(window.Canvas().GetObjectMatrix(), before);
 }
 
+TEST_F(VolumeFrame, TheWindowMayGoUnderAMessage) {
+    const ScratchFolder folder;
+    for (const int command : {10005, 10006}) {
+        const VolumeWindow window;
+        const std::string name = folder / "gone" + "/a.zelview";
+        DialogAnswers answers;
+        answers.Expect([&](wxDialog& dialog) {
+            dynamic_cast<wxFileDialog&>(dialog).SetPath(wxString::FromUTF8(name));
+            return wxID_OK;
+        });
+        answers.Expect([&window](wxDialog& box) -> int {
+            wxTheApp->CallAfter([&window, &box] { // in the system's own loop, which the box runs in
+                EXPECT_FALSE(box.IsModal());
+                delete window.frame.get();
+            });
+            return wxID_NONE;
+        });
+        window.Choose(command);
+        EXPECT_FALSE(window.frame);
+    }
+}
+
 TEST_F(VolumeFrame, CancelChangesNothing) {
     const VolumeWindow window;
     DialogAnswers answers;
