@@ -412,6 +412,31 @@ TEST_F(SavingDialogs, AFullDiskIsToldOfForEachFile) {
     EXPECT_EQ(canvas->GetCut(), kep::Vector3d<float>(4.5F, 4.5F, 2.5F));
 }
 
+TEST_F(SavingDialogs, TheViewerMayGoUnderTheWordOfHiddenWindows) {
+    Open();
+    canvas->ShowDrWin(zel_PT_XZ, false);
+    const wxWeakRef<wxFrame> open(frame);
+    const std::string path = folder / "view.tif";
+    DialogAnswers answers;
+    answers.ExpectDriven([](wxDialog& dialog) {
+        ControlOf<wxRadioBox>(dialog, 10000).SetSelection(1); // XZ
+        SetSingleImage(dialog, true);
+        Press(dialog, wxID_OK);
+    });
+    answers.ExpectDriven([&](wxDialog& dialog) { ChooseFile(dialog, path); });
+    answers.Expect([&](wxDialog& box) -> int {
+        wxTheApp->CallAfter([&] { // in the system's own loop, which the box runs in
+            EXPECT_FALSE(box.IsModal());
+            delete frame;
+            frame = viewer = nullptr;
+        });
+        return wxID_NONE;
+    });
+    viewer->ProcessCommand(zel_CMD_SAVE_VIEW);
+    EXPECT_FALSE(open);
+    EXPECT_THAT(folder.List(), IsEmpty());
+}
+
 TEST_F(SavingDialogs, APictureThatIsTooLargeIsToldOf) {
     Open();
     // A canvas whose saving needs more than there is.
