@@ -1,6 +1,8 @@
 # What all of the project's own targets share.
 
 option(ZEL_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(ZEL_WATCH_THREADS "Build with ThreadSanitizer" OFF)
+option(ZEL_FUZZ "Build the targets of fuzz/ with libFuzzer; goes with ZEL_SANITIZE and clang" OFF)
 
 find_program(ZEL_CCACHE ccache)
 if(ZEL_CCACHE)
@@ -26,6 +28,13 @@ target_include_directories(zel_options INTERFACE $<BUILD_INTERFACE:${PROJECT_SOU
 if(ZEL_SANITIZE)
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=undefined -fno-omit-frame-pointer)
   add_link_options(-fsanitize=address,undefined)
+endif()
+if(ZEL_WATCH_THREADS)
+  add_compile_options(-fsanitize=thread -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=thread)
+endif()
+if(ZEL_FUZZ) # libraries are watched for the ways that an input takes; programs bring what makes the inputs
+  add_compile_options(-fsanitize=fuzzer-no-link,float-cast-overflow -fno-sanitize-recover=float-cast-overflow)
 endif()
 
 # A shared library of the project: zel_add_library(name SOURCES...)
@@ -59,5 +68,5 @@ endfunction()
 # zel_optimise_kernels(target SOURCES...)
 function(zel_optimise_kernels target)
   set_source_files_properties(${ARGN} TARGET_DIRECTORY ${target}
-    PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>")
+    PROPERTIES COMPILE_OPTIONS "$<$<CONFIG:Release>:-O3>" SKIP_PRECOMPILE_HEADERS ON)
 endfunction()

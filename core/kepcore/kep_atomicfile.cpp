@@ -72,14 +72,17 @@ void RemoveLeftovers(const PathParts& parts, const std::string& machine) {
 }
 
 /// Follows links until a name that is none, which need not exist.
-/// @throws IOException when links go round in a circle
+/// @throws IOException when links go round in a circle, or the system does not tell whether it is one
 std::string FollowLinks(const std::string& name) {
     std::string path = name;
     for (int links = 0; links < mostLinks; ++links) {
         std::array<char, PATH_MAX> to{};
         const ssize_t length = ::readlink(path.c_str(), to.data(), to.size());
-        if (length < 0)
+        if (length < 0) {
+            if (errno != EINVAL && errno != ENOENT) // no link, or nothing at all
+                ThrowCannotWrite(name, SystemReason(errno));
             return path;
+        }
         std::string next(to.data(), static_cast<std::size_t>(length));
         path = next.starts_with('/') ? next : detail::GetFolder(path).append(next);
     }
@@ -96,6 +99,8 @@ AtomicFile::AtomicFile(std::string fileName) : name(std::move(fileName)) {
 
     struct stat old {};
     const bool exists = ::stat(target.c_str(), &old) == 0;
+    if (!exists && errno != ENOENT) // a rename would go over whatever is there
+        ThrowCannotWrite(name, SystemReason(errno));
     if (exists && !S_ISREG(old.st_mode))
         ThrowCannotWrite(name, S_ISDIR(old.st_mode) ? "it is a folder" : "it is not a plain file");
     // A rename would go over a file that its owner has protected.

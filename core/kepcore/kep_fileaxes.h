@@ -33,7 +33,7 @@ struct KEP_EXPORT FileAxes {
     ImageInfo frame;          ///< what each frame is: size.z are its slices, voxelType is that of one channel
     std::size_t channels = 1; ///< at least one; three that make a colour voxel count as one
     std::size_t times = 1;    ///< time points, at least one
-    std::vector<ChannelInfo> channelInfos; ///< one for each channel
+    std::vector<ChannelInfo> channelInfos; ///< of the first channels; nothing is known of those that it lacks
     std::optional<double> frameInterval;   ///< seconds from one time point to the next
     std::optional<AxisCounts> series;      ///< of the whole series, where the file is one of several that make it
 };

@@ -8,6 +8,7 @@
 #include "core/kepcore/frame/kep_extent.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/kep_framereader.h"
+#include "core/kepcore/kep_voxelvisitor.h"
 
 #include <algorithm>
 #include <cstddef>
@@ -21,29 +22,43 @@ namespace {
 
 using PixelBox = VOI<T_pair<int, std::size_t>>;
 
-/// Voxels that are in the file as they are in memory: all at once, or, under a watch, in groups of slices.
-void ReadPlain(detail::FrameSource& source, std::byte* to) {
-    constexpr std::size_t groupBytes = std::size_t{16} << 20;
+/// Bytes of voxels that are read before somebody looks at them: few calls, and yet still in the caches.
+constexpr std::size_t groupBytes = std::size_t{8} << 20;
+
+/// Voxels that are in the file as they are in memory: all at once, or, where somebody looks on, in groups of slices.
+template <typename T>
+void ReadPlain(detail::FrameSource& source, T* to) {
     const detail::FrameHeader& header = source.GetHeader();
     const auto& watch = detail::WatchOfThread();
-    const std::size_t group = watch ? std::max<std::size_t>(1, groupBytes / header.GetSliceBytes()) : header.size.z;
+    const bool isSeen = watch || VoxelVisitor<T>::IsThere();
+    const std::size_t group = isSeen ? std::max<std::size_t>(1, groupBytes / header.GetSliceBytes()) : header.size.z;
+    const std::size_t sliceVoxels = header.size.x * header.size.y;
     for (std::size_t z = 0; z < header.size.z; z += group) {
         const std::size_t count = std::min(group, header.size.z - z);
-        source.ReadSlices(count, to + z * header.GetSliceBytes());
+        T* const first = to + z * sliceVoxels;
+        source.ReadSlices(count, reinterpret_cast<std::byte*>(first));
+        VoxelVisitor<T>::Show(first, count * sliceVoxels);
         if (watch)
             watch->AddSlices(count);
     }
 }
 
 /// All voxels of the file, in their order.
-void ReadWhole(detail::FrameSource& source, const detail::VoxelConverter& converter, std::size_t voxelBytes,
-               std::byte* to) {
+template <typename T>
+void ReadWhole(detail::FrameSource& source, const detail::VoxelConverter& converter, T* to) {
     if (converter.IsPlainCopy())
         return ReadPlain(source, to);
     const detail::FrameHeader& header = source.GetHeader();
     const std::size_t sliceVoxels = header.size.x * header.size.y;
+    T* notShown = to;
     detail::ForEachSlice(source, [&](std::size_t z, const std::byte* slice) {
-        converter.Convert(slice, {0, 0, z}, sliceVoxels, to + z * sliceVoxels * voxelBytes);
+        T* const first = to + z * sliceVoxels;
+        converter.Convert(slice, {0, 0, z}, sliceVoxels, reinterpret_cast<std::byte*>(first));
+        const auto waiting = static_cast<std::size_t>(first + sliceVoxels - notShown);
+        if (waiting * sizeof(T) < groupBytes && z + 1 < header.size.z)
+            return;
+        VoxelVisitor<T>::Show(notShown, waiting);
+        notShown += waiting;
     });
 }
 
@@ -79,7 +94,7 @@ void FillFrame(detail::FrameSource& source, const char* fileName, const PixelBox
         watch->Begin(header.size.z);
     if (voi == nullptr) {
         frame.data = detail::MakeUnsetBlock<T>(*voxels);
-        ReadWhole(source, converter, sizeof(T), reinterpret_cast<std::byte*>(frame.begin()));
+        ReadWhole(source, converter, frame.begin());
     } else {
         frame.data = detail::MakeZeroBlock<T>(*voxels);
         ReadWindow(source, converter, sizeof(T), detail::FindOverlap(*voi, header.size), frame.size,

@@ -109,6 +109,23 @@ std::string ListSome(const std::vector<std::string>& items) {
     return items.size() > most ? text + " and " + std::to_string(items.size() - most) + " more" : text;
 }
 
+/// The second byte of a character of UTF-8 may stand behind the first: else the character would be longer than it need
+/// be, half of a pair of UTF-16, or beyond the last one.
+bool MayFollow(unsigned char lead, unsigned char second) {
+    switch (lead) {
+    case 0xE0:
+        return second >= 0xA0;
+    case 0xED:
+        return second < 0xA0;
+    case 0xF0:
+        return second >= 0x90;
+    case 0xF4:
+        return second < 0x90;
+    default:
+        return true;
+    }
+}
+
 /// What the user is told of a description that did not fit.
 class Losses {
 public:
@@ -200,6 +217,42 @@ OwnLines ParseOwnLines(std::string_view text) {
             ParseEntry(line.substr(entryKey.size()), lines.entries);
     }
     return lines;
+}
+
+std::string ToUtf8(const std::string& text) {
+    const auto isUtf8 = [&] {
+        for (std::size_t i = 0; i < text.size();) {
+            const auto lead = static_cast<unsigned char>(text[i]);
+            const std::size_t length = lead < 0x80                   ? 1
+                                       : lead >= 0xC2 && lead < 0xE0 ? 2
+                                       : lead >= 0xE0 && lead < 0xF0 ? 3
+                                       : lead >= 0xF0 && lead < 0xF5 ? 4
+                                                                     : 0;
+            if (length == 0 || text.size() - i < length)
+                return false;
+            if (length > 1 && !MayFollow(lead, static_cast<unsigned char>(text[i + 1])))
+                return false;
+            for (std::size_t k = 1; k < length; ++k) {
+                if ((static_cast<unsigned char>(text[i + k]) & 0xC0U) != 0x80U)
+                    return false;
+            }
+            i += length;
+        }
+        return true;
+    };
+    if (isUtf8())
+        return text;
+    std::string utf8;
+    for (const char c : text) {
+        const auto code = static_cast<unsigned char>(c);
+        if (code < 0x80) {
+            utf8 += c;
+        } else {
+            utf8 += static_cast<char>(0xC0U | code >> 6U);
+            utf8 += static_cast<char>(0x80U | (code & 0x3FU));
+        }
+    }
+    return utf8;
 }
 
 } // namespace kep::detail

@@ -44,6 +44,9 @@ std::size_t GetOwnLineBytes(std::string_view key, std::string_view value);
 /// Picks the own lines out of a description. Lines that are damaged are left out.
 OwnLines ParseOwnLines(std::string_view text);
 
+/// The text itself if it is UTF-8, else taken for Latin-1 and turned into UTF-8.
+std::string ToUtf8(const std::string& text);
+
 /// As much of a description as a file holds.
 struct FittedDescription {
     std::map<std::string, std::string> entries;

@@ -2,13 +2,12 @@
 
 #include "core/kepcore/file/kep_systemerror.h"
 #include "core/kepcore/file/kep_watchstate.h"
+#include "core/kepcore/kep_threads.h"
 
 #include <algorithm>
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <future>
-#include <system_error>
 #include <utility>
 
 namespace kep::detail {
@@ -97,18 +96,15 @@ void InputFile::ReadVoxels(std::uint64_t at, std::byte* to, std::size_t bytes) c
 }
 
 void ReadInShares(std::size_t bytes, const std::function<void(std::size_t from, std::size_t until)>& read) {
-    constexpr std::size_t smallestShare = std::size_t{2} << 20; // whole pages, and worth a thread
-    const std::size_t half = bytes / 2 / smallestShare * smallestShare;
-    if (half == 0)
-        return read(0, bytes);
-    std::future<void> other;
-    try {
-        other = std::async(std::launch::async, read, half, bytes);
-    } catch (const std::system_error&) { // no thread can be had
-        return read(0, bytes);
-    }
-    read(0, half);
-    other.get();
+    constexpr std::size_t page = std::size_t{2} << 20; // shares are whole pages, also of huge ones, and worth a thread
+    const std::size_t shares = std::clamp<std::size_t>(bytes / page, 1, 4 * GetThreadLimit()); // none waits long
+    const std::size_t share = (bytes / shares + page - 1) / page * page;
+    ForEachPart(shares, [&](std::size_t i) {
+        const std::size_t from = std::min(i * share, bytes);
+        const std::size_t until = i + 1 == shares ? bytes : std::min(from + share, bytes);
+        if (from < until || bytes == 0)
+            read(from, until);
+    });
 }
 
 std::unique_ptr<FrameSource> OpenFrame(const char* fileName) {

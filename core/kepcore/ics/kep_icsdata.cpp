@@ -1,17 +1,13 @@
 #include "core/kepcore/ics/kep_icsdata.h"
 
-#include <algorithm>
+#include "core/kepcore/pack/kep_gunzip.h"
+
 #include <archive.h>
-#include <cstring>
 #include <exception>
-#include <future>
-#include <limits>
 #include <new>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
-#include <zlib.h>
 
 namespace kep::detail {
 
@@ -56,149 +52,16 @@ private:
     std::uint64_t place = 0;
 };
 
-/// The checksum of bytes on their way. It takes as long as unpacking what packs well, so it can be made beside that.
-class Checksum {
-public:
-    explicit Checksum(uLong start) : sum(start) {}
-
-    void Add(const std::byte* bytes, std::size_t count) { sum = Extend(Get(), bytes, count); }
-
-    /// The bytes must stay as they are until the next call.
-    void AddBeside(const std::byte* bytes, std::size_t count) {
-        const uLong before = Get();
-        try {
-            pending = std::async(std::launch::async, &Extend, before, bytes, count);
-        } catch (const std::system_error&) { // no thread can be had
-            sum = Extend(before, bytes, count);
-        }
-    }
-
-    uLong Get() {
-        if (pending.valid())
-            sum = pending.get();
-        return sum;
-    }
-
-private:
-    static uLong Extend(uLong sum, const std::byte* bytes, std::size_t count) {
-        return crc32_z(sum, reinterpret_cast<const Bytef*>(bytes), count);
-    }
-
-    uLong sum;
-    std::future<uLong> pending; // its thread has ended when this is gone
-};
-
 /// One gzip stream, or several one behind the other, which together are the voxels.
 class GzipData final : public IcsData {
 public:
-    GzipData(std::shared_ptr<const InputFile> from, std::uint64_t start) : file(std::move(from)), at(start) {
-        constexpr int gzipOnly = 15 + 16; // the largest window, and the format
-        if (inflateInit2(&stream, gzipOnly) != Z_OK)
-            throw std::bad_alloc();
-        inflateValidate(&stream, 0); // that is done here
-    }
-    ~GzipData() override { inflateEnd(&stream); }
+    GzipData(std::shared_ptr<const InputFile> from, std::uint64_t start) : reader(std::move(from), start) {}
 
-    void Read(std::byte* to, std::size_t bytes) override {
-        constexpr std::size_t piece = std::size_t{256} << 10;
-        Checksum sum(checksum);
-        const std::byte* open = to; // from here to `to` the sum is still to be made
-        while (bytes > 0) {
-            if (ended) {
-                StartNextMember();
-                sum = Checksum(checksum);
-            }
-            const std::size_t room = std::min(bytes, piece - static_cast<std::size_t>(to - open));
-            stream.next_out = reinterpret_cast<Bytef*>(to);
-            stream.avail_out = static_cast<uInt>(room);
-            Inflate();
-            to += room - stream.avail_out;
-            bytes -= room - stream.avail_out;
-            const auto unpacked = static_cast<std::size_t>(to - open);
-            if (ended) {
-                sum.Add(open, unpacked);
-                CheckTrailer(sum.Get());
-                open = to;
-            } else if (unpacked == piece && bytes > 0) {
-                sum.AddBeside(open, unpacked);
-                open = to;
-            }
-        }
-        sum.Add(open, static_cast<std::size_t>(to - open));
-        checksum = sum.Get();
-    }
-
-    void Finish() override {
-        if (ended)
-            return;
-        while (!ended) {
-            Bytef beyond = 0;
-            stream.next_out = &beyond;
-            stream.avail_out = 1;
-            Inflate();
-            if (stream.avail_out == 0)
-                ThrowTooLong(file->GetName());
-        }
-        CheckTrailer(checksum);
-    }
+    void Read(std::byte* to, std::size_t bytes) override { reader.Read(to, bytes); }
+    void Finish() override { reader.Finish(); }
 
 private:
-    /// Unpacks until the output is full, the input is used up, or the stream ends.
-    void Inflate() {
-        if (stream.avail_in == 0)
-            Fill();
-        const int result = inflate(&stream, Z_NO_FLUSH);
-        if (result == Z_STREAM_END)
-            ended = true;
-        else if (result == Z_MEM_ERROR)
-            throw std::bad_alloc();
-        else if (result != Z_OK && result != Z_BUF_ERROR)
-            ThrowDamaged(file->GetName(), stream.msg != nullptr ? stream.msg : "its packed data are not gzip data");
-    }
-
-    /// Reads more. The last bytes of what was read before stay in front of it, as the trailer may begin there.
-    void Fill() {
-        if (stream.next_in != nullptr)
-            std::memmove(buffer.data(), stream.next_in - trailerBytes, trailerBytes);
-        Bytef* const start = buffer.data() + trailerBytes;
-        const std::size_t got = file->ReadAt(at, start, packedChunk);
-        if (got == 0)
-            ThrowCutOff(file->GetName());
-        at += got;
-        stream.next_in = start;
-        stream.avail_in = static_cast<uInt>(got);
-    }
-
-    /// A stream ends with its checksum and the length of its data, each in four bytes, the lowest first.
-    void CheckTrailer(uLong sum) const {
-        const Bytef* const trailer = stream.next_in - trailerBytes;
-        uLong sumSaid = 0;
-        uLong lengthSaid = 0;
-        for (unsigned i = 0; i < 4; ++i) {
-            sumSaid |= static_cast<uLong>(trailer[i]) << (8 * i);
-            lengthSaid |= static_cast<uLong>(trailer[4 + i]) << (8 * i);
-        }
-        if (sumSaid != sum)
-            ThrowDamaged(file->GetName(), "the checksum of its packed data is wrong");
-        if (lengthSaid != (stream.total_out & 0xFFFFFFFFU))
-            ThrowDamaged(file->GetName(), "the length of its packed data is wrong");
-    }
-
-    void StartNextMember() {
-        inflateReset(&stream);
-        inflateValidate(&stream, 0);
-        checksum = 0;
-        ended = false;
-    }
-
-    static constexpr std::size_t trailerBytes = 8;
-
-    std::shared_ptr<const InputFile> file;
-    std::uint64_t at;
-    std::vector<Bytef> buffer = std::vector<Bytef>(trailerBytes + packedChunk);
-    z_stream stream{};
-    uLong checksum = 0;
-    bool ended = false;
+    GunzipReader reader;
 };
 
 /// Data of the old program "compress", which have no checksum.

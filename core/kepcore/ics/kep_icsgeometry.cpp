@@ -1,5 +1,6 @@
 #include "core/kepcore/ics/kep_icsgeometry.h"
 
+#include "core/kepcore/convert/kep_description.h"
 #include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_unit.h"
 
@@ -68,9 +69,11 @@ void TakeDescription(const IcsHeader& from, FrameHeader& to, std::optional<Tripl
             resolution = ParseTriple(value, &ParseFloat);
         } else if (key == offsetKey) {
             offset = ParseTriple(value, &ParseFloat);
-        } else if (const auto [place, isNew] = to.description.try_emplace(key, value); !isNew) {
-            place->second += '\n';
-            place->second += value;
+        } else {
+            const std::string text = ToUtf8(value);
+            const auto [place, isNew] = to.description.try_emplace(ToUtf8(key), text);
+            if (!isNew)
+                place->second.append("\n").append(text);
         }
     }
 }

@@ -7,21 +7,17 @@
 #include "core/kepcore/ics/kep_icsgeometry.h"
 #include "core/kepcore/ics/kep_icsheader.h"
 #include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/pack/kep_deflate.h"
+#include "core/kepcore/pack/kep_inorder.h"
 
 #include <algorithm>
 #include <array>
-#include <deque>
-#include <future>
 #include <limits>
 #include <map>
-#include <new>
 #include <string>
 #include <string_view>
-#include <system_error>
-#include <thread>
 #include <utility>
 #include <vector>
-#include <zlib.h>
 
 namespace kep::detail {
 
@@ -42,103 +38,51 @@ protected:
     AtomicFile& file;
 };
 
-/// A stretch of the voxels, packed on its own.
-struct PackedBlock {
-    std::vector<Bytef> bytes;
-    uLong checksum = 0;
-    std::size_t unpacked = 0;
-};
-
-/// Packs a stretch so that it ends with a whole byte and another one can follow.
-/// @param before  bytes in front of it that the reader knows by then, and that may repeat in it
-PackedBlock PackBlock(const std::byte* bytes, std::size_t count, std::size_t before) {
-    struct Deflater {
-        Deflater() {
-            // The fastest level: on the noise of microscopes the others take many times as long for the same size.
-            constexpr int bare = -15; // the largest window, and no format around
-            constexpr int memory = 8;
-            if (deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, bare, memory, Z_DEFAULT_STRATEGY) != Z_OK)
-                throw std::bad_alloc();
-        }
-        ~Deflater() { deflateEnd(&stream); }
-        Deflater(const Deflater&) = delete;
-        Deflater& operator=(const Deflater&) = delete;
-
-        z_stream stream{};
-    } deflater;
-    constexpr std::size_t window = 32768;
-    constexpr std::size_t flushMark = 16; // more than the end of a block takes
-
-    z_stream& stream = deflater.stream;
-    const auto* const data = reinterpret_cast<const Bytef*>(bytes);
-    const std::size_t known = std::min(before, window);
-    if (known > 0)
-        deflateSetDictionary(&stream, data - known, static_cast<uInt>(known));
-    PackedBlock block;
-    block.unpacked = count;
-    block.checksum = crc32_z(0, data, count);
-    stream.next_in = const_cast<Bytef*>(data); // it is only read; the interface predates const
-    stream.avail_in = static_cast<uInt>(count);
-    std::size_t used = 0;
-    do { // once, unless the bound was none
-        block.bytes.resize(used + deflateBound(&stream, stream.avail_in) + flushMark);
-        stream.next_out = block.bytes.data() + used;
-        stream.avail_out = static_cast<uInt>(block.bytes.size() - used);
-        deflate(&stream, Z_SYNC_FLUSH);
-        used = block.bytes.size() - stream.avail_out;
-    } while (stream.avail_out == 0);
-    block.bytes.resize(used);
-    return block;
-}
-
-/// One gzip stream, made of blocks that are packed beside each other.
+/// One gzip stream, made of stretches that are packed beside each other.
 class GzipOutput final : public IcsOutput {
 public:
-    explicit GzipOutput(AtomicFile& to) : IcsOutput(to) {
+    explicit GzipOutput(AtomicFile& to) : IcsOutput(to), packers(GetThreadLimit()) {
         // Deflate data, without name and time; 4 says that the fastest level was used, 255 that no system matters.
-        constexpr std::array<Bytef, 10> head = {0x1F, 0x8B, Z_DEFLATED, 0, 0, 0, 0, 0, 4, 255};
+        constexpr std::array<unsigned char, 10> head = {0x1F, 0x8B, 8, 0, 0, 0, 0, 0, 4, 255};
         file.Write(head.data(), head.size());
     }
 
     void Write(const std::byte* bytes, std::size_t count) override {
-        const std::size_t atOnce = std::clamp(std::thread::hardware_concurrency(), 1U, 8U);
-        std::deque<std::future<PackedBlock>> blocks; // their threads have ended when this is gone
-        std::size_t started = 0;
-        while (started < count || !blocks.empty()) {
-            while (started < count && blocks.size() < atOnce) {
-                const std::size_t here = std::min(blockBytes, count - started);
-                blocks.push_back(Start(bytes + started, here, started));
-                started += here;
-            }
-            const PackedBlock block = blocks.front().get();
-            blocks.pop_front();
-            file.Write(block.bytes.data(), block.bytes.size());
-            checksum = crc32_combine(checksum, block.checksum, static_cast<z_off_t>(block.unpacked));
-            length += block.unpacked;
-        }
+        const auto pack = [&](std::size_t i, std::size_t lane) {
+            const std::size_t before = i * stretchBytes;
+            const std::size_t here = std::min(stretchBytes, count - before);
+            return Stretch{packers[lane].PackStretch(bytes + before, here, before),
+                           ExtendChecksum(0, bytes + before, here), here};
+        };
+        const auto write = [&](std::size_t, const Stretch& stretch) {
+            file.Write(stretch.packed.data(), stretch.packed.size());
+            checksum = JoinChecksums(checksum, stretch.checksum, stretch.unpacked);
+            length += stretch.unpacked;
+        };
+        MakeInOrder((count + stretchBytes - 1) / stretchBytes, packers.size(), pack, write);
     }
 
     void Finish() override {
-        std::array<Bytef, 10> tail = {3, 0}; // an empty last block
+        std::array<unsigned char, 10> tail = {3, 0}; // an empty last block
         for (unsigned i = 0; i < 4; ++i) {
-            tail[2 + i] = static_cast<Bytef>(checksum >> (8 * i));
-            tail[6 + i] = static_cast<Bytef>(length >> (8 * i));
+            tail[2 + i] = static_cast<unsigned char>(checksum >> (8 * i));
+            tail[6 + i] = static_cast<unsigned char>(length >> (8 * i));
         }
         file.Write(tail.data(), tail.size());
     }
 
-    static constexpr std::size_t blockBytes = std::size_t{512} << 10;
+    static constexpr std::size_t stretchBytes = std::size_t{512} << 10;
 
 private:
-    static std::future<PackedBlock> Start(const std::byte* bytes, std::size_t count, std::size_t before) {
-        try {
-            return std::async(std::launch::async, &PackBlock, bytes, count, before);
-        } catch (const std::system_error&) { // no thread can be had: packed when it is asked for
-            return std::async(std::launch::deferred, &PackBlock, bytes, count, before);
-        }
-    }
+    /// Bytes packed by themselves.
+    struct Stretch {
+        std::vector<std::byte> packed;
+        std::uint32_t checksum;
+        std::size_t unpacked;
+    };
 
-    uLong checksum = 0;
+    std::vector<Deflater> packers; // one a lane
+    std::uint32_t checksum = 0;
     std::uint64_t length = 0;
 };
 
@@ -240,7 +184,7 @@ FittedDescription FitIcsDescription(const std::map<std::string, std::string>& en
 void WritePlanar(const FrameToWrite& frame, std::size_t count, IcsOutput& out) {
     const auto components = static_cast<std::size_t>(frame.header.components);
     const std::size_t bytes = frame.header.sample.GetSampleBytes();
-    const std::size_t room = 8 * GzipOutput::blockBytes / bytes; // enough for all threads to have something
+    const std::size_t room = 8 * GzipOutput::stretchBytes / bytes; // enough for all threads to have something
     std::vector<std::byte> part(std::min(room, count) * bytes);
     for (std::size_t c = 0; c < components; ++c) {
         for (std::size_t first = 0; first < count; first += room) {

@@ -1,3 +1,4 @@
+#include "core/kepcore/convert/kep_description.h"
 #include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/file/kep_path.h"

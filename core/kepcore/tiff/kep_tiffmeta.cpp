@@ -109,6 +109,17 @@ float Prefer(float standard, float exact) {
     return std::fabs(standard - exact) <= tolerance * larger ? exact : standard;
 }
 
+/// The same for a resolution. An exact copy that is none agrees with standard fields that tell none.
+float PreferResolution(float standard, float exact) {
+    if (!IsGoodResolution(exact))
+        return IsGoodResolution(standard) ? standard : exact;
+    return Prefer(standard, exact);
+}
+
+bool IsAnyGood(const Vector3d<float>& res) {
+    return IsGoodResolution(res.x) || IsGoodResolution(res.y) || IsGoodResolution(res.z);
+}
+
 /// Microns of the unit of the tags, or nothing if they have none.
 std::optional<double> FindUnit(const TiffScaleTags& tags, const TiffDescription& description) {
     if (description.unit)
@@ -142,7 +153,8 @@ TiffDescription ParseTiffDescription(const std::string& text, const std::string&
     const OwnLines own = ParseOwnLines(text);
     description.ownResolution = own.resolution;
     description.ownOffset = own.offset;
-    description.entries = own.entries;
+    for (const auto& [key, value] : own.entries)
+        description.entries.insert_or_assign(ToUtf8(key), ToUtf8(value));
     if (!own.IsOwn()) {
         std::string rest = ToUtf8(WithoutOwnLines(text));
         if (!rest.empty())
@@ -175,12 +187,14 @@ TiffPlace FindTiffPlace(const TiffScaleTags& tags, const TiffDescription& descri
 
     Vector3d<float> res(ToFloat(x), ToFloat(y), ToFloat(z));
     const auto& own = description.ownResolution;
-    const bool isZMeant = res.z > 0.0F || (own && own->z == 0.0F); // an exact copy may say that there is none
+    const bool isZMeant =
+        res.z > 0.0F || (own && !IsGoodResolution(own->z)); // an exact copy may say that there is none
     if (!isZMeant && slices == 1)
         res.z = res.x;
     if (own)
-        res = {Prefer(res.x, own->x), Prefer(res.y, own->y), Prefer(res.z, own->z)};
-    if (res == Vector3d<float>())
+        res = {PreferResolution(res.x, own->x), PreferResolution(res.y, own->y), PreferResolution(res.z, own->z)};
+    const bool isOwnWithout = own && !IsAnyGood(*own); // it was saved so, and its origin counts in microns
+    if (!IsAnyGood(res) && !isOwnWithout)
         return {}; // positions have no unit then
 
     Vector3d<float> offset;
@@ -198,40 +212,6 @@ TiffPlace FindTiffPlace(const TiffScaleTags& tags, const TiffDescription& descri
     if (const auto& exact = description.ownOffset)
         offset = {Prefer(offset.x, exact->x), Prefer(offset.y, exact->y), Prefer(offset.z, exact->z)};
     return {Resolution(res), offset};
-}
-
-std::string ToUtf8(const std::string& text) {
-    const auto isUtf8 = [&] {
-        for (std::size_t i = 0; i < text.size();) {
-            const auto lead = static_cast<unsigned char>(text[i]);
-            const std::size_t length = lead < 0x80                   ? 1
-                                       : lead >= 0xC2 && lead < 0xE0 ? 2
-                                       : lead >= 0xE0 && lead < 0xF0 ? 3
-                                       : lead >= 0xF0 && lead < 0xF5 ? 4
-                                                                     : 0;
-            if (length == 0 || text.size() - i < length)
-                return false;
-            for (std::size_t k = 1; k < length; ++k) {
-                if ((static_cast<unsigned char>(text[i + k]) & 0xC0U) != 0x80U)
-                    return false;
-            }
-            i += length;
-        }
-        return true;
-    };
-    if (isUtf8())
-        return text;
-    std::string utf8;
-    for (const char c : text) {
-        const auto code = static_cast<unsigned char>(c);
-        if (code < 0x80) {
-            utf8 += c;
-        } else {
-            utf8 += static_cast<char>(0xC0U | code >> 6U);
-            utf8 += static_cast<char>(0x80U | (code & 0x3FU));
-        }
-    }
-    return utf8;
 }
 
 } // namespace kep::detail

@@ -69,8 +69,10 @@ struct TiffScaleTags {
 };
 
 struct TiffPlace {
-    Resolution resolution;  ///< 0 on an axis where it is not known: z in a stack whose spacing is missing, for one
-    Vector3d<float> offset; ///< microns; 0 without any resolution, as positions have no unit then
+    Resolution resolution; ///< 0 on an axis where it is not known: z in a stack whose spacing is missing, for one
+    /// Microns; 0 without any resolution, as positions have no unit then. Frames that this library has saved keep
+    /// theirs.
+    Vector3d<float> offset;
 };
 
 /// OME-XML goes before an ImageJ-style unit, that before the tag of the unit. A whole number of pixels per inch is a
@@ -81,8 +83,5 @@ TiffPlace FindTiffPlace(const TiffScaleTags& tags, const TiffDescription& descri
 /// Microns of a unit of length, e.g. "nm", "Micron", "\u00B5m" as ImageJ writes it; nothing for "pixel" and all
 /// else that is no length.
 std::optional<double> GetMicronsOfUnit(std::string_view unit);
-
-/// The text itself if it is UTF-8, else taken for Latin-1 and turned into UTF-8.
-std::string ToUtf8(const std::string& text);
 
 } // namespace kep::detail

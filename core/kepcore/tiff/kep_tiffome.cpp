@@ -1,5 +1,6 @@
 #include "core/kepcore/tiff/kep_tiffome.h"
 
+#include "core/kepcore/convert/kep_description.h"
 #include "core/kepcore/convert/kep_number.h"
 #include "core/kepcore/convert/kep_text.h"
 #include "core/kepcore/convert/kep_unit.h"
@@ -118,7 +119,7 @@ struct PlanesHere {
 /// A channel as its element tells it. The colour is a signed number of 32 bits: red, green, blue and alpha.
 ChannelInfo DescribeChannel(const pugi::xml_node& channel) {
     ChannelInfo info;
-    info.name = TrimBlanks(channel.attribute("Name").as_string());
+    info.name = ToUtf8(std::string(TrimBlanks(channel.attribute("Name").as_string())));
     if (const auto colour = ParseNumber<std::int32_t>(TrimBlanks(channel.attribute("Color").as_string()))) {
         const auto bits = static_cast<std::uint32_t>(*colour);
         const auto byte = [bits](unsigned shift) { return static_cast<unsigned char>(bits >> shift & 0xFFU); };

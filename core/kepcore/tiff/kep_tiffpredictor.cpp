@@ -2,7 +2,9 @@
 
 #include "core/kepcore/convert/kep_bytes.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <vector>
 
 namespace kep::detail {
@@ -36,7 +38,30 @@ void AddUp(std::span<std::byte> row, std::size_t step) {
     }
 }
 
+template <typename T>
+void TakeDifferences(std::span<const std::byte> row, std::size_t step, std::byte* to) {
+    const std::size_t numbers = row.size() / sizeof(T);
+    const std::byte* const from = row.data();
+    std::copy_n(from, std::min(step, numbers) * sizeof(T), to); // none of an empty row, which may have no address
+    for (std::size_t i = step; i < numbers; ++i)
+        Store(to + i * sizeof(T),
+              static_cast<T>(Load<T>(from + i * sizeof(T)) - Load<T>(from + (i - step) * sizeof(T))));
+}
+
 } // namespace
+
+void TakeDifferences(std::span<const std::byte> row, unsigned bits, std::size_t step, std::byte* to) {
+    switch (bits) {
+    case 8:
+        return TakeDifferences<std::uint8_t>(row, step, to);
+    case 16:
+        return TakeDifferences<std::uint16_t>(row, step, to);
+    case 32:
+        return TakeDifferences<std::uint32_t>(row, step, to);
+    default:
+        return TakeDifferences<std::uint64_t>(row, step, to);
+    }
+}
 
 void AddUpDifferences(std::span<std::byte> row, unsigned bits, std::size_t step, bool swap) {
     if (swap)

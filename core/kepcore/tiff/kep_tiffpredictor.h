@@ -16,7 +16,12 @@ enum TiffPredictor : unsigned { predictsNothing = 1, predictsSame = 2, predictsF
 /// @param swap  the differences are not in the machine's byte order; the numbers will be
 void AddUpDifferences(std::span<std::byte> row, unsigned bits, std::size_t step, bool swap);
 
-/// The same for floats, whose bytes were taken apart before: the highest of all, then the next ones.
+/// The other way, for rows in the machine's byte order.
+/// @param to  as many bytes as the row has
+void TakeDifferences(std::span<const std::byte> row, unsigned bits, std::size_t step, std::byte* to);
+
+/// Turns differences into numbers for floats, whose bytes were taken apart before: the highest of all, then the next
+/// ones.
 /// @param bits  of a float: a multiple of 8
 void AddUpFloats(std::span<std::byte> row, unsigned bits, std::size_t step);
 

@@ -2,14 +2,18 @@
 #include "core/kepcore/convert/kep_unit.h"
 #include "core/kepcore/file/kep_file.h"
 #include "core/kepcore/kep_atomicfile.h"
+#include "core/kepcore/pack/kep_deflate.h"
+#include "core/kepcore/pack/kep_inorder.h"
 #include "core/kepcore/tiff/kep_tiffchannel.h"
 #include "core/kepcore/tiff/kep_tifflimits.h"
+#include "core/kepcore/tiff/kep_tiffpredictor.h"
 #include "core/kepcore/tiff/kep_tifftexts.h"
 
 #include <algorithm>
 #include <cmath>
 #include <exception>
 #include <memory>
+#include <span>
 #include <string_view>
 #include <tiffio.h>
 #include <utility>
@@ -22,8 +26,6 @@ namespace {
 /// From here on places in the file may need more than 32 bits; the rest of 4 GiB is for the directories.
 constexpr std::uint64_t bigFrom = 3'900'000'000U;
 constexpr std::size_t stripBytes = std::size_t{1} << 20U;
-/// Against level 6: a third of the time, and files of the same size, as the noise of a detector does not compress.
-constexpr int deflateLevel = 1;
 /// What a rational of a TIFF file, two numbers of 32 bits, holds with five digits and more.
 constexpr float smallestRational = 2.4e-10F;
 constexpr float largestRational = 4.2e9F;
@@ -72,17 +74,20 @@ public:
                        header.sample.bytes <= 2;
         rowBytes = header.GetSliceBytes() / header.size.y;
         rowsPerStrip = std::clamp<std::size_t>(stripBytes / rowBytes, 1, header.size.y);
-        if (frame.compress)
-            strip.resize(rowsPerStrip * rowBytes);
+        stripsPerSlice = (header.size.y + rowsPerStrip - 1) / rowsPerStrip;
     }
 
     void WriteAll(const TiffTexts& texts) {
-        for (std::size_t z = 0; z < header.size.z; ++z) {
-            SetLayout();
-            if (z == 0)
-                SetTexts(texts);
-            WriteStrips(frame.voxels + z * header.GetSliceBytes());
-            Test(TIFFWriteDirectory(handle.get()) == 1);
+        const std::size_t count = header.size.z * stripsPerSlice;
+        if (frame.compress) {
+            std::vector<Packer> packers(GetThreadLimit());
+            MakeInOrder(
+                count, packers.size(),
+                [&](std::size_t i, std::size_t lane) { return Pack(FindStrip(i), packers[lane]); },
+                [&](std::size_t i, const std::vector<std::byte>& packed) { WriteStrip(i, packed, texts); });
+        } else {
+            for (std::size_t i = 0; i < count; ++i)
+                WriteStrip(i, FindStrip(i), texts);
         }
     }
 
@@ -108,8 +113,6 @@ private:
         Set(TIFFTAG_ORIENTATION, ORIENTATION_TOPLEFT);
         Set(TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rowsPerStrip));
         Set(TIFFTAG_COMPRESSION, frame.compress ? COMPRESSION_ADOBE_DEFLATE : COMPRESSION_NONE);
-        if (frame.compress)
-            Set(TIFFTAG_ZIPQUALITY, deflateLevel);
         if (hasPredictor)
             Set(TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL);
 
@@ -148,21 +151,42 @@ private:
         }
     }
 
-    void WriteStrips(const std::byte* slice) {
-        std::uint32_t number = 0;
-        for (std::size_t row = 0; row < header.size.y; row += rowsPerStrip, ++number) {
-            const std::size_t bytes = std::min(rowsPerStrip, header.size.y - row) * rowBytes;
-            const std::byte* const from = slice + row * rowBytes;
-            const auto expected = static_cast<tmsize_t>(bytes);
-            if (frame.compress) {
-                // A copy, as the predictor takes differences in place.
-                std::copy_n(from, bytes, strip.data());
-                Test(TIFFWriteEncodedStrip(handle.get(), number, strip.data(), expected) == expected);
-            } else {
-                // The voxels are in the file's byte order already, and libtiff only reads them.
-                Test(TIFFWriteRawStrip(handle.get(), number, const_cast<std::byte*>(from), expected) == expected);
-            }
-        }
+    /// The voxels of a strip, counted through all slices.
+    std::span<const std::byte> FindStrip(std::size_t i) const {
+        const std::size_t row = i % stripsPerSlice * rowsPerStrip;
+        const std::byte* const slice = frame.voxels + i / stripsPerSlice * header.GetSliceBytes();
+        return {slice + row * rowBytes, std::min(rowsPerStrip, header.size.y - row) * rowBytes};
+    }
+
+    /// What a thread needs to pack strips.
+    struct Packer {
+        Deflater deflater;
+        std::vector<std::byte> differences;
+    };
+
+    std::vector<std::byte> Pack(std::span<const std::byte> strip, Packer& packer) const {
+        if (!hasPredictor)
+            return packer.deflater.PackZlib(strip.data(), strip.size());
+        packer.differences.resize(strip.size());
+        for (std::size_t at = 0; at < strip.size(); at += rowBytes)
+            TakeDifferences(strip.subspan(at, rowBytes), static_cast<unsigned>(8 * header.sample.bytes),
+                            static_cast<std::size_t>(header.components), packer.differences.data() + at);
+        return packer.deflater.PackZlib(packer.differences.data(), strip.size());
+    }
+
+    /// Writes a strip as it is, with what comes before the first one of a page and behind the last one.
+    void WriteStrip(std::size_t i, std::span<const std::byte> bytes, const TiffTexts& texts) {
+        const std::size_t number = i % stripsPerSlice;
+        if (number == 0)
+            SetLayout();
+        if (i == 0)
+            SetTexts(texts);
+        const auto expected = static_cast<tmsize_t>(bytes.size());
+        // libtiff only reads them: its interface knows no const.
+        void* const from = const_cast<std::byte*>(bytes.data());
+        Test(TIFFWriteRawStrip(handle.get(), static_cast<std::uint32_t>(number), from, expected) == expected);
+        if (number + 1 == stripsPerSlice)
+            Test(TIFFWriteDirectory(handle.get()) == 1);
     }
 
     struct Closer {
@@ -174,9 +198,9 @@ private:
     const FrameHeader& header;
     Channel& channel;
     std::unique_ptr<TIFF, Closer> handle;
-    std::vector<std::byte> strip;
     std::size_t rowBytes = 0;
     std::size_t rowsPerStrip = 0;
+    std::size_t stripsPerSlice = 0;
     bool hasPredictor = false;
 };
 
