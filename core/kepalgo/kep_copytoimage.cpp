@@ -1,5 +1,7 @@
 #include "core/kepalgo/kep_copytoimage.h"
 
+#include "core/kepcore/kep_threads.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <vector>
@@ -119,6 +121,40 @@ private:
     Pattern pattern = Pattern::Other;
 };
 
+/// Copies slices of dst, whose lines show those of src that `middle` and `z` name.
+template <typename T>
+void CopySlices(const T* src, const LineCopier<T>& line, std::size_t lineExtent, const AxisPlan& middle,
+                const AxisPlan& z, std::size_t begin, std::size_t end, T* to) {
+    const T* shownBefore = nullptr; // the line of src that the line before in dst shows
+    for (std::size_t k = begin; k < end; ++k) {
+        for (std::size_t j = 0; j < middle.extent; ++j, to += lineExtent) {
+            if (!z.Holds(k) || !middle.Holds(j)) {
+                std::fill(to, to + lineExtent, T());
+                shownBefore = nullptr;
+                continue;
+            }
+            const T* const from = src + z.GetSourceIndex(k) + middle.GetSourceIndex(j);
+            if (from == shownBefore)
+                std::copy_n(to - lineExtent, lineExtent, to);
+            else
+                line.Copy(from, to);
+            shownBefore = from;
+        }
+    }
+}
+
+std::size_t CountShown(const AxisPlan& axis) {
+    return axis.indices.empty() ? 0 : static_cast<std::size_t>(axis.indices.back() - axis.indices.front()) + 1;
+}
+
+/// Whether so many voxels of src are gathered, each from a line of the cache of its own, that they come from memory:
+/// then threads wait for it side by side.
+bool IsWorthThreads(const AxisPlan& inner, const AxisPlan& middle, const AxisPlan& z) {
+    constexpr std::size_t worthwhile = 65536;
+    const auto gathered = [](const AxisPlan& axis) { return std::min(CountShown(axis), axis.indices.size()); };
+    return gathered(inner) * gathered(middle) * gathered(z) >= worthwhile;
+}
+
 } // namespace
 
 template <typename T>
@@ -141,24 +177,14 @@ void CopyToImage(const Image3d<T>& src, Image3d<T>& dst) {
     const AxisPlan& inner = alongX ? x : y;
     const AxisPlan& middle = alongX ? y : x;
     const LineCopier<T> line(inner);
-
-    const T* shownBefore = nullptr; // the line of src that the line before in dst shows
-    T* to = dst.begin();
-    for (std::size_t k = 0; k < z.extent; ++k) {
-        for (std::size_t j = 0; j < middle.extent; ++j, to += inner.extent) {
-            if (!z.Holds(k) || !middle.Holds(j)) {
-                std::fill(to, to + inner.extent, T());
-                shownBefore = nullptr;
-                continue;
-            }
-            const T* const from = src.begin() + z.GetSourceIndex(k) + middle.GetSourceIndex(j);
-            if (from == shownBefore)
-                std::copy_n(to - inner.extent, inner.extent, to);
-            else
-                line.Copy(from, to);
-            shownBefore = from;
-        }
-    }
+    const auto copySlices = [&](std::size_t begin, std::size_t end) {
+        CopySlices(src.begin(), line, inner.extent, middle, z, begin, end,
+                   dst.begin() + begin * middle.extent * inner.extent);
+    };
+    if (alongX || !IsWorthThreads(inner, middle, z))
+        return copySlices(0, z.extent);
+    const std::size_t parts = std::min(GetThreadLimit(), z.extent);
+    ForEachPart(parts, [&](std::size_t i) { copySlices(z.extent * i / parts, z.extent * (i + 1) / parts); });
 }
 
 #define KEP_INSTANTIATE(T) template void CopyToImage<T>(const Image3d<T>&, Image3d<T>&);

@@ -2,11 +2,13 @@
 
 #include "core/kepalgo/runs/kep_runs.h"
 #include "core/kepcore/kep_exceptions.h"
+#include "core/kepcore/kep_threads.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <iterator>
 #include <limits>
 #include <type_traits>
 #include <utility>
@@ -84,29 +86,19 @@ public:
     };
 
     template <typename V>
-    explicit ComponentRuns(const Image3d<V>& image) : m_size(image.size) {
-        constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-        if (m_size.x > most)
-            throw LibException("CreateForegroundRegionsFF(): The image is too large.");
+    explicit ComponentRuns(const Image3d<V>& image) : m_size(image.size), m_rowStarts(1) {
         const std::size_t rows = m_size.y * m_size.z;
-        m_rowStarts.reserve(rows + 1);
-        m_rowStarts.push_back(0);
-        m_runs.reserve(rows);
-        for (std::size_t row = 0; row < rows; ++row) {
-            detail::ForEachRun(image.begin() + row * m_size.x, m_size.x, [this](std::size_t from, std::size_t until) {
-                m_runs.push_back({static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(until),
-                                  static_cast<std::uint32_t>(m_runs.size())});
-            });
-            if (m_runs.size() > most)
-                throw LibException("CreateForegroundRegionsFF(): The image is too large.");
-            m_rowStarts.push_back(static_cast<std::uint32_t>(m_runs.size()));
-            if (m_rowStarts[row] == m_runs.size())
-                continue;
-            if (row % m_size.y != 0)
-                Join(row, row - 1);
-            if (row >= m_size.y)
-                Join(row, row - m_size.y);
+        std::vector<ComponentRuns> parts(GetPartCount(), ComponentRuns(m_size));
+        const auto getFirstRow = [&](std::size_t part) { return rows * part / parts.size(); };
+        ForEachPart(parts.size(), [&](std::size_t i) { parts[i].Find(image, getFirstRow(i), getFirstRow(i + 1)); });
+        if (parts.size() == 1) {
+            *this = std::move(parts[0]);
+            return;
         }
+        for (ComponentRuns& part : parts)
+            Append(std::move(part));
+        for (std::size_t i = 1; i < parts.size(); ++i)
+            JoinWithRowsBefore(getFirstRow(i), std::min(getFirstRow(i) + m_size.y, getFirstRow(i + 1)));
     }
 
     /// Turns links into labels, which rise with the first voxel of each component.
@@ -136,15 +128,80 @@ public:
     /// @param isClear  the frame is all zeros
     template <typename L>
     void Paint(L* voxels, bool isClear) const {
-        for (std::size_t row = 0; row + 1 < m_rowStarts.size(); ++row, voxels += m_size.x) {
-            if (!isClear)
-                std::memset(voxels, 0, m_size.x * sizeof(L));
-            for (std::size_t i = m_rowStarts[row]; i < m_rowStarts[row + 1]; ++i)
-                std::fill(voxels + m_runs[i].from, voxels + m_runs[i].until, static_cast<L>(m_runs[i].link));
-        }
+        const std::size_t rows = m_rowStarts.size() - 1;
+        const std::size_t parts = GetPartCount();
+        ForEachPart(parts, [&](std::size_t part) {
+            for (std::size_t row = rows * part / parts; row < rows * (part + 1) / parts; ++row) {
+                L* const to = voxels + row * m_size.x;
+                if (!isClear)
+                    std::memset(to, 0, m_size.x * sizeof(L));
+                for (std::size_t i = m_rowStarts[row]; i < m_rowStarts[row + 1]; ++i)
+                    std::fill(to + m_runs[i].from, to + m_runs[i].until, static_cast<L>(m_runs[i].link));
+            }
+        });
     }
 
 private:
+    static constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
+
+    explicit ComponentRuns(const Vector3d<std::size_t>& size) : m_size(size), m_rowStarts(1) {}
+
+    [[noreturn]] static void ThrowTooLarge() {
+        throw LibException("CreateForegroundRegionsFF(): The image is too large.");
+    }
+
+    /// How many threads share the rows.
+    std::size_t GetPartCount() const {
+        constexpr std::size_t worthwhile = 2000000; // voxels for each
+        return std::clamp<std::size_t>(m_size.x * m_size.y * m_size.z / worthwhile, 1, GetThreadLimit());
+    }
+
+    /// Finds the runs of some rows, and joins those that touch within these rows.
+    template <typename V>
+    void Find(const Image3d<V>& image, std::size_t begin, std::size_t end) {
+        if (m_size.x > most)
+            ThrowTooLarge();
+        m_rowStarts.reserve(end - begin + 1);
+        m_runs.reserve(end - begin);
+        for (std::size_t row = begin; row < end; ++row) {
+            detail::ForEachRun(image.begin() + row * m_size.x, m_size.x, [this](std::size_t from, std::size_t until) {
+                m_runs.push_back({static_cast<std::uint32_t>(from), static_cast<std::uint32_t>(until),
+                                  static_cast<std::uint32_t>(m_runs.size())});
+            });
+            if (m_runs.size() > most)
+                ThrowTooLarge();
+            m_rowStarts.push_back(static_cast<std::uint32_t>(m_runs.size()));
+            if (m_rowStarts[row - begin] == m_runs.size())
+                continue;
+            if (row % m_size.y != 0 && row > begin)
+                Join(row - begin, row - begin - 1);
+            if (row >= begin + m_size.y)
+                Join(row - begin, row - begin - m_size.y);
+        }
+    }
+
+    /// Takes the runs of the rows that follow.
+    void Append(ComponentRuns&& part) {
+        const std::size_t before = m_runs.size();
+        if (part.m_runs.size() > most - before)
+            ThrowTooLarge();
+        const auto offset = static_cast<std::uint32_t>(before);
+        for (Run& run : part.m_runs)
+            run.link += offset;
+        m_runs.insert(m_runs.end(), part.m_runs.begin(), part.m_runs.end());
+        std::transform(part.m_rowStarts.begin() + 1, part.m_rowStarts.end(), std::back_inserter(m_rowStarts),
+                       [offset](std::uint32_t start) { return start + offset; });
+        part = ComponentRuns(m_size);
+    }
+
+    /// Joins the runs of some rows, no more than a slice has, with those of the rows before `begin`.
+    void JoinWithRowsBefore(std::size_t begin, std::size_t end) {
+        if (begin % m_size.y != 0)
+            Join(begin, begin - 1);
+        for (std::size_t row = std::max(begin, m_size.y); row < end; ++row)
+            Join(row, row - m_size.y);
+    }
+
     template <typename Visit>
     void ForEachRow(Visit visit) const {
         std::size_t row = 0;

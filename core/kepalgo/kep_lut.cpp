@@ -44,7 +44,8 @@ LUT<T, U>::LUT(LUT&& src) noexcept
       m_first(std::exchange(src.m_first, T{})),
       m_last(std::exchange(src.m_last, T{})),
       m_oneEach(std::exchange(src.m_oneEach, false)),
-      m_coversType(std::exchange(src.m_coversType, false)) {}
+      m_coversType(std::exchange(src.m_coversType, false)),
+      m_ramp(std::exchange(src.m_ramp, std::nullopt)) {}
 
 template <typename T, typename U>
 LUT<T, U>& LUT<T, U>::operator=(LUT&& src) noexcept {
@@ -54,6 +55,7 @@ LUT<T, U>& LUT<T, U>::operator=(LUT&& src) noexcept {
     m_last = taken.m_last;
     m_oneEach = taken.m_oneEach;
     m_coversType = taken.m_coversType;
+    m_ramp = taken.m_ramp;
     return *this;
 }
 
@@ -64,6 +66,7 @@ void LUT<T, U>::Init(long size, T first, T last) {
     m_last = last;
     m_oneEach = false;
     m_coversType = false;
+    m_ramp.reset();
     const auto count = static_cast<std::size_t>(std::max(size, 0L));
     try {
         m_entries.resize(count);
@@ -117,6 +120,7 @@ void LUT<T, U>::CreateAffine(float a, float b, U low, U high) requires std::inte
     if constexpr (std::integral<U>) { // clang 14 instantiates members whose requirement does not hold
         const double factor = a;
         const double shift = b;
+        m_ramp.reset();
         FillByCurve([=](double key) { return RoundBetween(factor * key + shift, low, high); });
     }
 }
@@ -131,6 +135,9 @@ void LUT<T, U>::CreateGamma(T from, T to, float gamma, U low, U high) requires s
     if constexpr (std::integral<U>) { // as in CreateAffine
         const double base = static_cast<double>(low);
         const double rise = static_cast<double>(high) - base;
+        m_ramp.reset();
+        if (exponent == 1.0)
+            m_ramp = Ramp{std::min(from, to), std::max(from, to), low, high};
         FillByCurve([=](double key) {
             // In this order: with start and end the same, keys up to it are low, so that a background of zeros is
             // black.
@@ -146,6 +153,7 @@ void LUT<T, U>::CreateGamma(T from, T to, float gamma, U low, U high) requires s
 
 template <typename T, typename U>
 void LUT<T, U>::CreateThresholding(T from, T to, U low, U high) requires std::integral<U> {
+    m_ramp.reset();
     std::fill(m_entries.begin(), m_entries.end(), low);
     if (m_entries.empty() || !(from <= to) || !(to >= m_first) || !(from <= m_last))
         return;

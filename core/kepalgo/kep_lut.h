@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <limits>
+#include <optional>
 #include <vector>
 
 /// Types of keys and outputs that tables exist for; X is called with each pair.
@@ -75,6 +76,17 @@ public:
     T GetFirst() const { return m_first; }                   ///< key of the first entry
     T GetLast() const { return m_last; }                     ///< key of the last entry
 
+    /// A straight line between two keys, and all that lies beside it.
+    struct Ramp {
+        T from; ///< the keys up to it give low
+        T to;   ///< the keys from it on give high
+        U low;  ///< the outputs, which may fall
+        U high; ///< as low
+    };
+    /// The line that CreateGamma drew last, if its gamma was 1 and nothing was drawn over it. A hint for those who
+    /// compute outputs instead of looking them up: entries that were changed by Set and GetData are not in it.
+    const std::optional<Ramp>& GetRamp() const { return m_ramp; }
+
     /// Outputs a * key + b, rounded, held between low and high, which may fall.
     void CreateAffine(float a, float b, U low, U high) requires std::integral<U>;
 
@@ -114,6 +126,7 @@ private:
     T m_last{};
     bool m_oneEach = false;    ///< the keys are whole numbers with one entry each
     bool m_coversType = false; ///< and they are all values of a type of 8 or 16 bits
+    std::optional<Ramp> m_ramp;
 };
 
 #define KEP_DECLARE(T, U) extern template class LUT<T, U>;

@@ -1,5 +1,7 @@
 #include "core/kepalgo/kep_lutpixels.h"
 
+#include "core/kepalgo/pixels/kep_ramplevels.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
@@ -9,6 +11,7 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <type_traits>
 #if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
 #include <immintrin.h>
@@ -110,6 +113,40 @@ void WriteColoursByProcessor(const T* voxels, std::size_t count, const std::uint
     WriteColours(voxels, count, colours, pixels);
 }
 #endif
+
+#if defined(__x86_64__) && !defined(ZEL_PLAIN_KERNELS)
+/// Each level as the three components of a pixel.
+[[gnu::target("ssse3")]] void WriteGray(const unsigned char* levels, std::size_t count, Pixel* pixels) {
+    const __m128i first = _mm_setr_epi8(0, 0, 0, 1, 1, 1, 2, 2, 2, 3, 3, 3, 4, 4, 4, 5);
+    const __m128i second = _mm_setr_epi8(5, 5, 6, 6, 6, 7, 7, 7, 8, 8, 8, 9, 9, 9, 10, 10);
+    const __m128i third = _mm_setr_epi8(10, 11, 11, 11, 12, 12, 12, 13, 13, 13, 14, 14, 14, 15, 15, 15);
+    std::size_t i = 0;
+    for (; i + 16 <= count; i += 16) {
+        const __m128i sixteen = _mm_loadu_si128(reinterpret_cast<const __m128i*>(levels + i));
+        auto* const to = reinterpret_cast<__m128i*>(pixels + i);
+        _mm_storeu_si128(to, _mm_shuffle_epi8(sixteen, first));
+        _mm_storeu_si128(to + 1, _mm_shuffle_epi8(sixteen, second));
+        _mm_storeu_si128(to + 2, _mm_shuffle_epi8(sixteen, third));
+    }
+    for (; i < count; ++i)
+        pixels[i] = Pixel(levels[i], levels[i], levels[i]);
+}
+#else
+void WriteGray(const unsigned char* levels, std::size_t count, Pixel* pixels) {
+    for (std::size_t i = 0; i < count; ++i)
+        pixels[i] = Pixel(levels[i], levels[i], levels[i]);
+}
+#endif
+
+/// Gray pixels of voxels whose levels are computed, in parts that the nearest cache holds.
+void WriteRamp(const RampLevels& ramp, const unsigned short* voxels, std::size_t count, Pixel* pixels) {
+    std::array<unsigned char, 4096> levels;
+    for (std::size_t i = 0; i < count; i += levels.size()) {
+        const std::size_t now = std::min(levels.size(), count - i);
+        ramp.Find(voxels + i, now, levels.data());
+        WriteGray(levels.data(), now, pixels + i);
+    }
+}
 
 /// Places of float keys in a table, as LUT::GetIndex finds them, for many keys at once. The last key lies above the
 /// first, and both are finite.
@@ -226,6 +263,14 @@ void MapToPixels(const LUT<T, unsigned char>& levels, const Palette* palette, co
     if constexpr (std::unsigned_integral<T>) {
         const unsigned char* const table = levels.GetWholeType();
         constexpr std::size_t values = std::size_t{std::numeric_limits<T>::max()} + 1;
+        if constexpr (std::is_same_v<T, unsigned short>) {
+            // Computing levels costs a comparison of the whole table first. With a palette, looking up levels and
+            // colours at once is sooner done.
+            if (const auto ramp = palette == nullptr && count >= values ? RampLevels::Of(levels) : std::nullopt) {
+                WriteRamp(*ramp, voxels, count, pixels);
+                return;
+            }
+        }
         if (table != nullptr && count >= 4 * values) {
             // Of so many voxels each saves a look-up, which is worth a table of the colours of all values.
             const auto direct = std::make_unique_for_overwrite<std::uint32_t[]>(values);
