@@ -1,8 +1,12 @@
 #include "image/kep.h"
 #include "model/zel_histogram.h"
 
+#include <wx/string.h>
+
+#include <algorithm>
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <istream>
 #include <locale>
 #include <new>
@@ -32,8 +36,9 @@ constexpr std::string_view typeName<float> = "float";
 template <typename T>
 using Written = std::conditional_t<std::is_same_v<T, unsigned char>, int, T>;
 
-/// The most bins of a file: 2^25, which take 384 MB with centers of 4 bytes.
-constexpr std::size_t mostBins = std::size_t{1} << 25;
+/// What any file may promise: 2^25 bins, which take 384 MB with centers of 4 bytes. A longer file may promise as many
+/// as it has room for counters.
+constexpr std::uint64_t leastLimit = std::uint64_t{1} << 25;
 
 /// The bytes of a plain file for a stream.
 class FileBuffer final : public std::streambuf {
@@ -124,8 +129,9 @@ bool ReadLayout(std::istream& in, Layout<T>& layout) {
 /// The layout makes sense, and a file of so many bytes can hold its counters, each with the blank behind it.
 template <typename T>
 bool IsSound(const Layout<T>& layout, std::uint64_t fileLength) {
-    return layout.count <= mostBins && layout.first <= layout.last && layout.last < layout.count &&
-           layout.last - layout.first + 1 <= fileLength / 2;
+    const std::uint64_t mostCounters = fileLength / 2;
+    return layout.count <= std::max(leastLimit, mostCounters) && layout.first <= layout.last &&
+           layout.last < layout.count && layout.last - layout.first + 1 <= mostCounters;
 }
 
 template <typename T>

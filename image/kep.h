@@ -19,6 +19,8 @@
 #include "core/kepcore/kep_plainfile.h"
 #include "core/kepcore/kep_resolution.h"
 #include "core/kepcore/kep_rgb.h"
+#include "core/kepcore/kep_threads.h"
 #include "core/kepcore/kep_vector.h"
 #include "core/kepcore/kep_version.h"
 #include "core/kepcore/kep_voxeltypes.h"
+#include "core/kepcore/kep_voxelvisitor.h"

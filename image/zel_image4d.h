@@ -10,6 +10,7 @@
 
 #include <cstddef>
 #include <memory>
+#include <optional>
 #include <valarray>
 #include <vector>
 
@@ -105,8 +106,8 @@ public:
     }
     std::size_t GetInFrameIndex(const kep::Vector3d<std::size_t>& p) const {
         return detail::PositionToIndex(size, p.x, p.y, p.z);
-        /// @}
     }
+    /// @}
 
     // --- tests of position ---
 
@@ -281,11 +282,16 @@ public:
     void RemoveFrame(int t);
 
 private:
-    static std::unique_ptr<Frame> ReadFrame(const wxString& name, bool binary);
+    struct MeasuredFrame {
+        std::unique_ptr<Frame> frame;
+        std::optional<ExtremaValues<T>> extremes; ///< none: not known yet
+    };
+    static MeasuredFrame ReadFrame(const wxString& name, bool binary);
     detail::FrameGeometry GetGeometry() const;
     void TakeGeometry(const Frame& frame);
-    void AppendFrame(std::unique_ptr<Frame> frame, const wxString& name);
-    void TakeExtremes(const Frame& frame);
+    void AppendFrame(std::unique_ptr<Frame> frame, const wxString& name,
+                     const std::optional<ExtremaValues<T>>& known = {});
+    void TakeExtremes(const Frame& frame, const std::optional<ExtremaValues<T>>& known = {});
 
     kep::Vector3d<float> offset;
     kep::Resolution resolution;

@@ -19,25 +19,23 @@ template <typename T>
 void ChannelMapping<T>::NarrowRange(const Histogram<T>& histogram) {
     if (histogram.empty())
         return;
-    rangeMin = std::max(rangeMin, histogram.GetLeftCenter());
-    rangeMax = std::min(rangeMax, histogram.GetRightCenter());
-    if (rangeMin > rangeMax) {
-        rangeMin = histogram.GetLeftCenter();
-        rangeMax = histogram.GetRightCenter();
-    }
+    const T first = histogram.GetLeftCenter();
+    const T last = histogram.GetRightCenter();
+    const auto [low, high] = std::minmax(rangeMin, rangeMax);
+    const bool isOutside = high < first || low > last;
+    rangeMin = isOutside ? first : std::max(first, rangeMin); // in this order, as it takes the histogram's end for NaN
+    rangeMax = isOutside ? last : std::min(last, rangeMax);
 }
 
 template <typename T>
 HistogramPart<T> ChannelMapping<T>::GetPart(const Histogram<T>& histogram) const {
-    const auto [low, high] = std::minmax(rangeMin, rangeMax);
-    return histogram.GetPart(low, high);
+    return histogram.GetPart(rangeMin, rangeMax);
 }
 
 template <typename T>
 Histogram<T> ChannelMapping<T>::CopyPart(const Histogram<T>& histogram) const {
-    const auto [low, high] = std::minmax(rangeMin, rangeMax);
     Histogram<T> part;
-    part.CreateSubHist(histogram, low, high);
+    part.CreateSubHist(histogram, rangeMin, rangeMax);
     return part;
 }
 

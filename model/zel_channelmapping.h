@@ -25,7 +25,8 @@ struct ZEL_EXPORT ChannelMapping {
     /// a new TLevelsParams<T, unsigned char>.
     static ChannelMapping Of(const Histogram<T>& histogram);
 
-    /// Takes from the range what lies outside the histogram. A range that lies wholly outside becomes the histogram's.
+    /// Takes from the range what lies below the histogram and above it. A range that lies wholly outside becomes the
+    /// histogram's, and so does an end that is NaN; a range with its ends exchanged stays so.
     void NarrowRange(const Histogram<T>& histogram);
 
     /// The part of a histogram, which has bins, between the ends of the range, whichever of them is the lower.
@@ -57,8 +58,8 @@ struct ZEL_EXPORT ChannelMapping {
     /// Both, and each end of the levels on either side.
     void HoldAll(const Histogram<T>& histogram);
 
-    /// Thresholds at the ends of the range change nothing: such a channel counts as not thresholded.
-    bool HasThresholds() const { return thresholds != ThresParams<T>{rangeMin, rangeMax}; }
+    /// Whether thresholds make a difference. At the ends of the range they don't: the channel is not thresholded then.
+    bool IsThresholdedBy(const ThresParams<T>& params) const { return params != ThresParams<T>{rangeMin, rangeMax}; }
 
 private:
     std::pair<T, T> GetRangeInBins(const Histogram<T>& histogram) const;

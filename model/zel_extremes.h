@@ -6,6 +6,7 @@
 #include "model/zel_export.h"
 
 #include <complex>
+#include <cstddef>
 #include <limits>
 
 namespace mor {
@@ -93,6 +94,22 @@ struct ZEL_EXPORT ExtremaValues<std::complex<F>> {
 /// A frame without voxels leaves the extremes as they are. One reading pass.
 template <typename T>
 void ComputeFrameExtremes(const kep::Image3d<T>& frame, ExtremaValues<T>& extremes);
+
+/// Extremes of a frame whose voxels come in blocks, one behind the other: the same as ComputeFrameExtremes of them all.
+template <typename T>
+class ZEL_EXPORT RunningExtremes {
+public:
+    /// The next voxels of the frame.
+    void Add(const T* first, std::size_t number);
+    /// Those of all voxels so far; empty values if there were none.
+    const ExtremaValues<T>& Get() const { return values; }
+    std::size_t CountVoxels() const { return voxels; } ///< that have come
+
+private:
+    T start{}; ///< the first voxel, which all others are held against
+    ExtremaValues<T> values;
+    std::size_t voxels = 0;
+};
 
 /// Widens the extremes by those of one frame. A frame without voxels leaves them as they are. One reading pass.
 template <typename T>

@@ -155,8 +155,8 @@ std::size_t Histogram<T>::FindRightPercentil(double p) const {
 
 template <typename T>
 HistogramPart<T> Histogram<T>::GetPart(T from, T to) const& {
-    const std::size_t low = GetBinPos(from);
-    return {*this, low, GetBinPos(to) - low + 1};
+    const auto [low, high] = std::minmax({GetBinPos(from), GetBinPos(to)});
+    return {*this, low, high - low + 1};
 }
 
 template <typename T>

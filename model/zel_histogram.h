@@ -102,8 +102,8 @@ public:
     /// The same from the right; p = 0, or counters of zero alone, give the last bin.
     std::size_t FindRightPercentil(double p) const;
 
-    /// The bins from that of `from` to that of `to`, both included, to be read where they are. from <= to must hold,
-    /// and there must be bins.
+    /// The bins from that of `from` to that of `to`, whichever is the lower, both included, to be read where they are.
+    /// There must be bins. Any value has a bin, NaN the first.
     HistogramPart<T> GetPart(T from, T to) const&;
     HistogramPart<T> GetPart(T from, T to) const&& = delete; // the bins would be gone
 
@@ -117,8 +117,8 @@ public:
 
     // Files have the toolkit's names, so these two live in the viewer library, and whoever calls them links it.
 
-    /// Reads a histogram file as Save writes it, of at most 2^25 bins. Memory is taken only for what a file of that
-    /// length can hold: a counter takes two bytes or more.
+    /// Reads a histogram file as Save writes it. Memory is taken only for what a file of that length can hold, where a
+    /// counter takes two bytes or more, and for up to 2^25 bins in any case, as most may be zero.
     /// @return false if the file can't be read or is no plain file, is of another element type, holds no sound layout,
     ///         promises more counters or bins than that, or asks for more memory than there is: nothing has changed
     ///         then. Also false if a counter is wrong or missing: the layout is then the file's, with the counters read

@@ -1,11 +1,32 @@
 #include "model/zel_isosurfacegenerator.h"
 
+#include "core/kepcore/kep_threads.h"
 #include "model/surface/zel_surfacewalk.h"
 
 #include <algorithm>
 #include <utility>
 
 namespace zel {
+
+namespace {
+
+void FinishSurfaces(std::vector<detail::SurfaceArrays>& surfaces) {
+    const auto finish = [&](std::size_t i) {
+        detail::ComputeNormals(surfaces[i]);
+        surfaces[i].vertices.ShrinkToFit();
+        surfaces[i].indices.ShrinkToFit();
+    };
+    std::size_t floats = 0;
+    for (const detail::SurfaceArrays& surface : surfaces)
+        floats += surface.vertices.GetSize();
+    constexpr std::size_t worthThreads = 100000;
+    if (floats >= worthThreads)
+        return kep::ForEachPart(surfaces.size(), finish);
+    for (std::size_t i = 0; i < surfaces.size(); ++i)
+        finish(i);
+}
+
+} // namespace
 
 LabelSurface::LabelSurface(unsigned short label, detail::SurfaceArrays&& arrays)
     : m_label(label), m_arrays(std::move(arrays)) {}
@@ -38,14 +59,11 @@ void IsosurfaceGenerator::Generate(const detail::LabelVolume& volume,
     std::vector<unsigned short> labelOf(arrays.size());
     for (const auto& [label, surface] : labelToSurface)
         labelOf[surface] = label;
+    FinishSurfaces(arrays);
     std::vector<LabelSurface> surfaces;
     surfaces.reserve(arrays.size());
-    for (std::size_t surface = 0; surface < arrays.size(); ++surface) {
-        detail::ComputeNormals(arrays[surface]);
-        arrays[surface].vertices.ShrinkToFit();
-        arrays[surface].indices.ShrinkToFit();
+    for (std::size_t surface = 0; surface < arrays.size(); ++surface)
         surfaces.emplace_back(labelOf[surface], std::move(arrays[surface]));
-    }
     m_surfaces = std::move(surfaces);
     m_valid = true;
 }

@@ -46,6 +46,8 @@ public:
     void Append(std::size_t count) { m_size += count; }
 
     void Clear() { m_size = 0; }
+    /// Forgets the elements from `size` on.
+    void CutTo(std::size_t size) { m_size = size; }
 
     /// Gives the room that is not used back to the system.
     void ShrinkToFit() {

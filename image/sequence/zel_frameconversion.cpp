@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 
 namespace mor {
 
@@ -31,6 +32,23 @@ bool IsFinite(float v) {
 template <typename F>
 bool IsFinite(const std::complex<F>& v) {
     return std::isfinite(v.real()) && std::isfinite(v.imag());
+}
+
+/// In blocks of a known length, which compilers take several numbers at a time.
+template <typename F>
+bool AreFiniteNumbers(const F* first, std::size_t number) {
+    constexpr std::size_t block = 256;
+    constexpr F greatest = std::numeric_limits<F>::max();
+    while (number >= block) {
+        int invalid = 0;
+        for (std::size_t i = 0; i < block; ++i)
+            invalid |= !(std::fabs(first[i]) <= greatest);
+        if (invalid != 0)
+            return false;
+        first += block;
+        number -= block;
+    }
+    return std::all_of(first, first + number, [](F value) { return std::isfinite(value); });
 }
 
 template <typename T>
@@ -61,6 +79,16 @@ void BinaryFrameToVoxels(const kep::Image3d<bool>& binary, kep::Image3d<T>& fram
     frame.MakeRoom(binary.size.x, binary.size.y, binary.size.z);
     std::transform(binary.begin(), binary.end(), frame.begin(),
                    [](bool set) { return set ? SetVoxelOf<T>::value : T(); });
+}
+
+bool AreFinite(const float* first, std::size_t number) {
+    return AreFiniteNumbers(first, number);
+}
+bool AreFinite(const std::complex<float>* first, std::size_t number) {
+    return AreFiniteNumbers(reinterpret_cast<const float*>(first), 2 * number);
+}
+bool AreFinite(const std::complex<double>* first, std::size_t number) {
+    return AreFiniteNumbers(reinterpret_cast<const double*>(first), 2 * number);
 }
 
 bool ZeroInvalidFloats(kep::Image3d<float>& frame) {

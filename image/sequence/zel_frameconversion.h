@@ -4,6 +4,7 @@
 #include "model/zel_export.h"
 
 #include <complex>
+#include <cstddef>
 
 namespace mor {
 
@@ -11,6 +12,13 @@ namespace mor {
 /// 255 whatever the type, in all components of a colour and in the real part of a complex number; the others T().
 template <typename T>
 void BinaryFrameToVoxels(const kep::Image3d<bool>& binary, kep::Image3d<T>& frame);
+
+/// @{
+/// Whether none of these voxels is infinite or NaN, or has such a part.
+ZEL_EXPORT bool AreFinite(const float* first, std::size_t number);
+ZEL_EXPORT bool AreFinite(const std::complex<float>* first, std::size_t number);
+ZEL_EXPORT bool AreFinite(const std::complex<double>* first, std::size_t number);
+/// @}
 
 /// Replaces infinite and NaN voxels by 0; of a complex voxel with one such part, both. If there was any, logs a warning
 /// and shows a message box, once, and blocks in it: that needs a running user interface, sound frames don't.

@@ -9,21 +9,34 @@
 #include <wx/log.h>
 
 #include <cstddef>
+#include <memory>
+#include <optional>
+#include <utility>
 
 namespace mor {
 
 template <typename T>
-std::unique_ptr<kep::Image3d<T>> Image4d<T>::ReadFrame(const wxString& name, bool binary) {
+typename Image4d<T>::MeasuredFrame Image4d<T>::ReadFrame(const wxString& name, bool binary) {
     auto frame = std::make_unique<Frame>();
     if (binary) {
         const kep::Image3d<bool> twoValued(name.fn_str(), nullptr, false, -1, nullptr, nullptr);
         BinaryFrameToVoxels(twoValued, *frame);
-        return frame;
+        return {std::move(frame), {}};
     }
-    frame->ReadImage(name.fn_str(), nullptr, false, -1, nullptr, nullptr);
+    RunningExtremes<T> extremes;
+    bool isSound = true; // what is not changes after it was read
+    {
+        const kep::VoxelVisitor<T> measure([&](const T* first, std::size_t number) {
+            extremes.Add(first, number);
+            if constexpr (requires { AreFinite(first, number); })
+                isSound = isSound && AreFinite(first, number);
+        });
+        frame->ReadImage(name.fn_str(), nullptr, false, -1, nullptr, nullptr);
+    }
     if constexpr (requires { ReplaceInvalidFloats(*frame); })
-        ReplaceInvalidFloats(*frame);
-    return frame;
+        if (!isSound)
+            ReplaceInvalidFloats(*frame);
+    return {std::move(frame), isSound ? std::optional(extremes.Get()) : std::nullopt};
 }
 
 template <typename T>
@@ -47,9 +60,9 @@ void Image4d<T>::ReadSequence_First(const wxArrayString& Names, bool binary) {
     const wxString name = Names[0];
     DestroyData();
     wxLogMessage("%s", "I_Reading: " + name);
-    auto frame = ReadFrame(name, binary);
-    TakeGeometry(*frame);
-    AppendFrame(std::move(frame), name);
+    MeasuredFrame read = ReadFrame(name, binary);
+    TakeGeometry(*read.frame);
+    AppendFrame(std::move(read.frame), name, read.extremes);
 }
 
 template <typename T>
@@ -57,9 +70,9 @@ void Image4d<T>::ReadSequence_Next(const wxArrayString& Names, bool binary) {
     detail::CheckNames(Names);
     const wxString name = Names[sizeT];
     wxLogMessage("%s", "I_Reading: " + name);
-    auto frame = ReadFrame(name, binary);
-    detail::CheckGeometry(detail::GeometryOf(*frame), GetGeometry());
-    AppendFrame(std::move(frame), name);
+    MeasuredFrame read = ReadFrame(name, binary);
+    detail::CheckGeometry(detail::GeometryOf(*read.frame), GetGeometry());
+    AppendFrame(std::move(read.frame), name, read.extremes);
 }
 
 template <typename T>

@@ -137,24 +137,32 @@ detail::FrameGeometry Image4d<T>::GetGeometry() const {
 }
 
 template <typename T>
-void Image4d<T>::AppendFrame(std::unique_ptr<Frame> frame, const wxString& name) {
+void Image4d<T>::AppendFrame(std::unique_ptr<Frame> frame, const wxString& name,
+                             const std::optional<ExtremaValues<T>>& known) {
     detail::AppendFrame(std::move(frame), name, frames, names);
     ++sizeT;
-    TakeExtremes(*frames.back());
+    TakeExtremes(*frames.back(), known);
 }
 
 template <typename T>
-void Image4d<T>::TakeExtremes(const Frame& frame) {
+void Image4d<T>::TakeExtremes(const Frame& frame, const std::optional<ExtremaValues<T>>& known) {
     if (sizeT == 1)
         extremes.SetEmpty();
+    if (frame.IsEmpty())
+        return;
     // Frames without voxels have no part in the extremes: the first one with voxels sets them.
     const auto end = frames.begin() + static_cast<std::ptrdiff_t>(sizeT);
     const bool widens =
         std::any_of(frames.begin(), end, [&frame](const Frame* other) { return other != &frame && !other->IsEmpty(); });
-    if (widens)
-        MergeFrameExtremes(frame, extremes);
+    ExtremaValues<T> own;
+    if (known)
+        own = *known;
     else
-        ComputeFrameExtremes(frame, extremes);
+        ComputeFrameExtremes(frame, own);
+    if (widens)
+        extremes.Merge(own);
+    else
+        extremes = own;
 }
 
 } // namespace mor

@@ -1,6 +1,8 @@
 #pragma once
 
-// Private to the model: counters that are quick to add to, and the sharing of values between two threads.
+// Private to the model: counters that are quick to add to, and the sharing of values between threads.
+
+#include "core/kepcore/kep_threads.h"
 
 #include <algorithm>
 #include <array>
@@ -9,12 +11,11 @@
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
-#include <future>
 #include <limits>
 #include <memory>
 #include <new>
-#include <thread>
 #include <utility>
+#include <vector>
 
 namespace zel::detail {
 
@@ -23,10 +24,7 @@ namespace zel::detail {
 template <std::size_t tables>
 class SideBySide {
 public:
-    /// As many values may be counted before AddUp: then not even a single counter can overflow.
-    static constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max();
-
-    /// For numbers below n.
+    /// For numbers below n. Up to 2^32 values may be counted before they are added up.
     explicit SideBySide(std::size_t n)
         : length(n),
           // Cleared by the system, page by page where it is touched: most images use a small part of 65536 numbers.
@@ -81,6 +79,28 @@ public:
         for (; i < number; ++i)
             ++counters[0][at(i)];
         used = std::numeric_limits<std::uint32_t>::max();
+    }
+
+    /// Counts numbers in turns: the first one in the first table, the next in the second, and so on.
+    /// @param number  a multiple of the tables
+    void CountInTurns(const std::uint16_t* first, std::size_t number) {
+        const Tables counters = GetTables();
+        for (std::size_t i = 0; i < number; i += tables)
+            for (std::size_t k = 0; k < tables; ++k)
+                ++counters[k][first[i + k]];
+        used = std::numeric_limits<std::uint32_t>::max();
+    }
+
+    /// Calls add(table, number, count) for what CountInTurns has counted, and starts anew.
+    template <typename Add>
+    void AddUpTables(const Add& add) {
+        const std::size_t end = std::min(length, std::size_t{used} + 1);
+        const Tables counters = GetTables();
+        for (std::size_t k = 0; k < tables; ++k)
+            for (std::size_t i = 0; i < end; ++i)
+                if (const std::size_t sum = std::exchange(counters[k][i], 0U); sum != 0)
+                    add(k, i, sum);
+        used = 0;
     }
 
     /// Calls add(number, count) for each number that came up, and starts anew.
@@ -147,32 +167,49 @@ private:
     std::uint32_t used = 0; ///< all bits of all numbers counted
 };
 
-/// Counts numbers below `length`, many of them in two threads: processors store one counter at a time, which takes much
-/// longer than reading the voxels.
-/// @param count  called with counters and a part of the values, from its first on; throws nothing
+/// How many threads share the counting of so many values: a thread takes as long to start as some ten thousand.
+inline std::size_t GetCountingParts(std::size_t number) {
+    constexpr std::size_t worthwhile = 250000;
+    constexpr std::size_t most = 16; // more would take longer to add up than they gain
+    return std::clamp<std::size_t>(number / worthwhile, 1, std::min(kep::GetThreadLimit(), most));
+}
+
+/// Shares values out to threads, each with counters of its own: processors store one counter at a time, which takes
+/// much longer than reading the voxels.
+/// @param counters  one for each part
+/// @param count     called with counters, the first value and the number of values of a part; throws nothing
+/// @param addUp     called with counters, which start anew then
+template <typename Counters, typename Count, typename AddUp>
+void CountInParts(std::vector<Counters>& counters, std::size_t number, const Count& count, const AddUp& addUp) {
+    constexpr std::size_t most = std::numeric_limits<std::uint32_t>::max() / 2; // then no counter can overflow
+    const std::size_t parts = counters.size();
+    for (std::size_t done = 0; done < number; done += most) {
+        const std::size_t now = std::min(number - done, most);
+        kep::ForEachPart(parts, [&](std::size_t i) {
+            const std::size_t from = now * i / parts;
+            count(counters[i], done + from, now * (i + 1) / parts - from);
+        });
+        for (Counters& some : counters)
+            addUp(some);
+    }
+}
+
+/// Counts numbers below `length`.
+/// @param count  as CountInParts has it
 /// @param add    gets the counts of each number that came up
 template <std::size_t tables, typename Count, typename Add>
-void CountInTables(std::size_t length, std::size_t number, Count&& count, Add&& add) {
-    constexpr std::size_t worthwhile = 500000; // a thread takes as long to start as some ten thousand values to count
-    const bool two = number >= worthwhile && std::thread::hardware_concurrency() > 1;
-    SideBySide<tables> counters(length);
-    SideBySide<tables> others(two ? length : 0);
-    for (std::size_t done = 0; done < number; done += counters.most) {
-        const std::size_t part = std::min(number - done, counters.most);
-        const std::size_t half = two ? part / 2 : 0;
-        // Where there is no thread to be had, it runs in the call of get().
-        auto other = std::async(two ? std::launch::async | std::launch::deferred : std::launch::deferred,
-                                [&] { count(others, done + part - half, half); });
-        count(counters, done, part - half);
-        other.get();
-        counters.AddUp(add);
-        others.AddUp(add);
-    }
+void CountInTables(std::size_t length, std::size_t number, const Count& count, const Add& add) {
+    std::vector<SideBySide<tables>> counters;
+    const std::size_t parts = GetCountingParts(number);
+    counters.reserve(parts);
+    while (counters.size() < parts)
+        counters.emplace_back(length);
+    CountInParts(counters, number, count, [&](SideBySide<tables>& some) { some.AddUp(add); });
 }
 
 /// The same, with as many counters for each number as suit the length.
 template <typename Count, typename Add>
-void CountInTwo(std::size_t length, std::size_t number, Count&& count, Add&& add) {
+void CountInParts(std::size_t length, std::size_t number, const Count& count, const Add& add) {
     if (length <= 1024)
         CountInTables<8>(length, number, count, add);
     else

@@ -1,5 +1,6 @@
 #include "model/surface/zel_surfacewalk.h"
 
+#include "core/kepcore/kep_threads.h"
 #include "model/surface/zel_marchingcubes.h"
 
 #include <algorithm>
@@ -8,6 +9,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <utility>
 
 namespace zel::detail {
 
@@ -137,27 +139,43 @@ struct CellLabels {
     }
 };
 
+/// The surface of each label; none for the background.
+std::vector<std::size_t> FindSurfaces(const std::map<Label, std::size_t>& labelToSurface) {
+    std::vector<std::size_t> surfaceOf(std::size_t{std::numeric_limits<Label>::max()} + 1, none);
+    for (const auto& [label, surface] : labelToSurface)
+        if (label != 0)
+            surfaceOf[label] = surface;
+    return surfaceOf;
+}
+
+/// A walk through some slices.
 class SurfaceWalk {
 public:
-    SurfaceWalk(const LabelVolume& volume, const std::map<Label, std::size_t>& labelToSurface)
+    SurfaceWalk(const LabelVolume& volume, std::size_t surfaces, const std::vector<std::size_t>& surfaceOf)
         : m_volume(volume),
           m_sliceSize(volume.size.x * volume.size.y),
-          m_surfaces(labelToSurface.size()),
-          m_surfaceOf(std::size_t{std::numeric_limits<Label>::max()} + 1, none),
-          m_marks((volume.size.x + 3) / 4 * 4) {
-        for (const auto& [label, surface] : labelToSurface)
-            if (label != 0)
-                m_surfaceOf[label] = surface;
-    }
+          m_surfaces(surfaces),
+          m_surfaceOf(surfaceOf),
+          m_marks((volume.size.x + 3) / 4 * 4) {}
 
-    std::vector<SurfaceArrays> Run() {
-        NumberVertices(0, m_front);
-        for (std::size_t k = 0; k + 1 < m_volume.size.z; ++k) {
+    /// Makes the triangles of the cells between slices `first` and `last`, and the vertices of the edges that start in
+    /// those slices. Vertices are counted from 0. Those of `last` come behind all others, and are there only if it is
+    /// the volume's last slice: else the next walk begins with the same ones.
+    std::vector<SurfaceArrays> Run(std::size_t first, std::size_t last) {
+        std::vector<std::size_t> lengths(m_surfaces.size());
+        NumberVertices(first, m_front);
+        for (std::size_t k = first; k < last; ++k) {
+            if (k + 1 == last)
+                std::transform(m_surfaces.begin(), m_surfaces.end(), lengths.begin(),
+                               [](const SurfaceArrays& surface) { return surface.vertices.GetSize(); });
             NumberVertices(k + 1, m_back);
             for (std::size_t j = 0; j + 1 < m_volume.size.y; ++j)
                 MakeTriangles(j, k);
             std::swap(m_front, m_back);
         }
+        if (last + 1 < m_volume.size.z)
+            for (std::size_t i = 0; i < m_surfaces.size(); ++i)
+                m_surfaces[i].vertices.CutTo(lengths[i]);
         return std::move(m_surfaces);
     }
 
@@ -286,10 +304,33 @@ private:
     const LabelVolume m_volume;
     const std::size_t m_sliceSize;
     std::vector<SurfaceArrays> m_surfaces;
-    std::vector<std::size_t> m_surfaceOf; // by label
+    const std::vector<std::size_t>& m_surfaceOf; // by label
     std::vector<std::uint16_t> m_marks;
     SliceNodes m_front, m_back;
 };
+
+/// How many walks share a volume, each through many slices: two that are neighbours both look at the slice between.
+std::size_t GetWalkCount(const kep::Vector3d<std::size_t>& size) {
+    constexpr std::size_t slices = 8;
+    constexpr std::size_t voxels = 500000;
+    const std::size_t most = std::min((size.z - 1) / slices, size.x * size.y * size.z / voxels);
+    return std::clamp<std::size_t>(most, 1, kep::GetThreadLimit());
+}
+
+/// Puts what a later walk has found of a surface behind what the earlier ones have.
+void Join(SurfaceArrays& surface, SurfaceArrays&& more) {
+    const std::size_t before = surface.vertices.GetSize() / 3;
+    const std::size_t floats = more.vertices.GetSize();
+    if (floats > 0)
+        std::memcpy(surface.vertices.Reserve(floats), more.vertices.GetData(), floats * sizeof(float));
+    surface.vertices.Append(floats);
+    const std::size_t indices = more.indices.GetSize();
+    if (indices > 0)
+        std::transform(more.indices.GetData(), more.indices.GetData() + indices, surface.indices.Reserve(indices),
+                       [before](std::uint64_t vertex) { return before + vertex; });
+    surface.indices.Append(indices);
+    more = SurfaceArrays();
+}
 
 } // namespace
 
@@ -297,7 +338,19 @@ std::vector<SurfaceArrays> WalkSurfaces(const LabelVolume& volume,
                                         const std::map<unsigned short, std::size_t>& labelToSurface) {
     if (volume.size.x < 2 || volume.size.y < 2 || volume.size.z < 2) // there is no cell
         return std::vector<SurfaceArrays>(labelToSurface.size());
-    return SurfaceWalk(volume, labelToSurface).Run();
+    const std::vector<std::size_t> surfaceOf = FindSurfaces(labelToSurface);
+    const std::size_t walks = GetWalkCount(volume.size);
+    std::vector<std::vector<SurfaceArrays>> found(walks);
+    kep::ForEachPart(walks, [&](std::size_t i) {
+        const std::size_t last = volume.size.z - 1;
+        found[i] = SurfaceWalk(volume, labelToSurface.size(), surfaceOf).Run(last * i / walks, last * (i + 1) / walks);
+    });
+    if (walks > 1)
+        kep::ForEachPart(labelToSurface.size(), [&](std::size_t surface) {
+            for (std::size_t i = 1; i < walks; ++i)
+                Join(found[0][surface], std::move(found[i][surface]));
+        });
+    return std::move(found[0]);
 }
 
 void ComputeNormals(SurfaceArrays& surface) {

@@ -17,8 +17,9 @@ struct LabelVolume {
     std::size_t border = 0; ///< voxels at each side that are not the image's, which begins behind them
 };
 
-/// Makes the vertices and triangles of all labels. The memory it needs beside them is that of the crossed edges of two
-/// slices, and of a few rows.
+/// Makes the vertices and triangles of all labels, in several threads if there are many voxels; how many makes no
+/// difference to the result. The memory it needs beside them is that of the crossed edges of two slices, and of a few
+/// rows, for each thread.
 std::vector<SurfaceArrays> WalkSurfaces(const LabelVolume& volume,
                                         const std::map<unsigned short, std::size_t>& labelToSurface);
 
