@@ -12,6 +12,7 @@
 #include <wx/stattext.h>
 #include <wx/textctrl.h>
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -25,11 +26,13 @@ bool AskToContinue(wxWindow* parent, const wxString& caption, const wxString& te
     return RunModal(box) == wxID_YES;
 }
 
+/// A number too small for int counts as the smallest one; one too large is none.
 std::optional<int> ParseInt(const wxString& text) {
+    constexpr long lowest = std::numeric_limits<int>::min(), highest = std::numeric_limits<int>::max();
     long number = 0;
-    if (!text.ToLong(&number) || number < std::numeric_limits<int>::min() || number > std::numeric_limits<int>::max())
+    if (!text.ToLong(&number) || number > highest)
         return std::nullopt;
-    return static_cast<int>(number);
+    return static_cast<int>(std::max(number, lowest));
 }
 
 /// Takes a control that the layout has made.

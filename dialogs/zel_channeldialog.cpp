@@ -1,5 +1,6 @@
 #include "dialogs/zel_channeldialog.h"
 
+#include "dialogs/controls/zel_enddialog.h"
 #include "dialogs/wdr/zel_histogramlayout.h"
 #include "dialogs/wdr/zel_layout.h"
 #include "dialogs/zel_channelparams.h"
@@ -192,14 +193,8 @@ void zel_ChannelDialog<T, Params>::OnReset() {
 
 template <typename T, typename Params>
 void zel_ChannelDialog<T, Params>::OnOk() {
-    if (!StoreControls())
-        return;
-    if (IsModal()) {
-        EndModal(wxID_OK);
-    } else {
-        SetReturnCode(wxID_OK);
-        Hide();
-    }
+    if (StoreControls())
+        EndWithOk(this);
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \

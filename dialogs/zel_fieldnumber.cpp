@@ -95,7 +95,7 @@ T StepBetweenPositions(T low, T high, int positions) {
 
 template <typename T>
 std::optional<T> StepNumber(T number, T step, bool up, T low, T high) {
-    if (step == T{} || (up ? number >= high : number <= low))
+    if (up ? number >= high : number <= low)
         return std::nullopt;
     T sum{};
     if constexpr (std::is_floating_point_v<T>) {

@@ -42,8 +42,8 @@ template <typename T>
 T StepBetweenPositions(T low, T high, int positions);
 
 /// A step up or down, clamped to low and high. Integers are added modulo the width of T first, so that 250 + 10 is 4
-/// in unsigned char.
-/// @return none at the bound or beyond it, and for a step of 0
+/// in unsigned char. A step of 0 gives the number itself.
+/// @return none at the bound or beyond it
 template <typename T>
 std::optional<T> StepNumber(T number, T step, bool up, T low, T high);
 

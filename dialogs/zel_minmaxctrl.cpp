@@ -231,8 +231,10 @@ void VariableMinMaxCtrl<T>::EnterHigh(T value) {
 
 template <typename T>
 void VariableMinMaxCtrl<T>::EnterGamma(double value) {
-    if (showGamma)
-        SetGamma(Take(*gammaText, value, gammaText->GetLowBound(), gammaText->GetHighBound()));
+    if (!showGamma)
+        return;
+    Take(*gammaText, value, gammaText->GetLowBound(), gammaText->GetHighBound());
+    SetGamma(value); // with all its digits, so that the triangle stays under the pointer
 }
 
 template <typename T>

@@ -30,7 +30,8 @@ ZEL_EXPORT extern const wxEventTypeTag<zel_MinMaxCtrlEvent> zel_EVT_MINMAXCTRL;
 /// A change by the user changes the bound variables and is reported to the parent by a zel_MinMaxCtrlEvent, which
 /// propagates; changes by the program are not reported. A variable that was changed takes the value that its field
 /// shows, so floats have two decimals where the bounds and the other value leave room for that; one that was not
-/// changed keeps all its digits.
+/// changed keeps all its digits. Triangles and stripe stand where their field says, but for gamma, which has all the
+/// digits there that were typed or that the pointer's place gives.
 template <typename T>
 class ZEL_EXPORT VariableMinMaxCtrl : public wxPanel {
 public:

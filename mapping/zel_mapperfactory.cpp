@@ -146,8 +146,7 @@ HistogramSet<kep::RGB_generic<C>> CountImage(const mor::Image4d<kep::RGB_generic
     for (int channel = 0; channel < 3; ++channel)
         histograms[channel].Init(0, std::numeric_limits<C>::max(), std::size_t{std::numeric_limits<C>::max()} + 1);
     CountInBlocks(image, options, [&histograms](const kep::RGB_generic<C>* voxels, std::size_t number) {
-        for (int channel = 0; channel < 3; ++channel)
-            CountValues(&voxels->red + channel, number, 3, histograms[channel]);
+        CountValues<C>(voxels, number, {&histograms[0], &histograms[1], &histograms[2]});
     });
     return histograms;
 }

@@ -75,8 +75,7 @@ void zel_RGBMappingModule<T>::UpdateLUTs() {
 
 template <typename T>
 void zel_RGBMappingModule<T>::DoChannelThresholding(Table& table, const ThresParams<T>& params, int channel) {
-    const bool isThresholded = params != ThresParams<T>{GetRangeMin(channel), GetRangeMax(channel)};
-    if (isThresholded)
+    if (this->GetChannel(channel).IsThresholdedBy(params))
         FillTable(params, table);
     else
         UpdateChannelLUT(table, GetLevels(channel));

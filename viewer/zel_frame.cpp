@@ -1,6 +1,7 @@
 #include "viewer/zel_frame.h"
 
 #include "image/zel_assert.h"
+#include "viewer/draw/zel_windowicons.h"
 #include "viewer/menus/zel_framemenus.h"
 #include "viewer/zel_viewer3dcanvas.h"
 
@@ -205,7 +206,7 @@ void zel_Viewer3dFrame::RefreshIcon() {
         return;
     wxIconBundle icons;
     m_canvas->GetIcons(icons);
-    SetIcons(icons);
+    SetWindowIcons(*this, icons);
     m_canvas->RefreshVolVisIcon(icons);
 }
 

@@ -1,10 +1,10 @@
 #include "dialogs/dlg_set_range.h"
 #include "viewer/zel_commands.h"
 #include "viewer/zel_viewer3dcanvas.h"
+#include "volume/vol3D_canvas.h"
 
 #include <wx/event.h>
-
-#include <new>
+#include <wx/stopwatch.h>
 
 namespace zel {
 
@@ -22,10 +22,8 @@ void zel_Viewer3dCanvas::OnSequenceMenuHandler(wxCommandEvent& event, wxString& 
     const wxString unchanged = "No change.";
     try {
         message = RunSequenceCommand(event.GetId()).value_or(unchanged);
-    } catch (const std::bad_alloc&) {
-        throw; // the host can do something about it
     } catch (...) {
-        message = unchanged; // whatever a derived canvas throws: browsing goes on
+        message = unchanged; // whatever a derived canvas throws, also for want of memory: browsing goes on
     }
 }
 
@@ -109,10 +107,14 @@ void zel_Viewer3dCanvas::OnSequenceTimerHandler(wxTimerEvent&) {
         m_sequenceTimer.Stop();
         return;
     }
+    const wxStopWatch watch;
     OnTimeChange();
-    // Ticks without a pause between them leave no time for a paint.
-    if (m_sequenceTimer.GetInterval() == 0)
-        Update();
+    if (watch.Time() < m_sequenceTimer.GetInterval())
+        return;
+    // The next tick is due already and comes before any paint would.
+    wxGetTopLevelParent(this)->Update();
+    if (IsVolVisShown())
+        m_volVisFrame->GetCanvas()->Update();
 }
 
 bool zel_Viewer3dCanvas::ShowNextImage() {

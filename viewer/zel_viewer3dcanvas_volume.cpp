@@ -1,6 +1,7 @@
 // The volume window as the canvas keeps it, without the voxels.
 
 #include "image/zel_modaldialog.h"
+#include "viewer/draw/zel_windowicons.h"
 #include "viewer/zel_viewer3dcanvas.h"
 #include "volume/vol3D_canvas.h"
 
@@ -24,7 +25,7 @@ void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle& icons) {
         }
     }
     m_volVisFrame->GetCanvas()->ResetView();
-    m_volVisFrame->SetIcons(icons);
+    SetWindowIcons(*m_volVisFrame, icons);
     m_volVisFrame->Show(true);
     m_volVisFrame->Raise();
     m_volVisFrame->GetCanvas()->SetFocus();
@@ -34,7 +35,7 @@ void zel_Viewer3dCanvas::ShowVolVis(const wxIconBundle& icons) {
 
 void zel_Viewer3dCanvas::RefreshVolVisIcon(const wxIconBundle& icons) {
     if (m_volVisFrame)
-        m_volVisFrame->SetIcons(icons);
+        SetWindowIcons(*m_volVisFrame, icons);
 }
 
 void zel_Viewer3dCanvas::DeleteVolVisFrame() {
@@ -53,7 +54,8 @@ void zel_Viewer3dCanvas::ReportVolumeError(const wxString& text) {
     m_volumeErrorIsTold = true;
     CallAfter([this, text] {
         const wxWeakRef<wxWindow> self(this);
-        ShowMessage(text, "Error", wxOK, this);
+        wxMessageDialog box(this, text, "Error", wxOK);
+        RunModal(box);
         if (self)
             m_volumeErrorIsTold = false;
     });
