@@ -1,5 +1,6 @@
 #include "host/firstmapping.h"
 
+#include "histogram/zel_readinghistograms.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_mapperfactory.h"
 #include "model/zel_saturate.h"
@@ -85,6 +86,20 @@ void RunFirstStretch(Module& module, Stretch first) {
     }
 }
 
+/// The module as it comes from the library.
+template <typename T>
+std::unique_ptr<zel::zel_MappingModule<T>> MakeModule(const mor::Image4d<T>& image, const FirstMapping& first,
+                                                      const zel::HistogramSet<T>* counted) {
+    if constexpr (zel::ReadingHistograms<T>::counts)
+        if (counted != nullptr)
+            return std::make_unique<typename ModuleOf<T>::Type>(nullptr, *counted);
+    zel::zel_MapperOptions options;
+    options.acceptsConstant = true;
+    options.mostBins = std::size_t{1} << 20; // more than any picture can tell, where whole numbers lie far apart
+    options.progress = first.progress;
+    return std::unique_ptr<zel::zel_MappingModule<T>>(zel::zel_CreateMapperForType<T>(nullptr, image, options));
+}
+
 template <typename T>
 DisplayType TypeOf() {
     for (const auto& [name, type] : DisplayTypeNames())
@@ -126,12 +141,9 @@ std::optional<std::string> DescribeConstant(const mor::Image4d<T>& image) {
 }
 
 template <typename T>
-std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first) {
-    zel::zel_MapperOptions options;
-    options.acceptsConstant = true;
-    options.mostBins = std::size_t{1} << 20; // more than any picture can tell, where whole numbers lie far apart
-    options.progress = first.progress;
-    std::unique_ptr<zel::zel_MappingModule<T>> mapping(zel::zel_CreateMapperForType<T>(nullptr, image, options));
+std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first,
+                                                       const zel::HistogramSet<T>* counted) {
+    std::unique_ptr<zel::zel_MappingModule<T>> mapping = MakeModule(image, first, counted);
     auto& module = dynamic_cast<typename ModuleOf<T>::Type&>(*mapping);
     if constexpr (std::is_same_v<T, std::complex<float>>) {
         if (first.part && !module.IsPartEnabled(*first.part))
@@ -150,7 +162,8 @@ std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& im
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template std::optional<std::string> DescribeConstant<T>(const mor::Image4d<T>&);                                   \
-    template std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping<T>(const mor::Image4d<T>&, const FirstMapping&);
+    template std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping<T>(const mor::Image4d<T>&, const FirstMapping&,    \
+                                                                       const zel::HistogramSet<T>*);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "histogram/zel_histogramset.h"
 #include "host/options.h"
 #include "image/zel_image4d.h"
 #include "mapping/zel_graymapping.h"
@@ -42,9 +43,13 @@ struct FirstMapping {
 /// Without a stretch by the user, one of FirstStretch that would show two levels only, as of a few bright dots in the
 /// dark, gives way to the linear one. Unless the user wants none, the range of 16-bit images ends with the bits that
 /// occur, so that the dialogs show what there is.
+/// @param image    not changed
+/// @param first    what the user wants
+/// @param counted  the histograms of the whole image; null: they are counted here
 /// @throws kep::InternalException in words for the user, for a part that does not vary; kep::ReadingStopped;
 ///         std::bad_alloc
 template <typename T>
-std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first);
+std::unique_ptr<zel::zel_MappingModule<T>> MakeMapping(const mor::Image4d<T>& image, const FirstMapping& first,
+                                                       const zel::HistogramSet<T>* counted = nullptr);
 
 } // namespace zelviewer

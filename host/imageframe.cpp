@@ -54,8 +54,9 @@ zel::zel_Viewer3dCanvas* MakeCanvas(zel_Viewer3dFrame& frame, const zel::zel_Map
 /// The steps of the library's factories one by one, with a mapping of the program's own. One of the factories copies
 /// the image for a moment, neither takes an image of equal voxels, and the plain one has no form for int.
 template <typename T>
-FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels, const FirstMapping& first) {
-    auto mapping = MakeMapping(*image, first);
+FramePtr BuildFrame(std::unique_ptr<mor::Image4d<T>> image, std::unique_ptr<Labels> labels, const FirstMapping& first,
+                    const zel::HistogramSet<T>* counted) {
+    auto mapping = MakeMapping(*image, first, counted);
     if constexpr (hasPalettes<T>)
         dynamic_cast<zel::zel_PaletteMappingModule<T>&>(*mapping).SetPaletteQuestion(AskForPalette);
     auto frame = std::make_unique<zel_Viewer3dFrame>(nullptr, wxID_ANY, wxEmptyString, wxDefaultPosition, wxDefaultSize,
@@ -124,10 +125,12 @@ void WriteColours(zel_Viewer3dFrame& frame, wxFileConfig& config) {
 
 template <typename T>
 zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
-                             std::unique_ptr<Labels> labels, std::function<bool(double)> progress) {
+                             std::unique_ptr<Labels> labels, std::function<bool(double)> progress,
+                             const zel::HistogramSet<T>* counted) {
     const Labels* const shownLabels = labels.get(); // the frame's from now on
     const std::optional<std::string> constant = DescribeConstant(*image);
-    FramePtr frame = BuildFrame(std::move(image), std::move(labels), {look.stretch, look.part, std::move(progress)});
+    FramePtr frame =
+        BuildFrame(std::move(image), std::move(labels), {look.stretch, look.part, std::move(progress)}, counted);
     if (const auto* const module = FindModule<LabelModule>(*frame); module != nullptr && look.outlines)
         frame->ProcessCommand(module->GetMenuId(zel::zel_OE_BOUNDARY));
     AddStatusLine<T>(*frame, shownLabels);
@@ -148,7 +151,8 @@ void PrepareFrame(zel_Viewer3dFrame& frame, const FirstLook& look) {
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
     template zel_Viewer3dFrame* MakeFrame<T>(std::unique_ptr<mor::Image4d<T>>, const FirstLook&,                       \
-                                             std::unique_ptr<Labels>, std::function<bool(double)>);
+                                             std::unique_ptr<Labels>, std::function<bool(double)>,                     \
+                                             const zel::HistogramSet<T>*);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE
 

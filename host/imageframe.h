@@ -1,5 +1,6 @@
 #pragma once
 
+#include "histogram/zel_histogramset.h"
 #include "host/labels.h"
 #include "host/options.h"
 #include "image/zel_image4d.h"
@@ -30,11 +31,13 @@ struct FirstLook {
 /// @param image   the window takes it
 /// @param labels  likewise, and then it has a menu for them; null for none
 /// @param progress  told how much of the image is counted; false from it stops. None: the library shows a notice.
+/// @param counted   the histograms of the whole image; null: they are counted here
 /// @throws kep::InternalException in words for the user, for a part that is asked for and does not vary;
 ///         kep::ReadingStopped; std::bad_alloc. No window is left then.
 template <typename T>
 zel::zel_Viewer3dFrame* MakeFrame(std::unique_ptr<mor::Image4d<T>> image, const FirstLook& look,
-                                  std::unique_ptr<Labels> labels = nullptr, std::function<bool(double)> progress = {});
+                                  std::unique_ptr<Labels> labels = nullptr, std::function<bool(double)> progress = {},
+                                  const zel::HistogramSet<T>* counted = nullptr);
 
 /// The part of it that does not ask what the voxels are: takes any frame of the viewer that has its canvas.
 void PrepareFrame(zel::zel_Viewer3dFrame& frame, const FirstLook& look);

@@ -1,5 +1,6 @@
 #include "host/opening.h"
 
+#include "histogram/zel_readinghistograms.h"
 #include "host/info.h"
 #include "host/synthetic.h"
 #include "host/vortex.h"
@@ -120,8 +121,9 @@ OpeningPlan PlanOpening(const Options& options) {
 }
 
 template <typename T>
-std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress) {
+ReadSequence<T> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress) {
     auto image = std::make_unique<mor::Image4d<T>>();
+    const zel::ReadingHistograms<T> counts;
     const kep::ReadingWatch watch(
         [&](const kep::ReadingState& state) { return progress.Report(image->GetNumFrames(), state); });
     for (std::size_t i = 0; i < options.files.size(); ++i)
@@ -134,11 +136,12 @@ std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const Opening
     if (options.resolution && image->GetResolution().IsDefined())
         PrintMessage(options.files.front() + ": The file tells its voxel size; --resolution is not used.");
     image->SetResolution(CompleteResolution(image->GetResolution(), options.resolution));
-    return image;
+    const bool isCounted = counts.Hold(*image);
+    return {std::move(image), isCounted ? std::optional(counts.Get()) : std::nullopt};
 }
 
 template <typename T>
-std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan) {
+ReadSequence<T> ReadFiles(const Options& options, const OpeningPlan& plan) {
     ReadingProgress progress(plan.frames, plan.bytes, !options.LeavesByItself());
     return ReadFiles<T>(options, plan, progress);
 }
@@ -171,8 +174,8 @@ std::unique_ptr<Labels> ReadLabels(const Options& options, const mor::Image4d<T>
 }
 
 #define ZEL_INSTANTIATE(T)                                                                                             \
-    template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&, ReadingProgress&);         \
-    template std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options&, const OpeningPlan&);                           \
+    template ReadSequence<T> ReadFiles(const Options&, const OpeningPlan&, ReadingProgress&);                          \
+    template ReadSequence<T> ReadFiles(const Options&, const OpeningPlan&);                                            \
     template std::unique_ptr<Labels> ReadLabels(const Options&, const mor::Image4d<T>&);
 KEP_DISPLAY_TYPES(ZEL_INSTANTIATE)
 #undef ZEL_INSTANTIATE

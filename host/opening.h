@@ -1,5 +1,6 @@
 #pragma once
 
+#include "histogram/zel_histogramset.h"
 #include "host/displaytype.h"
 #include "host/labels.h"
 #include "host/message.h"
@@ -47,16 +48,23 @@ public:
     using Failure::Failure;
 };
 
+/// A sequence from files.
+template <typename T>
+struct ReadSequence {
+    std::unique_ptr<mor::Image4d<T>> image;
+    std::optional<zel::HistogramSet<T>> histograms; ///< of the whole image, if it was counted while it was read
+};
+
 /// Reads the files as one sequence: their time points one behind the other, and of each the channels of the plan.
 /// Exists for the types of KEP_DISPLAY_TYPES.
 /// @param plan  with no question open
 /// @throws Failure; Cancelled
 template <typename T>
-std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress);
+ReadSequence<T> ReadFiles(const Options& options, const OpeningPlan& plan, ReadingProgress& progress);
 
 /// The same with a progress of its own.
 template <typename T>
-std::unique_ptr<mor::Image4d<T>> ReadFiles(const Options& options, const OpeningPlan& plan);
+ReadSequence<T> ReadFiles(const Options& options, const OpeningPlan& plan);
 
 /// Reads the label files as one sequence, as stored or as connected components. A voxel size that they lack is the
 /// image's. Exists for the types of KEP_DISPLAY_TYPES.

@@ -21,6 +21,7 @@ public:
     /// Why nothing may be written under a name that the user gave, as "NAME: reason"; empty if it may be. Refused are
     /// - inputs: the same files, by device and inode, through whatever links, and not only the same names;
     /// - names without their ending, which mostly are those of images, with the output's own name forgotten;
+    /// - names of which the system does not tell what is there;
     /// - files that are there, unless they may be replaced, and are by their content what the ending says, or empty.
     /// @param endings  of which the name must have one, with their dots, in small letters; the name may have capitals.
     ///                 Of .gif, .ics, .ply, .png, .tif and .tiff
@@ -28,7 +29,6 @@ public:
 
 private:
     void Add(const std::string& name);
-    std::string RefusalOfExisting(const std::string& output, const std::string& ending) const;
 
     bool m_replaces;
     std::map<std::pair<dev_t, ino_t>, std::string> m_files; // names by device and inode

@@ -131,14 +131,15 @@ void NameFailures(const std::string& name, const Save& save) {
 
 template <typename T>
 void SaveFrames(const Options& options, const std::string& name, const mor::Image4d<T>& image,
-                std::unique_ptr<Labels> labels, std::function<bool(double)> progress = {}) {
+                std::unique_ptr<Labels> labels, std::function<bool(double)> progress = {},
+                const zel::HistogramSet<T>* counted = nullptr) {
     const SaveOptions& save = options.save;
     if (const std::string missing = save.FindMissingFrame(image.GetNumFrames()); !missing.empty())
         throw Failure(missing);
     std::unique_ptr<zel::zel_MappingModule<T>> mapping;
     WholeView whole;
     NameFailures(name, [&] {
-        mapping = MakeMapping(image, {options.stretch, options.part, std::move(progress)});
+        mapping = MakeMapping(image, {options.stretch, options.part, std::move(progress)}, counted);
         const kep::Resolution& resolution = image.GetResolution();
         whole = ShowWhole({image.GetOffset(), image.GetSize(), resolution},
                           save.gallery ? resolution.GetUsable().GetRes() : ScaleOfView(options, name, resolution));
@@ -198,10 +199,11 @@ void SavePictures(const Options& options) {
     WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         ReadingProgress progress(plan.frames, plan.bytes, false);
-        const auto image = ReadFiles<T>(options, plan, progress);
-        auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *image);
-        SaveFrames(options, name, *image, std::move(labels),
-                   [&progress](double counted) { return progress.Report("Counting gray levels", counted); });
+        const ReadSequence<T> read = ReadFiles<T>(options, plan, progress);
+        auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *read.image);
+        const auto counting = [&progress](double done) { return progress.Report("Counting gray levels", done); };
+        SaveFrames<T>(options, name, *read.image, std::move(labels), counting,
+                      read.histograms ? &*read.histograms : nullptr);
     });
 }
 

@@ -11,9 +11,11 @@ public:
     explicit RandomNumbers(std::uint64_t seed) : m_state(seed) {}
 
     std::uint64_t Next() {
-        m_state += 0x9E3779B97F4A7C15U;
+        m_state += step;
         return Mix(m_state);
     }
+    /// Leaves out the next numbers.
+    void Skip(std::uint64_t count) { m_state += count * step; }
     /// Even over [low, high).
     double Uniform(double low, double high) {
         return low + (high - low) * static_cast<double>(Next() >> 11U) * 0x1p-53;
@@ -34,6 +36,8 @@ public:
     }
 
 private:
+    static constexpr std::uint64_t step = 0x9E3779B97F4A7C15U;
+
     std::uint64_t m_state;
 };
 

@@ -80,8 +80,10 @@ void CopyAside(const std::string& fileName, const std::string& text) {
 /// Keeps other programs from changing a folder's settings, for a second at most: one that hangs must not stop us.
 class FolderLock {
 public:
-    explicit FolderLock(const std::string& folder)
-        : m_folder(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {
+    explicit FolderLock(const std::string& folder) {
+        do {
+            m_folder = open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+        } while (m_folder < 0 && errno == EINTR);
         constexpr int tries = 200;
         for (int i = 0; m_folder >= 0 && i < tries && flock(m_folder, LOCK_EX | LOCK_NB) != 0; ++i)
             usleep(5000);
@@ -94,7 +96,7 @@ public:
     FolderLock& operator=(const FolderLock&) = delete;
 
 private:
-    int m_folder;
+    int m_folder = -1;
 };
 
 } // namespace

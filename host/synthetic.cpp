@@ -1,13 +1,9 @@
 #include "host/synthetic.h"
 
-#include "host/cellcolony.h"
 #include "host/randomnumbers.h"
 
 #include <algorithm>
-#include <atomic>
 #include <cmath>
-#include <future>
-#include <thread>
 
 namespace zelviewer {
 
@@ -83,6 +79,12 @@ struct SoftBall {
         const float softness = (0.3F + 0.6F * steepness) / std::min(halfLength, halfWidth);
         return {distance, SmoothStep((1.0F - distance) / softness)};
     }
+
+    /// Beyond it nothing is inside: there the distance is above 1 plus the greatest softness. Square microns.
+    float GetReachSquared() const {
+        const float reach = std::max(halfLength, halfWidth) * (1.0F + 0.9F / std::min(halfLength, halfWidth));
+        return reach * reach * 1.001F; // for the roundings
+    }
 };
 
 Position ToPosition(const Vec& v) {
@@ -150,39 +152,51 @@ private:
     }
 };
 
-/// Light and labels of one frame while its cells are painted; kept from frame to frame.
+/// Some slices of a frame.
+struct Slices {
+    std::size_t first, end;
+};
+
+/// Light and labels of one frame while its cells are painted. Different slices may be painted on several threads.
 class Painter {
 public:
     Painter(const kep::Vector3d<std::size_t>& size, const Position& voxelSize)
         : m_size(size),
           m_voxelSize(voxelSize),
           m_light(size.x * size.y * size.z),
-          m_nearest(size.x * size.y * size.z) {}
+          m_nearest(size.x * size.y * size.z, 1.0F) {}
 
-    void PaintBackground() {
+    /// The same in all slices. The lamp stands a little beside the middle.
+    void PaintBackground(const Slices& slices) {
         const auto height = static_cast<float>(m_size.y);
         const auto width = static_cast<float>(m_size.x);
-        std::size_t i = 0;
-        for (std::size_t z = 0; z < m_size.z; ++z)
-            for (std::size_t y = 0; y < m_size.y; ++y)
-                for (std::size_t x = 0; x < m_size.x; ++x, ++i) { // the lamp stands a little beside the middle
-                    const float dx = static_cast<float>(x) / width - 0.45F;
-                    const float dy = static_cast<float>(y) / height - 0.55F;
-                    m_light[i] = backgroundLight * (1.0F - 0.8F * (dx * dx + dy * dy));
-                }
-        std::fill(m_nearest.begin(), m_nearest.end(), 1.0F);
+        for (std::size_t z = slices.first; z < slices.end; ++z) {
+            float* to = m_light.data() + z * GetSliceVoxels();
+            if (z > slices.first) {
+                std::copy_n(to - GetSliceVoxels(), GetSliceVoxels(), to);
+                continue;
+            }
+            for (std::size_t i = 0; i < GetSliceVoxels(); ++i) {
+                const float dx = static_cast<float>(i % m_size.x) / width - 0.45F;
+                const float dy = static_cast<float>(i / m_size.x) / height - 0.55F;
+                *to++ = backgroundLight * (1.0F - 0.8F * (dx * dx + dy * dy));
+            }
+        }
     }
 
-    void PaintCell(const GlowingCell& cell, Frame& labels) {
+    void PaintCell(const GlowingCell& cell, const Slices& slices, Frame& labels) {
         const float reach = 1.25F * cell.body.halfLength + 0.9F;
         const Position& c = cell.body.centre;
         const Span xs(c.x - reach, c.x + reach, m_voxelSize.x, m_size.x);
         const Span ys(c.y - reach, c.y + reach, m_voxelSize.y, m_size.y);
         const Span zs(c.z - reach, c.z + reach, m_voxelSize.z, m_size.z);
-        for (std::size_t z = zs.first; z < zs.end; ++z)
+        const float beyond = cell.body.GetReachSquared(); // most of the box is outside
+        for (std::size_t z = std::max(zs.first, slices.first); z < std::min(zs.end, slices.end); ++z)
             for (std::size_t y = ys.first; y < ys.end; ++y)
                 for (std::size_t x = xs.first; x < xs.end; ++x) {
                     const Position p{Middle(x, m_voxelSize.x), Middle(y, m_voxelSize.y), Middle(z, m_voxelSize.z)};
+                    if (DistanceSquared(p, c) > beyond)
+                        continue;
                     const SoftBall::Place place = cell.body.At(p);
                     if (place.inside == 0.0F)
                         continue;
@@ -195,19 +209,27 @@ public:
                 }
     }
 
-    /// What the camera makes of the light.
-    void Expose(std::uint64_t seed, Frame& intensity) const {
+    /// What the camera makes of the light. Each voxel has a random number of its own.
+    void Expose(std::uint64_t seed, const Slices& slices, Frame& intensity) const {
         RandomNumbers random(seed);
-        unsigned short* to = intensity.begin();
-        for (const float light : m_light) {
+        random.Skip(slices.first * GetSliceVoxels());
+        for (std::size_t i = slices.first * GetSliceVoxels(); i < slices.end * GetSliceVoxels(); ++i) {
             // Photons come by chance: their variance is their mean.
+            const float light = m_light[i];
             const float deviation = std::sqrt(gain * gain * light + readNoise * readNoise);
             const float counts = bias + gain * light + deviation * random.Normal();
-            *to++ = static_cast<unsigned short>(std::clamp(counts + 0.5F, 0.0F, 4095.0F));
+            intensity.SetVoxel(i, static_cast<unsigned short>(std::clamp(counts + 0.5F, 0.0F, 4095.0F)));
         }
     }
 
 private:
+    std::size_t GetSliceVoxels() const { return m_size.x * m_size.y; }
+
+    static float DistanceSquared(const Position& a, const Position& b) {
+        const Position d{a.x - b.x, a.y - b.y, a.z - b.z};
+        return d.x * d.x + d.y * d.y + d.z * d.z;
+    }
+
     static float Middle(std::size_t i, float voxelSize) { return (static_cast<float>(i) + 0.5F) * voxelSize; }
 
     kep::Vector3d<std::size_t> m_size;
@@ -226,37 +248,38 @@ std::unique_ptr<Frame> MakeFrame(const SyntheticSettings& settings) {
 
 } // namespace
 
-std::vector<SyntheticFrame> MakeSyntheticCells(const SyntheticSettings& settings) {
+SyntheticFilm::SyntheticFilm(const SyntheticSettings& settings) : m_settings(settings) {
     const auto extent = [](std::size_t voxels, float voxelSize) {
         return static_cast<double>(voxels) * static_cast<double>(voxelSize);
     };
     CellColony colony({extent(settings.size.x, settings.voxelSize.x), extent(settings.size.y, settings.voxelSize.y),
                        extent(settings.size.z, settings.voxelSize.z)},
                       settings.cells, settings.frames, settings.seed);
-    std::vector<std::vector<Cell>> moments;
     for (int t = 0; t < settings.frames; ++t) {
         if (t > 0)
             colony.Advance();
-        moments.push_back(colony.GetCells());
+        m_moments.push_back(colony.GetCells());
     }
-    // The frames are painted side by side; none depends on another.
-    std::vector<SyntheticFrame> frames(moments.size());
-    std::atomic<std::size_t> next = 0;
-    const auto paint = [&] {
-        Painter painter(settings.size, settings.voxelSize);
-        for (std::size_t t = next++; t < frames.size(); t = next++) {
-            frames[t] = {MakeFrame(settings), MakeFrame(settings)};
-            painter.PaintBackground();
-            for (const Cell& cell : moments[t])
-                painter.PaintCell(GlowingCell(cell), *frames[t].labels);
-            painter.Expose(settings.seed + (t + 1) * frameSeedStep, *frames[t].intensity);
-        }
-    };
-    std::vector<std::future<void>> painters;
-    for (unsigned i = 0; i < std::clamp(std::thread::hardware_concurrency(), 1U, 4U); ++i)
-        painters.push_back(std::async(std::launch::async, paint));
-    for (std::future<void>& painting : painters)
-        painting.get();
+}
+
+SyntheticFrame SyntheticFilm::Paint(std::size_t t, std::size_t threads) const {
+    SyntheticFrame frame{MakeFrame(m_settings), MakeFrame(m_settings)};
+    Painter painter(m_settings.size, m_settings.voxelSize);
+    const std::vector<GlowingCell> cells(m_moments[t].begin(), m_moments[t].end());
+    kep::ForEachPart(threads, [&](std::size_t part) {
+        const Slices slices{m_settings.size.z * part / threads, m_settings.size.z * (part + 1) / threads};
+        painter.PaintBackground(slices);
+        for (const GlowingCell& cell : cells)
+            painter.PaintCell(cell, slices, *frame.labels);
+        painter.Expose(m_settings.seed + (t + 1) * frameSeedStep, slices, *frame.intensity);
+    });
+    return frame;
+}
+
+std::vector<SyntheticFrame> MakeSyntheticCells(const SyntheticSettings& settings) {
+    const SyntheticFilm film(settings);
+    std::vector<SyntheticFrame> frames(static_cast<std::size_t>(settings.frames));
+    kep::ForEachPart(frames.size(), [&](std::size_t t) { frames[t] = film.Paint(t); });
     return frames;
 }
 

@@ -6,6 +6,7 @@
 #include "host/frame/hostmenus.h"
 #include "host/frame/placement.h"
 #include "host/frame/sequencequestion.h"
+#include "host/growingcells.h"
 #include "host/imageframe.h"
 #include "host/message.h"
 #include "host/opening.h"
@@ -100,11 +101,12 @@ zel::zel_Viewer3dFrame* ViewerApp::OpenFrame(const Options& options) {
     return WithVoxelType(plan.type, [&](auto type) {
         using T = typename decltype(type)::type;
         ReadingProgress progress(plan.frames, plan.bytes, !options.LeavesByItself());
-        auto image = ReadFiles<T>(options, plan, progress);
+        auto [image, histograms] = ReadFiles<T>(options, plan, progress);
         auto labels = options.labels.empty() ? nullptr : ReadLabels<T>(options, *image);
         try {
-            return MakeFrame(std::move(image), look, std::move(labels),
-                             [&progress](double counted) { return progress.Report("Counting gray levels", counted); });
+            const auto counting = [&progress](double done) { return progress.Report("Counting gray levels", done); };
+            return MakeFrame<T>(std::move(image), look, std::move(labels), counting,
+                                histograms ? &*histograms : nullptr);
         } catch (const kep::ReadingStopped&) {
             throw Cancelled(options.files.front() + ": Opening was cancelled.");
         } catch (const kep::InternalException& error) {
@@ -126,9 +128,10 @@ std::vector<std::size_t> ViewerApp::ChooseChannels(const ChannelQuestion& questi
 zel::zel_Viewer3dFrame* ViewerApp::OpenSynthetic(const Options& options) {
     if (options.type == DisplayType::Complex)
         return MakeFrame(OpenVortex(), {options.stretch, options.voxels, options.part, false, !options.screenshot});
+    if (!options.screenshot)
+        return MakeGrowingCells({options.stretch, options.voxels, {}, false, true});
     LabeledCells cells = OpenSyntheticCells();
-    return MakeFrame(std::move(cells.image), {options.stretch, options.voxels, {}, false, !options.screenshot},
-                     std::move(cells.labels));
+    return MakeFrame(std::move(cells.image), {options.stretch, options.voxels}, std::move(cells.labels));
 }
 
 /// Shows a window as the last one was left.

@@ -29,6 +29,8 @@ public:
             return;
         MakeRoom(*bar);
         const mor::Image4d<T>& image = *canvas->GetImage();
+        if (static_cast<std::size_t>(canvas->GetTime()) >= image.GetNumFrames())
+            return; // all frames were removed
         const Whereabouts place = Look(*canvas, image);
         const auto describe = [&](Detail detail) {
             return wxString::FromUTF8(DescribeWhereabouts(place, image.GetOffset(), image.GetResolution(), detail));
