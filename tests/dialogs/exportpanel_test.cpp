@@ -130,7 +130,7 @@ TEST_F(ExportPanelTest, ATemplateWithoutAnXAsks) {
         EXPECT_TRUE(dialog.IsModal());
         EXPECT_EQ("imagexxx.tif", Text(dialog));
         Click(In(dialog, wxID_OK));
-        EXPECT_FALSE(dialog.IsModal());
+        EXPECT_TRUE(WaitUntil([&] { return !dialog.IsModal(); }));
         EXPECT_EQ("imagexxx.tif", Text(dialog));
         panel.ApplyToIterator();
         EXPECT_EQ("aXb.ics", panel.GetIterator().nameTemplate);
@@ -173,7 +173,7 @@ TEST_F(ExportPanelTest, OtherFormatsAskForTheSpeed) {
         EXPECT_EQ("25", Text(dialog));
         EXPECT_FALSE(panel.IsImageSequence());
         Click(In(dialog, wxID_OK));
-        EXPECT_FALSE(dialog.IsModal());
+        EXPECT_TRUE(WaitUntil([&] { return !dialog.IsModal(); }));
         panel.ApplyToIterator();
         EXPECT_EQ(25, panel.GetIterator().fps);
         EXPECT_EQ("imageXXX.tif", panel.GetIterator().nameTemplate) << "which counts for image sequences only";
@@ -245,8 +245,8 @@ TEST_F(ExportPanelTest, TheSpeedIsAPositiveNumber) {
                                                                       {"2.5", noNumber},
                                                                       {"1e3", noNumber},
                                                                       {"3 fps", noNumber},
-                                                                      {"2147483648", noNumber}, // above int
-                                                                      {"-2147483649", noNumber},
+                                                                      {"2147483648", noNumber},     // above int
+                                                                      {"-2147483649", notPositive}, // below it
                                                                       {"99999999999999999999", noNumber}};
     for (const auto& [text, message] : refused)
         for (const int answer : {wxID_YES, wxID_NO}) {

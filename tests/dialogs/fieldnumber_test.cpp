@@ -123,12 +123,17 @@ TEST(StepNumber, GoesAroundTheTypeBeforeTheBoundHoldsIt) {
     EXPECT_EQ(leastInt + 6, StepNumber(greatestInt - 3, 10, true, leastInt, greatestInt)) << "-3 + 10 - 1";
 }
 
-TEST(StepNumber, StaysAtItsBoundAndWithoutAStep) {
+TEST(StepNumber, StaysAtItsBound) {
     EXPECT_EQ(std::nullopt, (StepNumber<Byte>(255, 1, true, 0, 255)));
     EXPECT_EQ(std::nullopt, (StepNumber<Byte>(0, 1, false, 0, 255)));
     EXPECT_EQ(std::nullopt, StepNumber(120, 1, true, 0, 100)) << "beyond it";
-    EXPECT_EQ(std::nullopt, StepNumber(50, 0, true, 0, 100));
     EXPECT_EQ(std::nullopt, StepNumber(10.0, 0.1, true, 0.1, 10.0));
+}
+
+TEST(StepNumber, WithoutAStepStaysWhereItIs) {
+    EXPECT_EQ(50, StepNumber(50, 0, true, 0, 100));
+    EXPECT_EQ(50, StepNumber(50, 0, false, 0, 100));
+    EXPECT_EQ(std::nullopt, StepNumber(100, 0, true, 0, 100)) << "at its bound";
 }
 
 TEST(NumberAtPosition, CountsStepsFromTheLowEnd) {

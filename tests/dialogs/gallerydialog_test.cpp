@@ -95,7 +95,7 @@ TEST_F(GalleryDialogTest, AloneItAsksForSlicesInOrder) {
         EXPECT_TRUE(open.IsModal());
         SetSlices(open, 5, 5); // a gallery of one picture
         Click(In(open, wxID_OK));
-        EXPECT_FALSE(open.IsModal());
+        EXPECT_TRUE(WaitUntil([&] { return !open.IsModal(); }));
     });
     answers.Expect([&](wxDialog& open) -> int {
         const auto& box = dynamic_cast<wxMessageDialog&>(open);
@@ -115,7 +115,7 @@ TEST_F(GalleryDialogTest, AnAttachedPanelEndsItWithoutThatCheck) {
     const int code = Run(dialog, [](wxDialog& open) {
         SetSlices(open, 5, 4);
         Click(In(open, wxID_OK));
-        EXPECT_FALSE(open.IsModal());
+        EXPECT_TRUE(WaitUntil([&] { return !open.IsModal(); }));
     });
     EXPECT_EQ(wxID_OK, code);
     EXPECT_EQ(5, dialog.GetParams().first);

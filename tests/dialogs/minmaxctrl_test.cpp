@@ -2,6 +2,8 @@
 
 #include "tests/support/user.h"
 
+#include <memory>
+
 using namespace zel;
 using namespace zel::test;
 
@@ -161,6 +163,38 @@ TEST_F(RangeControlTest, DraggedTrianglesSetTheValues) {
     EXPECT_EQ(100, bench.Row().GetMiddle());
     EXPECT_EQ(50, bench.lowValue);
     EXPECT_EQ(220, bench.highValue);
+}
+
+TEST_F(RangeControlTest, TheTriangleOfGammaStaysUnderThePointerThoughItsFieldIsRounded) {
+    Bench<Byte> bench(50, 220, true, false);
+    bench.BindTo(0, 255, 256);
+    // half = 85, so gamma is 10^((85 + 50 - 133) / 85) = 1.05567. The 1.1 of the field would stand at 131.
+    zel_TriangleEvent event(zel_triangleMiddle, 133);
+    bench.control->ProcessWindowEvent(event);
+    EXPECT_EQ("1.1", bench.Gamma());
+    EXPECT_EQ(1.1, bench.gamma);
+    EXPECT_EQ(133, bench.Row().GetMiddle());
+    EXPECT_NEAR(1.05567, bench.control->GetStripe()->GetGamma(), 5e-6);
+    EXPECT_EQ(bench.control->GetStripe()->GetGamma(), bench.Row().GetGamma());
+    TypeInto(*bench.control->GetGammaText(), "1.234");
+    Press(WXK_RETURN);
+    EXPECT_EQ("1.2", bench.Gamma());
+    EXPECT_EQ(1.2, bench.gamma);
+    EXPECT_EQ(1.234, bench.control->GetStripe()->GetGamma());
+    EXPECT_EQ(127, bench.Row().GetMiddle()); // 50 + round((1 - 0.09132) * 85 = 77.24)
+    EXPECT_EQ(2, bench.Told());
+}
+
+TEST_F(RangeControlTest, EventsCanWaitWithWhatTheyCarry) {
+    const std::unique_ptr<wxEvent> moved(zel_TriangleEvent(zel_triangleMiddle, 7).Clone());
+    EXPECT_EQ(zel_triangleMiddle, moved->GetId());
+    EXPECT_EQ(7, dynamic_cast<zel_TriangleEvent&>(*moved).GetPosition());
+    EXPECT_EQ(wxEventType(zel_EVT_TRIANGLE), moved->GetEventType());
+    const std::unique_ptr<wxEvent> changed(zel_MinMaxCtrlEvent().Clone());
+    EXPECT_NE(nullptr, dynamic_cast<wxNotifyEvent*>(changed.get()));
+    EXPECT_EQ(wxEventType(zel_EVT_MINMAXCTRL), changed->GetEventType());
+    EXPECT_EQ(0, changed->GetId());
+    EXPECT_TRUE(changed->ShouldPropagate()) << "to the dialog, past the box that the control stands in";
 }
 
 TEST_F(RangeControlTest, TrianglesCrossOnlyWhereTheyMay) {

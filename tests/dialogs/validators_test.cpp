@@ -75,6 +75,27 @@ TEST_F(ValidatorTest, TextThatIsNoNumberIsTold) {
     EXPECT_FALSE(PassesWith("abc", "'abc' contains invalid character(s)")); // the toolkit's own
 }
 
+TEST_F(ValidatorTest, AConflictIsAWarningOverTheWindowThatAsks) {
+    int value = 5;
+    double real = 5.0;
+    DialogAnswers answers;
+    for (const bool isReal : {false, true}) {
+        if (isReal)
+            field->SetValidator(RealValidator<double>(real, 1.0, 9.0, true, true, ""));
+        else
+            field->SetValidator(IntValidator<int>(value, 1, 9, false, true, true, "%d"));
+        field->ChangeValue("12");
+        answers.Expect([this](wxDialog& dialog) -> int {
+            const auto& box = dynamic_cast<wxMessageDialog&>(dialog);
+            EXPECT_EQ(wxOK | wxICON_EXCLAMATION, box.GetMessageDialogStyle());
+            EXPECT_EQ(frame, box.GetParent());
+            EXPECT_EQ("The value 12 is out of range [1,9]", box.GetMessage());
+            return wxID_OK;
+        });
+        EXPECT_FALSE(field->GetValidator()->Validate(frame));
+    }
+}
+
 TEST_F(ValidatorTest, OneLimitHasAMessageOfItsOwn) {
     int value = 5;
     field->SetValidator(IntValidator<int>(value, 0, 9, false, true, false, "%d"));
@@ -132,6 +153,21 @@ TEST_F(ValidatorTest, StoredIntegersAreNarrowed) {
     field->ChangeValue("300");
     EXPECT_TRUE(field->GetValidator()->TransferFromWindow());
     EXPECT_EQ(44, value); // 300 - 256
+}
+
+TEST_F(ValidatorTest, IntegersOfAllOtherTypesAreStored) {
+    const auto stored = [this](auto value, const char* text) {
+        field->SetValidator(IntValidator<decltype(value)>(value, "%d"));
+        field->ChangeValue(text);
+        EXPECT_TRUE(field->GetValidator()->TransferFromWindow()) << text;
+        field->SetValidator(wxDefaultValidator); // before the variable goes
+        return value;
+    };
+    EXPECT_EQ(255, stored(static_cast<unsigned char>(0), "255"));
+    EXPECT_EQ(65535, stored(static_cast<unsigned short>(0), "65535"));
+    EXPECT_EQ(std::numeric_limits<int>::min(), stored(0, "-2147483648"));
+    EXPECT_EQ(4294967295U, stored(0U, "4294967295"));
+    EXPECT_EQ(std::numeric_limits<long>::min(), stored(0L, "-9223372036854775808"));
 }
 
 TEST_F(ValidatorTest, TheTwoWidestTypesStoreNothing) {

@@ -48,6 +48,7 @@ TEST_F(VariableTextCtrlTest, ShowsItsNumberToTheRight) {
     auto* const field = MakeField();
     EXPECT_EQ(40, field->GetSize().x);
     EXPECT_TRUE(field->HasFlag(wxTE_RIGHT));
+    EXPECT_TRUE(field->HasFlag(wxTE_PROCESS_ENTER));
     EXPECT_EQ("42", field->GetValue());
     EXPECT_TRUE(field->IsBound());
     EXPECT_EQ(1, field->GetStep());
@@ -59,6 +60,13 @@ TEST_F(VariableTextCtrlTest, ShowsItsNumberToTheRight) {
     EXPECT_EQ(42, number);
     field->SetVariable(nullptr);
     EXPECT_FALSE(field->IsBound());
+}
+
+TEST_F(VariableTextCtrlTest, WhatItTellsCanWait) {
+    panel->GetEventHandler()->AddPendingEvent(zel_VariableTextCtrlEvent(id, 0.1));
+    EXPECT_EQ(Numbers{}, Told());
+    Settle();
+    EXPECT_EQ(Numbers{0.1}, Told());
 }
 
 TEST_F(VariableTextCtrlTest, EnterCommitsOnce) {
@@ -153,6 +161,17 @@ TEST_F(VariableTextCtrlTest, ArrowKeysStopAtTheBounds) {
     Press(WXK_DOWN);
     EXPECT_EQ(Numbers{}, Told());
     EXPECT_EQ(field, wxWindow::FindFocus()) << "nor did the key move on";
+}
+
+TEST_F(VariableTextCtrlTest, ArrowKeysTellTheNumberWhereThereAreMorePositionsThanNumbers) {
+    auto* const field = MakeField(0, 9, 100); // a step of 10 / 100 = 0
+    ASSERT_EQ(0, field->GetStep());
+    TypeInto(*field, "5");
+    Press(WXK_UP);
+    EXPECT_EQ(Numbers{5}, Told());
+    field->SetNumber(9);
+    Press(WXK_UP);
+    EXPECT_EQ(Numbers{}, Told()) << "at its bound";
 }
 
 TEST_F(VariableTextCtrlTest, ArrowKeysPassOnWithoutANumber) {

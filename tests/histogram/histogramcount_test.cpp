@@ -3,7 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <complex>
 #include <cstddef>
 #include <limits>
 #include <random>
@@ -229,6 +232,101 @@ TEST(HistogramCount, TakesPartsPhaseAndAmplitudeOfComplexVoxels) {
     zel::CountFrame(frame, histograms);
     for (std::size_t c = 0; c < 4; ++c)
         EXPECT_EQ(Counters(histograms[c]), Counters(twins[c])) << c;
+}
+
+TEST(HistogramCount, OfManyBytesEqualsItsTwin) {
+    std::mt19937 random(21);
+    for (const std::size_t number : {999999U, 1000000U, 1000001U, 1500003U}) {
+        std::vector<unsigned char> values(number + 1);
+        for (unsigned char& value : values)
+            value = static_cast<unsigned char>(random());
+        std::fill_n(values.begin() + 5000, 300000, values[0]); // background
+        ExpectTwins(values, 1, Make<unsigned char>(0, 255, 256));
+        values.erase(values.begin()); // the same at an odd place
+        ExpectTwins(values, 1, Make<unsigned char>(0, 255, 256));
+        ExpectTwins(values, 1, Make<unsigned char>(10, 209, 100));
+    }
+}
+
+template <typename C>
+void ExpectColoursLikeChannels(std::size_t number, std::size_t bins) {
+    std::mt19937 random(static_cast<unsigned>(number));
+    std::vector<kep::RGB_generic<C>> colours(number);
+    for (auto& colour : colours)
+        colour = {static_cast<C>(random()), static_cast<C>(random() % 100), static_cast<C>(random() % 7)};
+    const auto empty = Make<C>(0, std::numeric_limits<C>::max(), bins);
+    std::array histograms{empty, empty, empty};
+    std::array twins{empty, empty, empty};
+    for (int round = 0; round < 2; ++round) // it adds to what was counted
+        zel::CountValues<C>(colours.data(), number, {&histograms[0], &histograms[1], &histograms[2]});
+    for (const auto& colour : colours)
+        for (int channel = 0; channel < 3; ++channel)
+            twins[static_cast<std::size_t>(channel)].GetBin(colour.GetComponent(channel)) += 2;
+    for (std::size_t channel = 0; channel < 3; ++channel)
+        EXPECT_EQ(Counters(histograms[channel]), Counters(twins[channel])) << number << " " << channel;
+}
+
+TEST(HistogramCount, TakesTheThreeComponentsOfColoursInOnePass) {
+    for (const std::size_t number : {0U, 1U, 255U, 256U, 65535U, 65536U, 65537U, 999999U, 1000000U, 1000001U}) {
+        ExpectColoursLikeChannels<unsigned char>(number, 256);
+        ExpectColoursLikeChannels<unsigned short>(number, 65536);
+    }
+    ExpectColoursLikeChannels<unsigned char>(1000003, 100);
+    ExpectColoursLikeChannels<unsigned short>(700001, 1000);
+}
+
+/// Complex values counted beside each of their parts by itself.
+void ExpectPartsLikeTwins(const std::vector<std::complex<float>>& values, const zel::ComplexHistograms& empty) {
+    zel::ComplexHistograms histograms = empty;
+    zel::ComplexHistograms twins = empty;
+    for (const auto& value : values) {
+        const float re = value.real(), im = value.imag();
+        ++twins[0].GetBin(re);
+        ++twins[1].GetBin(im);
+        ++twins[2].GetBin(std::atan2(im, re));
+        ++twins[3].GetBin(std::sqrt(re * re + im * im));
+    }
+    zel::CountValues(values.data(), values.size(), histograms);
+    for (std::size_t c = 0; c < 4; ++c)
+        EXPECT_EQ(Counters(histograms[c]), Counters(twins[c])) << c << " " << empty[c].size();
+}
+
+zel::ComplexHistograms MakeParts(std::size_t bins, float greatest) {
+    constexpr float pi = 3.1415927F;
+    return {Make(-greatest, greatest, bins), Make(-greatest, greatest, bins), Make(-pi, pi, bins),
+            Make(0.0F, 1.4143F * greatest, bins)};
+}
+
+TEST(HistogramCount, TakesPhasesThatLieBetweenTwoBins) {
+    // Whole numbers, so that phases are multiples of a quarter and an eighth turn and others that repeat; all signs,
+    // also of zero, and nothing but one part.
+    std::vector<std::complex<float>> values;
+    for (int re = -300; re <= 300; ++re)
+        for (int im = -300; im <= 300; ++im)
+            values.emplace_back(static_cast<float>(re), static_cast<float>(im));
+    for (const float zero : {0.0F, -0.0F})
+        for (const float other : {0.0F, -0.0F, 1.0F, -1.0F, 1e-40F, -1e-40F, 3e38F, -3e38F, infinity, -infinity, nan}) {
+            values.emplace_back(zero, other);
+            values.emplace_back(other, zero);
+            values.emplace_back(other, other);
+            values.emplace_back(other, -other);
+        }
+    for (const std::size_t bins : {2U, 3U, 256U, 257U, 1024U, 1025U, 65536U})
+        ExpectPartsLikeTwins(values, MakeParts(bins, 300.0F));
+}
+
+TEST(HistogramCount, TakesComplexVoxelsInThreads) {
+    std::mt19937 random(22);
+    std::normal_distribution<float> normal(0.0F, 30.0F);
+    std::vector<std::complex<float>> values(1200007);
+    for (auto& value : values)
+        value = {normal(random), normal(random)};
+    ExpectPartsLikeTwins(values, MakeParts(256, 100.0F));
+    ExpectPartsLikeTwins(values, MakeParts(65536, 100.0F));
+    zel::ComplexHistograms some = MakeParts(4096, 100.0F);
+    some[1].Init(5.0F, 5.0F, 1); // constant parts have one bin, others are counted by themselves
+    some[2].Init(-infinity, infinity, 256);
+    ExpectPartsLikeTwins(values, some);
 }
 
 } // namespace

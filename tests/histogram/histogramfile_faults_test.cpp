@@ -154,6 +154,23 @@ TEST_F(HistogramFaults, TheMostBinsComeBack) {
     EXPECT_EQ(loaded.FindFirstNonZero(), most - 1);
 }
 
+TEST_F(HistogramFaults, AFileWithACounterForEachBinMayHaveAnyNumberOfThem) {
+    // As an image of whole numbers from 0 to 2^25 gives it: one bin more than a short file may promise.
+    constexpr std::size_t bins = (std::size_t{1} << 25) + 1;
+    std::string bytes = "int\n33554433 0 33554432 \n0 33554432\n";
+    const std::size_t layout = bytes.size();
+    bytes.resize(layout + 2 * bins, ' ');
+    for (std::size_t i = 0; i < bins; ++i)
+        bytes[layout + 2 * i] = i % 2 == 0 ? '3' : '4';
+    WriteBytes(Path(), bytes);
+    Histogram<int> loaded;
+    ASSERT_TRUE(loaded.Load(Name()));
+    ASSERT_EQ(loaded.size(), bins);
+    EXPECT_EQ(loaded.GetRightCenter(), 33554432);
+    EXPECT_EQ(loaded[bins - 2], 4U);
+    EXPECT_EQ(loaded.GetSum(), 3 * bins + bins / 2);
+}
+
 TEST_F(HistogramFaults, LackOfMemoryIsToldByTheResult) {
     histogram.Init(0, 99, 100);
     ASSERT_TRUE(histogram.Save(Name()));

@@ -1,10 +1,9 @@
 #include "histogram/zel_histogramset.h"
 #include "tests/support/frames.h"
 #include "tests/support/gui_test.h"
+#include "tests/support/notice_watcher.h"
 
 #include <gmock/gmock.h>
-
-#include <wx/eventfilter.h>
 
 #include <cmath>
 #include <complex>
@@ -20,47 +19,10 @@ namespace {
 using testing::ElementsAre;
 using zel::Histogram;
 using zel::HistogramSet;
+using zel::test::NoticeWatcher;
 using Complex = std::complex<float>;
 template <typename C>
 using RGB = kep::RGB_generic<C>;
-
-/// While one lives, notes the text of each window when it appears, and how many of them stood at most.
-class NoticeWatcher : public wxEventFilter {
-public:
-    NoticeWatcher() { wxEvtHandler::AddFilter(this); }
-    ~NoticeWatcher() override { wxEvtHandler::RemoveFilter(this); }
-    NoticeWatcher(const NoticeWatcher&) = delete;
-    NoticeWatcher& operator=(const NoticeWatcher&) = delete;
-
-    int FilterEvent(wxEvent& event) override {
-        const auto* const window = dynamic_cast<wxTopLevelWindow*>(event.GetEventObject());
-        if (event.GetEventType() == wxEVT_SHOW && window != nullptr && static_cast<wxShowEvent&>(event).IsShown()) {
-            texts.push_back(TextIn(*window));
-            most = std::max(most, CountShown());
-        }
-        return Event_Skip;
-    }
-    static std::size_t CountShown() {
-        std::size_t shown = 0;
-        for (const wxWindow* const window : wxTopLevelWindows)
-            shown += window->IsShown() ? 1U : 0U;
-        return shown;
-    }
-
-    std::vector<std::string> texts;
-    std::size_t most = 0;
-
-private:
-    static std::string TextIn(const wxWindow& window) {
-        for (const wxWindow* const child : window.GetChildren()) {
-            if (const auto* const text = dynamic_cast<const wxStaticText*>(child))
-                return text->GetLabel().ToStdString();
-            if (const std::string text = TextIn(*child); !text.empty())
-                return text;
-        }
-        return {};
-    }
-};
 
 template <typename C>
 std::vector<std::size_t> Counters(const Histogram<C>& histogram) {

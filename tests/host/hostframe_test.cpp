@@ -466,6 +466,16 @@ TEST_F(HostFrame, TheStatusLineIsWholeInANarrowWindowToo) {
     EXPECT_GT(field.width, 160) << "a message has its room";
 }
 
+TEST_F(HostFrame, TheStatusLineWaitsWhileTheImageHasNoFrames) {
+    Open(2);
+    const std::string before = Status();
+    auto& canvas = dynamic_cast<zel_ImageViewer3dCanvas<unsigned short>&>(Canvas());
+    canvas.GetImage()->RemoveFrame(1);
+    canvas.GetImage()->RemoveFrame(0);
+    canvas.OnSequenceChange();
+    EXPECT_EQ(Status(), before);
+}
+
 TEST_F(HostFrame, TheStatusLineTellsColoursWithoutPadding) {
     const wxLogNull quiet; // the module tells what colours don't have
     using RGB = kep::RGB_generic<unsigned char>;

@@ -33,7 +33,7 @@ protected:
     }
     template <typename T>
     static std::unique_ptr<mor::Image4d<T>> Read(const Options& options) {
-        return ReadFiles<T>(options, PlanOpening(options));
+        return ReadFiles<T>(options, PlanOpening(options)).image;
     }
     template <typename T>
     static std::string FailureOf(const Options& options) {

@@ -1,11 +1,14 @@
 #include "host/outputs.h"
 #include "host/run.h"
 #include "image/kep.h"
+#include "tests/support/failing_calls.h"
 #include "tests/support/frames.h"
 #include "tests/support/scratch_folder.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <cerrno>
 
 namespace zelviewer {
 namespace {
@@ -134,6 +137,27 @@ TEST_F(Outputs, TheFileThatHoldsAnInputsVoxelsIsAnInputToo) {
     fs::create_hard_link(folder / "voxels", folder / "b.png");
     EXPECT_EQ(Refusal(folder / "a.png", {first, second}), Replaces(folder / "a.png", folder / "first.ids"));
     EXPECT_EQ(Refusal(folder / "b.png", {first, second}), Replaces(folder / "b.png", folder / "voxels"));
+}
+
+TEST_F(Outputs, WhatTheSystemFailsToTellIsNotReplaced) {
+    const std::string image = Write("image.tif");
+    fs::create_symlink("image.tif", folder / "link.tif");
+    WriteBytes(folder / "notes.tif", "kept");
+    const OutputRules rules({image}, true);
+    for (const char* const name : {"link.tif", "notes.tif"}) {
+        std::string refusal, call;
+        std::size_t number = 0;
+        do {
+            const FailingCall fault(number++, EIO);
+            refusal = rules.RefusalOf(folder / name, {".tif"});
+            call = fault.GetName();
+            EXPECT_NE(refusal, "") << name << ", " << call;
+        } while (!call.empty());
+        EXPECT_GT(number, 1U);
+    }
+    const FailingCall fault(1, EIO);
+    EXPECT_EQ(rules.RefusalOf(folder / "notes.tif", {".tif"}),
+              folder / "notes.tif" + ": It is there already and cannot be read: Input/output error");
 }
 
 TEST_F(Outputs, AScreenshotReplacesNeitherImagesNorLabels) {

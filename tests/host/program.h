@@ -33,7 +33,7 @@ protected:
     /// @param isRoot  false: run by another user, if the tests are root's, whom no permission stops
     pid_t Start(std::vector<std::string> arguments, Display display, bool isRoot = true) {
         const std::string output = outputs / "stdout", errors = fromDesktop ? "/dev/null" : outputs / "stderr";
-        arguments.insert(arguments.begin(), ZELVIEWER);
+        arguments.emplace(arguments.begin(), ZELVIEWER);
         std::vector<char*> argv;
         for (std::string& argument : arguments)
             argv.push_back(argument.data());

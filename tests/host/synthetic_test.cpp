@@ -86,6 +86,19 @@ TEST(Synthetic, TheSameSeedGivesTheSameVoxelsAndAnotherDoesNot) {
     EXPECT_TRUE(differ(*first[0].labels, *other[0].labels));
 }
 
+TEST(Synthetic, ThreadsThatShareAFrameGiveTheSameVoxels) {
+    SyntheticSettings settings;
+    settings.size = {80, 60, 20};
+    settings.frames = 2;
+    const SyntheticFilm film(settings);
+    const SyntheticFrame alone = film.Paint(1);
+    for (const std::size_t threads : {2U, 3U, 7U, 20U, 31U}) {
+        const SyntheticFrame shared = film.Paint(1, threads);
+        EXPECT_TRUE(std::equal(alone.intensity->begin(), alone.intensity->end(), shared.intensity->begin())) << threads;
+        EXPECT_TRUE(std::equal(alone.labels->begin(), alone.labels->end(), shared.labels->begin())) << threads;
+    }
+}
+
 class SyntheticDefault : public testing::Test {
 protected:
     static void SetUpTestSuite() { frames = new std::vector<SyntheticFrame>(MakeSyntheticCells()); }

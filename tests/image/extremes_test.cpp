@@ -1,8 +1,10 @@
 #include "model/zel_extremes.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/frames.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstring>
@@ -170,6 +172,36 @@ TYPED_TEST(ExtremesOfType, AgreeWithTheRuleFollowedVoxelByVoxel) {
     }
 }
 
+TYPED_TEST(ExtremesOfType, AreThoseOfAllBlocksThatCome) {
+    std::mt19937_64 random(11);
+    for (int round = 0; round < 300; ++round) {
+        std::vector<TypeParam> voxels(1 + random() % 300);
+        for (auto& voxel : voxels)
+            voxel = RandomVoxel<TypeParam>::Make(random, round % 2 == 0);
+        mor::RunningExtremes<TypeParam> running;
+        for (std::size_t at = 0; at < voxels.size();) {
+            const std::size_t number = std::min<std::size_t>(random() % 90, voxels.size() - at);
+            running.Add(voxels.data() + at, number);
+            at += number;
+            EXPECT_EQ(running.CountVoxels(), at);
+        }
+        ExpectSame(running.Get(), SlowExtremes(voxels), "round " + std::to_string(round));
+    }
+}
+
+TYPED_TEST(ExtremesOfType, DoNotDependOnTheNumberOfThreads) {
+    std::mt19937_64 random(12);
+    for (int round = 0; round < 4; ++round) {
+        std::vector<TypeParam> voxels((std::size_t{10} << 20) / sizeof(TypeParam) + 7); // parts for two threads
+        for (auto& voxel : voxels)
+            voxel = RandomVoxel<TypeParam>::Make(random, round % 2 == 0);
+        const ExtremaValues<TypeParam> found = ExtremesOf(voxels);
+        kep::SetThreadLimit(1);
+        ExpectSame(found, ExtremesOf(voxels), "round " + std::to_string(round));
+        kep::SetThreadLimit(0);
+    }
+}
+
 TYPED_TEST(ExtremesOfType, FindASingleOutlierAtEveryPlace) {
     std::mt19937_64 random(7);
     for (std::size_t at = 0; at < 131; ++at) {
@@ -308,6 +340,22 @@ TEST(Extremes, InfiniteVoxelsAreValues) {
     const auto extremes = ExtremesOf<float>({1, -infinity, infinity});
     EXPECT_EQ(extremes.min, -infinity);
     EXPECT_EQ(extremes.max, infinity);
+}
+
+TEST(Extremes, OfALargeFrameTakeNoMemory) {
+    kep::Image3d<unsigned char> frame;
+    frame.MakeRoom(4096, 4096, 1); // 16 MB, enough for several threads
+    frame.Fill(9);
+    frame.SetVoxel(1000, 3);
+    frame.SetVoxel(frame.GetNumVoxels() - 1, 70);
+    for (std::size_t number = 0; number < 5; ++number) {
+        ExtremaValues<unsigned char> extremes;
+        {
+            const FailingMemory memory(number);
+            EXPECT_NO_THROW(mor::ComputeFrameExtremes(frame, extremes)) << number;
+        }
+        EXPECT_EQ(extremes, (ExtremaValues<unsigned char>{3, 70})) << number;
+    }
 }
 
 TEST(Extremes, MergingWidensOnly) {

@@ -1,5 +1,6 @@
 #include "image/sequence/zel_framelist.h"
 #include "image/zel_image4d.h"
+#include "tests/support/failing_memory.h"
 #include "tests/support/text_of.h"
 
 #include <gtest/gtest.h>
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -147,6 +149,29 @@ TEST(InsertFrame, LeavesTheFrameToTheCallerWhenItThrows) {
     const auto frame = MakeFrame(1, 3, 3, 3); // deleted twice if the container took it
     EXPECT_THROW(s.image.InsertFrame(frame.get(), "1", -1), kep::InternalException);
     EXPECT_EQ(frame->GetVoxel(26), 1);
+}
+
+TEST(InsertFrame, LeavesTheFrameToTheCallerWhicheverRequestForMemoryFails) {
+    bool failed = true;
+    for (std::size_t number = 0; failed; ++number) {
+        Sequence s({10});
+        auto frame = MakeFrame(20);
+        const wxString name("20");
+        bool inserted = true;
+        {
+            const FailingMemory memory(number);
+            try {
+                s.image.InsertFrame(frame.get(), name, -1);
+            } catch (const std::bad_alloc&) {
+                inserted = false;
+            }
+            failed = memory.HasFailed();
+        }
+        EXPECT_EQ(s.image.GetNumFrames(), inserted ? 2U : 1U) << number;
+        EXPECT_EQ(s.image.TestConsistency(), 0) << number;
+        if (s.image.GetVoxelData().back() == frame.get())
+            frame.release(); // it is the sequence's
+    }
 }
 
 TEST(InsertFrame, TakesANameOfTheListItself) {

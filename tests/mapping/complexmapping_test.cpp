@@ -1,6 +1,7 @@
 #include "mapping/zel_complexmapping.h"
 #include "tests/mapping/counted.h"
 #include "tests/support/log_catcher.h"
+#include "viewer/zel_complexautofocus.h"
 
 #include <wx/fileconf.h>
 #include <wx/sstream.h>
@@ -9,6 +10,7 @@
 
 #include <cmath>
 #include <limits>
+#include <string>
 #include <vector>
 
 using namespace zel;
@@ -69,6 +71,24 @@ Colour Gray(int level) {
     const auto value = static_cast<unsigned char>(level);
     return {value, value, value};
 }
+
+/// A module that says it shows a part which there is not.
+class FifthPart : public Module {
+public:
+    ComplexMode GetShowMode() const override { return static_cast<ComplexMode>(complexModeCount); }
+};
+
+/// Also notes the source and the function that each entry names.
+class PlaceCatcher : public LogCatcher {
+public:
+    std::vector<std::string> places;
+
+protected:
+    void DoLogRecord(wxLogLevel level, const wxString& text, const wxLogRecordInfo& info) override {
+        LogCatcher::DoLogRecord(level, text, info);
+        places.push_back(std::string(info.filename) + " " + info.func);
+    }
+};
 
 } // namespace
 
@@ -141,6 +161,38 @@ TEST(ComplexModule, NotANumberIsBlack) {
     EXPECT_EQ(module.ColourOf({std::numeric_limits<float>::quiet_NaN(), 1.0F}), Gray(0));
     module.Show(Phase);
     EXPECT_EQ(module.ColourOf({std::numeric_limits<float>::quiet_NaN(), 1.0F}), Gray(0));
+}
+
+TEST(ComplexModule, APartThatThereIsNotLeavesThePictureAsItIs) {
+    const FifthPart module;
+    const Voxel voxel(3.0F, 4.0F);
+    ColourBuffer buffer(1, 1);
+    buffer.data[0] = Colour(1, 2, 3);
+    const LogCatcher log;
+    module.Map(&voxel, buffer);
+    EXPECT_EQ(buffer.data[0], Colour(1, 2, 3));
+    EXPECT_EQ(log.GetEntries(),
+              (LogCatcher::Entries{{wxLOG_Error, "Don't know how to display this mode of complex numbers."}}));
+}
+
+TEST(ComplexModule, APartThatThereIsNotHasNoAutofocus) {
+    const FifthPart module;
+    kep::Image3d<Voxel> frame;
+    frame.MakeRoom(2, 2, 2);
+    kep::Image3d<Voxel> autofocus;
+    autofocus.MakeRoom(1, 1, 1);
+    autofocus.SetVoxel(0, Voxel(5.0F, 6.0F));
+    const PlaceCatcher log;
+    MyGet_AF_XY(frame, autofocus, module);
+    MyGet_AF_XZ(frame, autofocus, module);
+    MyGet_AF_YZ(frame, autofocus, module);
+    EXPECT_EQ(autofocus.GetNumVoxels(), 1U);
+    EXPECT_EQ(autofocus.GetVoxel(0), Voxel(5.0F, 6.0F));
+    const LogCatcher::Entry entry{wxLOG_Error, "Don't know how to 'GetAF' in this mode of complex numbers."};
+    EXPECT_EQ(log.GetEntries(), (LogCatcher::Entries{entry, entry, entry}));
+    EXPECT_EQ(log.places,
+              (std::vector<std::string>{"zel_imagecanvas3d zel::MyGet_AF_XY", "zel_imagecanvas3d zel::MyGet_AF_XZ",
+                                        "zel_imagecanvas3d zel::MyGet_AF_YZ"}));
 }
 
 TEST(ComplexModule, EachPartKeepsItsOwnLevels) {

@@ -263,6 +263,17 @@ TEST(GrayModule, AHistogramBesideTheRangeBringsItsOwn) {
     EXPECT_EQ(module.GetRangeMax(), 30);
 }
 
+TEST(GrayModule, ARangeThatABitDepthHasCrossedStaysWhenVoxelsAreCountedAnew) {
+    Module<unsigned char> module(OfVoxels<unsigned char>({}, 100, 220));
+    module.OnHistogramChange(SetOf(Bytes({40, 60}))); // the range is still 100 to 220
+    module.ApplyBitdepth(5);
+    ASSERT_EQ(module.GetRangeMin(), 100);
+    ASSERT_EQ(module.GetRangeMax(), 31);
+    module.OnHistogramChange(SetOf(Bytes({40, 60, 60})));
+    EXPECT_EQ(module.GetRangeMin(), 100);
+    EXPECT_EQ(module.GetRangeMax(), 31);
+}
+
 TEST(GrayModule, AnEmptyHistogramTakesTheDataAwayAndLeavesTheRange) {
     Module<unsigned char> module(OfVoxels<unsigned char>({}, 50, 100));
     module.OnHistogramChange(HistogramSet<unsigned char>());

@@ -3,6 +3,7 @@
 #include "mapping/zel_mapperfactory.h"
 #include "mapping/zel_rgbmapping.h"
 #include "tests/mapping/viewer_fixture.h"
+#include "tests/support/notice_watcher.h"
 #include "tests/support/text_of.h"
 
 #include <complex>
@@ -107,6 +108,20 @@ TEST_F(MapperFactory, ConstantIntsAndFloatsAreRefused) {
     EXPECT_EQ(TextOf([&] { Create(*Row<float>({infinite, 3.0F})); }), text + "3.000000)");
     Pump();
     EXPECT_EQ(wxTopLevelWindows.size(), 1U) << "the notice has gone";
+}
+
+TEST_F(MapperFactory, ANoticeIsOnTheScreenWhileItCounts) {
+    const NoticeWatcher notices;
+    Create(*Row<unsigned char>({1, 2}));
+    Create(*Row<float>({1.0F, 2.0F}));
+    EXPECT_EQ(notices.CountShown(), 0U) << "it goes with the call";
+    EXPECT_EQ(TextOf([&] {
+                  Create(*Row<int>({5, 5}));
+              }),
+              "Consistency check failed. Constant images are not supported! (Value=5)");
+    EXPECT_EQ(notices.texts, std::vector<std::string>(3, "Creating histogram...")) << "before anything is checked";
+    EXPECT_EQ(notices.most, 1U);
+    EXPECT_EQ(notices.CountShown(), 0U);
 }
 
 TEST_F(MapperFactory, ImagesWithoutVoxelsAreRefused) {

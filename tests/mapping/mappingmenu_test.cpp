@@ -68,6 +68,15 @@ public:
     bool HasData() override { return false; }
 };
 
+/// A module whose levels have a gamma for which there is no curve.
+class NoCurve : public zel_GrayMappingModule<unsigned char> {
+public:
+    NoCurve() : zel_GrayMappingModule<unsigned char>(nullptr, TwoBins<unsigned char>()) {
+        GetChannel(0).levels.gamma = 0.0;
+        SetStretchEntry(zel_ME_LEVELS);
+    }
+};
+
 /// Bytes from 10 to 200, and all of them in the middle layer: 10, 20, ... 200 along x.
 std::unique_ptr<mor::Image4d<unsigned char>> Steps() {
     return MakeImage<unsigned char>({20, 16, 9}, 2, [](auto x, auto, auto, auto) { return 10 + 10 * x; });
@@ -286,6 +295,26 @@ TEST_F(MappingMenu, ABitDepthBelowTheRangeCrossesItsEndsAndAllStretchesWork) {
     EXPECT_EQ(level(60), 255);
     EXPECT_EQ(level(100), 255);
     EXPECT_EQ(level(101), 0);
+}
+
+TEST_F(MappingMenu, ATableThatCannotBeMadeIsToldInABoxAndTheMappingGoesOn) {
+    NoCurve module;
+    answers.Expect([](wxDialog& dialog) {
+        const auto* const box = dynamic_cast<wxMessageDialogBase*>(&dialog);
+        if (box == nullptr) {
+            ADD_FAILURE() << "no message box";
+            return wxID_OK;
+        }
+        EXPECT_EQ(box->GetMessage(), "LUT::CreateGamma(): The gamma must be a positive number.");
+        EXPECT_EQ(box->GetTitle(), wxMessageBoxCaptionStr);
+        EXPECT_EQ(box->GetMessageDialogStyle() & (wxOK | wxCANCEL | wxYES_NO | wxCENTRE), wxOK | wxCENTRE);
+        return wxID_OK;
+    });
+    module.ResetMapping();
+    EXPECT_EQ(answers.GetPending(), 0U);
+    EXPECT_EQ(module.GetMappingTable().Get(1), 0) << "what the table holds";
+    module.SetIdentity();
+    EXPECT_EQ(module.GetMappingTable().Get(1), 255);
 }
 
 TEST_F(MappingMenu, AHostMayAskForAPaletteInItsOwnWay) {

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <limits>
+#include <utility>
 
 using namespace zel;
 using namespace zel::test;
@@ -29,7 +31,7 @@ TEST(ChannelMapping, BeginsWithTheWholeHistogram) {
     EXPECT_EQ(mapping.rangeMax, 9);
     EXPECT_EQ(mapping.levels, (Levels<int>{-5, 9, 1.0, 0, 255}));
     EXPECT_EQ(mapping.thresholds, (ThresParams<int>{-5, 9}));
-    EXPECT_FALSE(mapping.HasThresholds());
+    EXPECT_FALSE(mapping.IsThresholdedBy(mapping.thresholds));
 }
 
 TEST(ChannelMapping, WithoutBinsHasTheRangeOfNewLevels) {
@@ -75,6 +77,32 @@ TEST(ChannelMapping, TheRangeOnlyShrinks) {
     mapping.NarrowRange(OfVoxels<int>({}, 70, 75));
     EXPECT_EQ(mapping.rangeMin, 70) << "nothing is left of the old one";
     EXPECT_EQ(mapping.rangeMax, 75);
+}
+
+TEST(ChannelMapping, ARangeWithItsEndsExchangedIsNotTakenForOneBesideTheHistogram) {
+    // What a bit depth of 4 leaves of a range that began at 200.
+    auto mapping = WithRange<unsigned char>(OfVoxels<unsigned char>({}), 200, 15);
+    mapping.NarrowRange(OfVoxels<unsigned char>({}));
+    EXPECT_EQ(mapping.rangeMin, 200);
+    EXPECT_EQ(mapping.rangeMax, 15);
+    mapping.NarrowRange(OfVoxels<unsigned char>({}, 210, 220));
+    EXPECT_EQ(mapping.rangeMin, 210) << "nothing between 15 and 200 is left";
+    EXPECT_EQ(mapping.rangeMax, 220);
+}
+
+TEST(ChannelMapping, AnEndThatIsNoNumberIsTheHistograms) {
+    constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+    const auto histogram = OfVoxels<float>({2.0F, 3.0F, 4.0F}, 0.0F, 8.0F);
+    for (const auto& [low, high] : {std::pair{5.0F, nan}, std::pair{nan, 5.0F}, std::pair{nan, nan}}) {
+        auto mapping = WithRange<float>(histogram, low, high);
+        EXPECT_LE(mapping.GetPart(histogram).size(), histogram.size());
+        mapping.StretchLinear(histogram);
+        mapping.StretchPercentil(histogram, 0.1);
+        mapping.NarrowRange(histogram);
+        EXPECT_EQ(mapping.rangeMin, std::isnan(low) ? 0.0F : low);
+        EXPECT_EQ(mapping.rangeMax, std::isnan(high) ? 8.0F : high);
+    }
+    EXPECT_EQ(WithRange<float>(histogram, 8.0F, nan).GetPart(histogram).size(), histogram.size()) << "NaN counts as 0";
 }
 
 TEST(ChannelMapping, StretchesLookAtTheRangeAlone) {
@@ -158,9 +186,9 @@ TEST(ChannelMapping, EachEndOfTheLevelsIsHeldOnOneSideOrOnBoth) {
 
 TEST(ChannelMapping, ThresholdsAtTheEndsOfTheRangeAreNone) {
     auto mapping = ChannelMapping<unsigned char>::Of(OfVoxels<unsigned char>({}));
-    EXPECT_FALSE(mapping.HasThresholds());
-    mapping.thresholds.upper = 254;
-    EXPECT_TRUE(mapping.HasThresholds());
+    EXPECT_FALSE(mapping.IsThresholdedBy({0, 255}));
+    EXPECT_TRUE(mapping.IsThresholdedBy({0, 254}));
+    EXPECT_TRUE(mapping.IsThresholdedBy({1, 255}));
     mapping.rangeMax = 254;
-    EXPECT_FALSE(mapping.HasThresholds());
+    EXPECT_FALSE(mapping.IsThresholdedBy({0, 254}));
 }

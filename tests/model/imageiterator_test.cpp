@@ -62,10 +62,16 @@ TEST(ImageIterator, LimitsAreStoredBeforeTheTestAndHoldTheRange) {
     EXPECT_EQ(it.current, 6);
     EXPECT_TRUE(it.moved);
 
+    it.SetLimits(4, 4); // a single frame
+    EXPECT_EQ(it.rangeFirst, 4);
+    EXPECT_EQ(it.rangeLast, 4);
+    EXPECT_EQ(it.current, 4);
+    EXPECT_TRUE(it.moved);
+
     EXPECT_EQ(TextOf([&] { it.SetLimits(5, 4); }), "Last index can't be smaller than the first index.");
     EXPECT_EQ(it.limitFirst, 5);
     EXPECT_EQ(it.limitLast, 4);
-    EXPECT_EQ(it.rangeFirst, 2);
+    EXPECT_EQ(it.rangeFirst, 4);
     EXPECT_TRUE(it.moved) << "a throwing setter leaves it";
 }
 
@@ -110,6 +116,27 @@ TEST(ImageIterator, RangeSettersHoldTheCurrentIndex) {
     it.SetRange(0, 2);
     EXPECT_EQ(it.current, 2);
     EXPECT_TRUE(it.moved);
+}
+
+TEST(ImageIterator, TheBoundsThemselvesAreAllowed) {
+    ImageIterator it(2, 12);
+    it.SetRange(2, 12);
+    it.SetRangeLast(2);
+    EXPECT_EQ(it.rangeLast, 2);
+    it.SetRangeLast(12);
+    EXPECT_EQ(it.rangeLast, 12);
+    it.SetRangeFirst(12);
+    EXPECT_EQ(it.rangeFirst, 12);
+    EXPECT_EQ(it.current, 12);
+    it.SetStep(1); // all of a range of one frame
+    it.SetRangeFirst(2);
+    EXPECT_EQ(it.rangeFirst, 2);
+    it.SetStep(11);
+    EXPECT_EQ(it.step, 11);
+    it.SetStep(1);
+    EXPECT_EQ(it.step, 1);
+    it.SetFPS(1);
+    EXPECT_EQ(it.GetInterval(), 1000);
 }
 
 TEST(ImageIterator, StepNameAndSpeedLeaveMovedAlone) {
@@ -198,6 +225,28 @@ TEST(ImageIterator, StepsByHandIgnoreDirectionAndOscillation) {
     EXPECT_EQ(it.direction, -1);
     EXPECT_EQ(it.StepForward(), 0);
     EXPECT_EQ(it.direction, 1);
+    EXPECT_TRUE(it.moved);
+}
+
+TEST(ImageIterator, StepsByHandReachTheEndsOfALoop) {
+    ImageIterator it(0, 2);
+    it.loopMode = true;
+    EXPECT_EQ(Shown(it, 5, &ImageIterator::StepForward), (Frames{1, 2, 0, 1, 2}));
+    EXPECT_EQ(Shown(it, 5, &ImageIterator::StepBackward), (Frames{1, 0, 2, 1, 0}));
+}
+
+TEST(ImageIterator, HomeAndEndComeIntoTheRangeFirst) {
+    ImageIterator it = ThreeToTenByFour();
+    it.current = 12;
+    EXPECT_EQ(it.GoToFirst(), 6); // held at 10, and back by 4
+    it.current = 0;
+    EXPECT_EQ(it.GoToLast(), 7); // held at 3, and on by 4
+    it.SetStep(8);               // no way from anywhere to anywhere
+    it.current = 12;
+    EXPECT_EQ(it.GoToFirst(), 10);
+    EXPECT_TRUE(it.moved) << "by being held";
+    it.current = 0;
+    EXPECT_EQ(it.GoToLast(), 3);
     EXPECT_TRUE(it.moved);
 }
 

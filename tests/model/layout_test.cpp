@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 
 using namespace zel;
 
@@ -24,6 +25,77 @@ ViewLayout Compute(const ViewLayoutInput& input) {
     ViewLayout layout;
     EXPECT_TRUE(ComputeViewLayout(input, layout));
     return layout;
+}
+
+/// What two windows get of a width or height, rule by rule.
+struct ExpectedShares {
+    ExpectedShares(int available, int wantedFirst, int wantedSecond) : first(available / 2), second(available / 2) {
+        const int half = available / 2;
+        if (wantedFirst >= half && wantedSecond >= half)
+            return;
+        if (wantedFirst + wantedSecond > available && wantedFirst > wantedSecond) {
+            first = available - wantedSecond;
+            second = wantedSecond;
+        } else {
+            first = wantedFirst;
+            second = wantedFirst + wantedSecond > available ? available - wantedFirst : wantedSecond;
+        }
+    }
+    int first;
+    int second;
+};
+
+/// Where a range begins that keeps its centre as far as the box lets it, the lower bound before the upper one.
+float ExpectedOffset(float offset, float size, float newSize, float boxOffset, float boxSize) {
+    float begin = offset + (size - newSize) * 0.5F;
+    if (begin + newSize > boxOffset + boxSize)
+        begin = boxOffset + boxSize - newSize;
+    return boxOffset > begin ? boxOffset : begin;
+}
+
+/// The layout by its rules one after the other, for inputs whose pixel sizes come out exactly.
+ViewLayout ExpectedLayout(const ViewLayoutInput& in) {
+    const bool xy = in.shown[zel_PT_XY], xz = in.shown[zel_PT_XZ], yz = in.shown[zel_PT_YZ];
+    int w = in.client.x - 2 - in.border, h = in.client.y - 2 - in.border;
+    if ((xy && yz) || (yz && xz))
+        w -= in.border;
+    if (xz && (xy || yz))
+        h -= in.border;
+    w = w < 0 ? 0 : w;
+    h = h < 0 ? 0 : h;
+    const int sx = static_cast<int>(in.boundingBox.size.x * in.scale.x);
+    const int sy = static_cast<int>(in.boundingBox.size.y * in.scale.y);
+    const int sz = static_cast<int>(in.boundingBox.size.z * in.scale.z);
+    int a = std::min(sx, w), b = std::min(sy, h), c = std::min(sz, w), d = std::min(sz, h);
+    if (yz && (xy || xz)) {
+        a = ExpectedShares(w, sx, sz).first;
+        c = ExpectedShares(w, sx, sz).second;
+    }
+    if (xz && (xy || yz)) {
+        b = ExpectedShares(h, sy, sz).first;
+        d = ExpectedShares(h, sy, sz).second;
+    }
+    a = std::max(a, 1);
+    b = std::max(b, 1);
+    c = std::max(c, 1);
+    d = std::max(d, 1);
+    if (xz && yz)
+        c = d = std::min(c, d);
+    const int e = yz ? c : d;
+    ViewLayout out;
+    const MicronBox& old = in.visibleBox;
+    const MicronBox& box = in.boundingBox;
+    MicronBox& now = out.visibleBox;
+    now.size = {static_cast<float>(a) / in.scale.x, static_cast<float>(b) / in.scale.y,
+                static_cast<float>(e) / in.scale.z};
+    now.offset.x = ExpectedOffset(old.offset.x, old.size.x, now.size.x, box.offset.x, box.size.x);
+    now.offset.y = ExpectedOffset(old.offset.y, old.size.y, now.size.y, box.offset.y, box.size.y);
+    now.offset.z = ExpectedOffset(old.offset.z, old.size.z, now.size.z, box.offset.z, box.size.z);
+    out.windows[zel_PT_XY] = Rect(1, 1, a + in.border, b + in.border);
+    out.windows[zel_PT_XZ] = Rect(1, xy || yz ? b + in.border + 1 : 1, a + in.border, d + in.border);
+    out.windows[zel_PT_YZ] = Rect(xy || xz ? a + in.border + 1 : 1, 1, c + in.border, b + in.border);
+    out.scrollStep = {0.2F * now.size.x, 0.2F * now.size.y, 0.2F * now.size.z};
+    return out;
 }
 
 } // namespace
@@ -93,6 +165,76 @@ TEST(Layout, HalvesWhatBothWouldFill) {
     EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(53, 1, 52, 52));
 }
 
+TEST(Layout, HalvesToTheLastPixelWhatIsOdd) {
+    // 11 pixels each way, half 5: a window that wants just that gets no more, and neither does its neighbour.
+    ViewLayoutInput input = Default({17, 17});
+    input.boundingBox.size = {0.5F, 0.7F, 0.7F}; // 5 x 7 x 7 pixels: 5 + 7 is more than 11
+    ViewLayout layout = Compute(input);
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 7, 7));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(8, 1, 7, 7));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 8, 7, 7));
+    input.boundingBox.size = {0.7F, 0.7F, 0.5F};
+    layout = Compute(input);
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 7, 7));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(8, 1, 7, 7));
+}
+
+TEST(Layout, EachAxisHasItsOwnScaleAndBox) {
+    ViewLayoutInput input = Default({246, 145});
+    input.boundingBox = {{100, -50, 7}, {30, 50, 16}};
+    input.visibleBox = {{110, -40, 9}, {10, 20, 8}}; // centres 115, -30 and 13
+    input.scale = {8, 4, 5};                         // 240 x 200 x 80 pixels
+    // w = 246 - 6 = 240, half 120: X has more, Z 80: XY gets 160. h = 145 - 6 = 139, half 69: both have more.
+    // Z is seen in 69 pixels, the smaller of 80 and 69.
+    const ViewLayout layout = Compute(input);
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 162, 71));
+    EXPECT_EQ(layout.windows[zel_PT_XZ], Rect(1, 72, 162, 71));
+    EXPECT_EQ(layout.windows[zel_PT_YZ], Rect(163, 1, 71, 71));
+    // 160 / 8 = 20 microns around 115; 69 / 4 = 17.25 around -30; 69 / 5 = 13.8 around 13, lifted to the box.
+    EXPECT_EQ(layout.visibleBox.size, kep::Vector3d<float>(20, 17.25F, 13.8F));
+    EXPECT_EQ(layout.visibleBox.offset, kep::Vector3d<float>(105, -38.625F, 7));
+    EXPECT_EQ(layout.scrollStep, kep::Vector3d<float>(0.2F * 20, 0.2F * 17.25F, 0.2F * 13.8F));
+}
+
+TEST(Layout, AloneXZAndYZTakeTheDepthThatFitsThem) {
+    ViewLayoutInput input = Default({54, 404}); // w = 50 and h = 400 for one window
+    input.boundingBox.size.z = 30;              // 300 pixels
+    input.shown[zel_PT_XY] = input.shown[zel_PT_YZ] = false;
+    EXPECT_EQ(Compute(input).windows[zel_PT_XZ], Rect(1, 1, 52, 302));
+    EXPECT_FLOAT_EQ(Compute(input).visibleBox.size.z, 30.0F);
+    input.shown[zel_PT_XZ] = false;
+    input.shown[zel_PT_YZ] = true;
+    EXPECT_EQ(Compute(input).windows[zel_PT_YZ], Rect(1, 1, 52, 202));
+    EXPECT_FLOAT_EQ(Compute(input).visibleBox.size.z, 5.0F);
+}
+
+TEST(Layout, IsThatOfTheRulesForRandomImages) {
+    std::mt19937 random(20261122);
+    const auto whole = [&random](int low, int high) { return std::uniform_int_distribution<int>(low, high)(random); };
+    // Products of quarters and halves are exact in floats.
+    const auto quarters = [&](int low, int high) { return static_cast<float>(whole(low, high)) / 4.0F; };
+    const auto halves = [&] { return static_cast<float>(whole(1, 24)) / 2.0F; };
+    for (int round = 0; round < 3000; ++round) {
+        ViewLayoutInput input;
+        input.client = {whole(0, 300), whole(1, 300)};
+        input.border = whole(0, 5);
+        const int shown = whole(1, 7);
+        for (const Plane& plane : planes)
+            input.shown[plane.type] = (shown & plane.type) != 0;
+        input.boundingBox = {{quarters(-80, 80), quarters(-80, 80), quarters(-80, 80)},
+                             {quarters(1, 120), quarters(1, 120), quarters(1, 120)}};
+        input.visibleBox = {{quarters(-100, 160), quarters(-100, 160), quarters(-100, 160)},
+                            {quarters(0, 120), quarters(0, 120), quarters(0, 120)}};
+        input.scale = {halves(), halves(), halves()};
+        const ViewLayout layout = Compute(input);
+        const ViewLayout expected = ExpectedLayout(input);
+        for (const Plane& plane : planes)
+            ASSERT_EQ(layout.windows[plane.type], expected.windows[plane.type]) << round;
+        ASSERT_EQ(layout.visibleBox, expected.visibleBox) << round;
+        ASSERT_EQ(layout.scrollStep, expected.scrollStep) << round;
+    }
+}
+
 TEST(Layout, GivesTheRestToADeepVolume) {
     ViewLayoutInput input = Default({206, 1000});
     input.boundingBox.size = {5, 20, 90}; // 50 x 200 x 900 pixels
@@ -138,8 +280,9 @@ TEST(Layout, LeavesEverythingAloneWithoutWindowsOrRoom) {
     input.shown[zel_PT_XY] = input.shown[zel_PT_XZ] = input.shown[zel_PT_YZ] = false;
     EXPECT_FALSE(ComputeViewLayout(input, layout));
     EXPECT_EQ(layout.windows[zel_PT_XY], Rect(7, 7, 7, 7));
-    EXPECT_TRUE(ComputeViewLayout(Default({0, 5}), layout)); // only both being 0 counts
-    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 3, 3));  // one pixel and the border
+    EXPECT_TRUE(ComputeViewLayout(Default({5, 0}), layout)); // only both being 0 counts
+    EXPECT_TRUE(ComputeViewLayout(Default({0, 5}), layout));
+    EXPECT_EQ(layout.windows[zel_PT_XY], Rect(1, 1, 3, 3)); // one pixel and the border
 }
 
 TEST(Layout, KeepsTheCentreUntilAnEdgeIsReached) {

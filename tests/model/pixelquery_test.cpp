@@ -101,6 +101,12 @@ TEST(LocatePixel, BesideTheImageThereIsNothingInEitherSense) {
     EXPECT_NE(Locate(view, xy, {11, 3}), std::nullopt);
     EXPECT_EQ(Locate(view, xy, {12, 3}), std::nullopt);
     EXPECT_EQ(Locate(view, xy, {13, 3}), std::nullopt);
+    view = SmallView();
+    view.visibleBox.offset.y = 48; // 4 black rows, below now
+    view.options.reversedY = true;
+    EXPECT_EQ(Locate(view, xy, {5, 3}), Place({Microns(106.5F, 51, 7), Voxel(6, 0, 3)}));
+    EXPECT_EQ(Locate(view, xy, {5, 4}), std::nullopt);
+    EXPECT_EQ(Locate(view, xy, {5, 5}), std::nullopt) << "although its place, 10 - 1 - 5 = 4, is the image's first";
 }
 
 TEST(LocatePixel, AWindowOfOnePixelOnTheFarFaceShowsTheLastVoxel) {

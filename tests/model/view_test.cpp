@@ -105,6 +105,14 @@ TEST(View, ArrangesWindowsAndWhatTheyShow) {
     EXPECT_EQ(view.GetFullSize(xz), Size(200, 70));
 }
 
+TEST(View, ArrangingKeepsTheMiddleOfWhatWasVisible) {
+    View view;
+    view.visibleBox = {{6, 6, 1}, {8, 8, 5}}; // around 10, 10, 3.5
+    view.ZoomIn();                            // 400 x 400 x 140 pixels, of which 101 are to be shared: 50 each
+    ASSERT_TRUE(view.Arrange({107, 107}, 2));
+    EXPECT_EQ(view.visibleBox, MicronBox({8.75F, 8.75F, 2.25F}, {2.5F, 2.5F, 2.5F}));
+}
+
 TEST(View, WithoutWindowsOnlyTheScaleFollowsTheZoom) {
     View view;
     view.Show(zel_PT_ALL, false);
@@ -211,8 +219,10 @@ TEST(View, CentresOnAPointAsFarAsTheBoxLets) {
 TEST(View, CentresOnACutThatIsOut) {
     View view = HalfVisible();
     EXPECT_EQ(view.CentreOnCutIfOut(), ViewChange()); // (102.75, 202.25, 305) is seen
-    view.options.cut = {103.75F, 202.25F, 305};       // on the edge is inside
-    EXPECT_EQ(view.CentreOnCutIfOut(), ViewChange());
+    for (const Vector& onTheEdge : {Vector(101.25F, 201, 302), Vector(103.75F, 203, 306)}) {
+        view.options.cut = onTheEdge;
+        EXPECT_EQ(view.CentreOnCutIfOut(), ViewChange());
+    }
     view.options.cut = {104, 201.5F, 305};
     EXPECT_EQ(view.CentreOnCutIfOut(), Change(Kind::Visible, 7));
     EXPECT_EQ(view.visibleBox.offset, Vector(102.5F, 200.5F, 303));

@@ -85,8 +85,8 @@ std::vector<std::string> FindWriters(std::string_view source) {
     return found;
 }
 
-/// "file: name" for each name in the sources of a tree, tests and benchmarks left out. A folder of builds is known by
-/// the cache in its folders.
+/// "file: name" for each name in the sources of a tree, tests, benchmarks and fuzzing left out. A folder of builds is
+/// known by the cache in its folders.
 std::vector<std::string> FindWritersInTree(const fs::path& root, std::set<std::pair<std::string, std::string>>& used,
                                            std::size_t& sources) {
     std::vector<std::string> found;
@@ -94,7 +94,7 @@ std::vector<std::string> FindWritersInTree(const fs::path& root, std::set<std::p
         const std::string name = fs::relative(entry->path(), root).string();
         const std::string file = entry->path().filename().string();
         if (entry->is_directory()) {
-            if (file.starts_with('.') || name == "tests" || name == "bench" || name == "build" ||
+            if (file.starts_with('.') || name == "tests" || name == "bench" || name == "fuzz" || name == "build" ||
                 fs::exists(entry->path() / "CMakeCache.txt"))
                 entry.disable_recursion_pending();
             continue;
@@ -178,6 +178,7 @@ TEST(Sources, PlantedInATreeAreFoundInAnyFolderOfIt) {
     plant("core/c.txt", "std::ofstream out;");
     plant("tests/d.cpp", "std::ofstream out;");
     plant("bench/e.cpp", "std::ofstream out;");
+    plant("fuzz/h.cpp", "std::ofstream out;");
     plant("core/tests/f.cpp", "fopen"); // it is the tree's own folder of tests that may write
     plant("build-there/CMakeCache.txt", "");
     plant("build-there/g.cpp", "fopen");

@@ -48,6 +48,20 @@ bool FailingMemory::HasFailed() const {
     return hasFailed;
 }
 
+// Of the leak checker, where a program has one.
+extern "C" __attribute__((weak)) void __lsan_disable();
+extern "C" __attribute__((weak)) void __lsan_enable();
+
+IgnoredLeaks::IgnoredLeaks() {
+    if (&__lsan_disable != nullptr)
+        __lsan_disable();
+}
+
+IgnoredLeaks::~IgnoredLeaks() {
+    if (&__lsan_enable != nullptr)
+        __lsan_enable();
+}
+
 /// The leak checker asks for this: the toolkit loses the buffer of a conversion when the next request is refused.
 extern "C" __attribute__((visibility("default"))) const char* __lsan_default_suppressions();
 const char* __lsan_default_suppressions() {

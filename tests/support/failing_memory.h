@@ -14,3 +14,12 @@ public:
     /// Whether there were so many requests.
     bool HasFailed() const;
 };
+
+/// While one lives, memory that its thread takes is no leak, whoever loses it. Means nothing without sanitizers.
+class IgnoredLeaks {
+public:
+    IgnoredLeaks();
+    ~IgnoredLeaks();
+    IgnoredLeaks(const IgnoredLeaks&) = delete;
+    IgnoredLeaks& operator=(const IgnoredLeaks&) = delete;
+};

@@ -4,7 +4,9 @@
 #include <wx/evtloop.h>
 #include <wx/stopwatch.h>
 
+#include <functional>
 #include <limits>
+#include <new>
 
 using namespace zel;
 using namespace zel::test;
@@ -153,6 +155,21 @@ TEST_F(BrowsingTest, TicksComeFromTheTimer) {
     EXPECT_EQ(canvas->shown.size(), 7U);
 }
 
+TEST_F(BrowsingTest, TicksGoOnUnderAModalDialog) {
+    Play(1000, 0, 999, 1);
+    It().SetFPS(100);
+    Run(zel_CMD_BROWSE_FORWARD);
+    DialogAnswers answers;
+    answers.ExpectDriven([this](wxDialog& dialog) {
+        const int before = canvas->GetTime();
+        EXPECT_TRUE(WaitUntil([&] { return canvas->GetTime() >= before + 2; }));
+        dialog.EndModal(wxID_OK);
+    });
+    wxDialog dialog(frame, wxID_ANY, "modal");
+    EXPECT_EQ(dialog.ShowModal(), wxID_OK);
+    EXPECT_TRUE(IsPlaying());
+}
+
 TEST_F(BrowsingTest, SpeedChangesWhilePlaying) {
     Play(1000, 0, 999, 1);
     EXPECT_EQ(Run(zel_CMD_FASTER), "FPS set to 2.");
@@ -204,6 +221,21 @@ TEST_F(BrowsingTest, AboveAThousandFramesThePictureStillFollows) {
     EXPECT_GE(canvas->paintsXY, static_cast<int>(canvas->shown.size()) - 1) << "each tick is painted";
 }
 
+TEST_F(BrowsingTest, FramesThatTakeLongerThanTheirTimeArePaintedToo) {
+    Play(1000000, 0, 999999, 1);
+    It().SetFPS(200);
+    canvas->onShown = [] { wxMilliSleep(12); };
+    Run(zel_CMD_BROWSE_FORWARD);
+    EXPECT_EQ(canvas->GetSequenceInterval(), 5);
+    canvas->paintsXY = 0;
+    const wxStopWatch watch;
+    while (watch.Time() < 20000 && canvas->shown.size() < 50)
+        wxEventLoopBase::GetActive()->Dispatch();
+    Run(zel_CMD_STOP_BROWSING);
+    ASSERT_GE(canvas->shown.size(), 50U);
+    EXPECT_GE(canvas->paintsXY, static_cast<int>(canvas->shown.size()) - 1) << "each tick is painted";
+}
+
 TEST_F(BrowsingTest, StepGoesFromOneToTheSizeOfTheRange) {
     Play(5, 1, 3, 1);
     EXPECT_EQ(Run(zel_CMD_SMALLER_STEP), "No change.");
@@ -247,17 +279,22 @@ TEST_F(BrowsingTest, AFailureOfAnyKindIsNoChange) {
     class Failing : public NotingCanvas {
     public:
         using NotingCanvas::NotingCanvas;
-        void OnTimeChange() override { throw 5; }
+        void OnTimeChange() override { failure(); }
+        std::function<void()> failure;
     };
-    auto* const failing = new Failing(frame);
-    failing->Play(5);
-    failing->m_iterator.SetRange(2, 3);
-    failing->m_iterator.current = 0;
-    wxCommandEvent event(wxEVT_MENU, zel_CMD_BROWSE_FORWARD);
-    wxString message;
-    failing->OnSequenceMenuHandler(event, message);
-    EXPECT_EQ(message, "No change.");
-    EXPECT_FALSE(failing->m_sequenceTimer.IsRunning());
+    const std::function<void()> failures[] = {[] { throw 5; }, [] { throw std::bad_alloc(); }};
+    for (const auto& failure : failures) {
+        auto* const failing = new Failing(frame);
+        failing->failure = failure;
+        failing->Play(5);
+        failing->m_iterator.SetRange(2, 3);
+        failing->m_iterator.current = 0;
+        wxCommandEvent event(wxEVT_MENU, zel_CMD_BROWSE_FORWARD);
+        wxString message;
+        EXPECT_NO_THROW(failing->OnSequenceMenuHandler(event, message));
+        EXPECT_EQ(message, "No change.");
+        EXPECT_FALSE(failing->m_sequenceTimer.IsRunning());
+    }
 }
 
 TEST_F(BrowsingTest, ShowNextImageStepsAndPaints) {

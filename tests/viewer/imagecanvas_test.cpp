@@ -2,6 +2,8 @@
 #include "tests/support/pictures.h"
 #include "viewer/zel_imagecanvas3d.h"
 
+#include <wx/dcmemory.h>
+
 #include <memory>
 
 using namespace zel;
@@ -29,7 +31,9 @@ public:
     using zel_Viewer3dCanvas::m_iterator;
 
     void UpdateVolVis() override { ++volumeUpdates; }
+    void InfoFrame_UpdatePixelInfo() override { ++pixelInfos; }
     int volumeUpdates = 0;
+    int pixelInfos = 0;
 };
 
 class ImageCanvasTest : public GuiTest {
@@ -184,6 +188,10 @@ TEST_F(ImageCanvasTest, AHiddenWindowIsResampledWhenItIsShown) {
     canvas->Update();
     EXPECT_TRUE(canvas->IsDataDirty(zel_PT_YZ));
     EXPECT_FALSE(canvas->IsDataDirty(zel_PT_XY));
+    wxBitmap bitmap(5, 8);
+    wxMemoryDC dc(bitmap);
+    canvas->Draw(dc, zel_PT_YZ); // not even when somebody has it drawn
+    EXPECT_TRUE(canvas->IsDataDirty(zel_PT_YZ));
     canvas->ShowDrWin(zel_PT_YZ, true);
     EXPECT_TRUE(WaitUntil([&] { return !canvas->IsDataDirty(zel_PT_YZ); }));
     EXPECT_EQ(At(zel_PT_YZ, 3, 2), Named(1, 2, 3));
@@ -229,6 +237,38 @@ TEST_F(ImageCanvasTest, ScrollingAWindowLeavesTheOthersAlone) {
     canvas->OnVis3dChange(zel_PT_XZ);
     canvas->Update();
     EXPECT_EQ(mapper.maps, maps + 1);
+}
+
+TEST_F(ImageCanvasTest, CutAndContentOfAWindowLeaveTheOthersAlone) {
+    Open(NamedImage({9, 8, 5}));
+    int maps = mapper.maps;
+    canvas->OnCutChange(zel_PT_YZ);
+    canvas->Update();
+    EXPECT_EQ(mapper.maps, maps + 1);
+    maps = mapper.maps;
+    canvas->ChangeContent(zel_PC_AUTOFOCUS, zel_PT_XZ);
+    canvas->Update();
+    EXPECT_EQ(mapper.maps, maps + 1);
+    EXPECT_EQ(At(zel_PT_XZ, 3, 2), Named(3, 7, 2));
+    EXPECT_EQ(At(zel_PT_XY, 3, 2), Named(3, 2, 2));
+}
+
+TEST_F(ImageCanvasTest, DrawingLeavesGreenForTextsAndTellsOfThePixelUnderThePointer) {
+    Open(NamedImage({9, 8, 5}));
+    for (const int type : {1, 2, 4, 0, 3, 7}) { // the last three are no windows
+        wxBitmap bitmap(9, 8);
+        wxMemoryDC dc(bitmap);
+        dc.SetBackground(*wxRED_BRUSH);
+        dc.Clear();
+        dc.SetTextForeground(*wxBLUE);
+        canvas->pixelInfos = 0;
+        canvas->Draw(dc, static_cast<zel_ProjectionType>(type));
+        EXPECT_EQ(dc.GetTextForeground(), *wxGREEN) << type;
+        EXPECT_EQ(canvas->pixelInfos, 1) << type;
+        dc.SelectObject(wxNullBitmap);
+        const bool isWindow = type == 1 || type == 2 || type == 4;
+        EXPECT_EQ(ColourAt(bitmap.ConvertToImage(), {2, 2}) != *wxRED, isWindow) << type;
+    }
 }
 
 TEST_F(ImageCanvasTest, AutofocusShowsTheMaximumAlongTheThirdAxis) {
@@ -290,6 +330,23 @@ TEST_F(ImageCanvasTest, AChangeOfDataTakesGeometryAndMakesTheViewIsotropic) {
     EXPECT_EQ(canvas->volumeUpdates, 1);
 }
 
+TEST_F(ImageCanvasTest, AChangeOfDataBringsTheViewToACutThatIsOutOfSight) {
+    Open(MakeImage<unsigned short>({600, 4, 3}, 1, [](auto x, auto, auto, auto) { return x; }));
+    const auto showsFrom = [&](float x) {
+        canvas->GetView().visibleBox.offset.x = x;
+        canvas->OnDataChange();
+        return canvas->GetVisibleBox().offset.x;
+    };
+    const float seen = canvas->GetVisibleBox().size.x; // microns, and pixels
+    ASSERT_GT(seen, 200);
+    ASSERT_LT(seen, 300);
+    ASSERT_EQ(canvas->GetCut().x, 300.5F);
+    EXPECT_EQ(showsFrom(100), 100) << "the cut is seen";
+    EXPECT_EQ(showsFrom(320), 300.5F - seen / 2);
+    canvas->ChangeCut({599.5F, 2, 1});
+    EXPECT_EQ(showsFrom(0), 600 - seen);
+}
+
 TEST_F(ImageCanvasTest, RemovedFramesPaintNothing) {
     Open(NamedImage({9, 8, 5}, 2));
     canvas->m_iterator.current = 1;
@@ -338,6 +395,11 @@ TEST_F(ImageCanvasTest, ANullImageIsAnEmptyCanvas) {
     EXPECT_EQ(frame->GetTitle(), "title of the host");
     EXPECT_EQ(At(zel_PT_XY, 5, 5), 0);
     EXPECT_EQ(mapper.maps, 0);
+    wxBitmap bitmap(9, 8);
+    wxMemoryDC dc(bitmap);
+    dc.SetTextForeground(*wxBLUE);
+    canvas->Draw(dc, zel_PT_XY);
+    EXPECT_EQ(dc.GetTextForeground(), *wxBLUE) << "drawing ends at once";
 }
 
 TEST_F(ImageCanvasTest, AnImageWithoutFramesIsRefused) {

@@ -173,6 +173,15 @@ TEST_F(InfoTest, ItStandsAtTheFreeCornerOfTheLayout) {
     settings.zoom = 3;
     static_cast<zel_Viewer3dCanvas&>(*canvas).SetSettings(settings);
     EXPECT_TRUE(standsAt(zel_PT_XY)) << "after settings";
+    wxPoint before = Corner(zel_PT_XY);
+    ASSERT_TRUE(ResizeClient(*frame, {210, 200}));
+    EXPECT_NE(Corner(zel_PT_XY), before);
+    EXPECT_TRUE(standsAt(zel_PT_XY)) << "after a new size";
+    before = Corner(zel_PT_XY);
+    image->SetResolution({1, 4, 4}); // 40 x 7.5 x 5 microns
+    canvas->OnDataChange();
+    EXPECT_NE(Corner(zel_PT_XY), before);
+    EXPECT_TRUE(standsAt(zel_PT_XY)) << "after other data";
 }
 
 TEST_F(InfoTest, ItFollowsTheFrameByMoveEvents) {

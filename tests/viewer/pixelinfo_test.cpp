@@ -6,6 +6,8 @@
 
 #include <wx/iconbndl.h>
 
+#include <malloc.h>
+
 #include <random>
 
 using namespace zel;
@@ -296,6 +298,31 @@ TEST_F(InfoTest, TheIconsAreThePictureInSmall) {
     EXPECT_EQ(ColourAt(picture(), {0, 2}), colourOf(Number({35, 3, 10})));
     canvas->ToggleAxisReverse(1);
     EXPECT_EQ(ColourAt(picture(), {0, 2}), colourOf(Number({35, 26, 10})));
+}
+
+TEST_F(InfoTest, RenewedIconsTakeNoMoreMemory) {
+    Open(Numbered());
+    const auto heapAfter = [this](int renewals) {
+        for (int i = 0; i < renewals; ++i) {
+            frame->RefreshIcon();
+            Pump();
+        }
+        Settle();
+        const struct mallinfo2 heap = mallinfo2(); // which counts nothing under AddressSanitizer
+        return static_cast<double>(heap.uordblks + heap.hblkhd);
+    };
+    const double before = heapAfter(50);
+    EXPECT_LT(heapAfter(500) - before, 500 * 500.0); // a set of icons takes 4 * (16 * 16 + 32 * 32) = 5120 bytes
+}
+
+TEST_F(InfoTest, TheIconsOfTheFrameAreTransparentAroundThePicture) {
+    Open(Numbered());
+    Settle();
+    wxBitmap bitmap;
+    bitmap.CopyFromIcon(frame->GetIcons().GetIconByIndex(0));
+    const wxImage icon = bitmap.ConvertToImage();
+    EXPECT_FALSE(icon.IsTransparent(0, 2) || icon.IsTransparent(15, 13));
+    EXPECT_TRUE(icon.IsTransparent(0, 1) && icon.IsTransparent(15, 14));
 }
 
 TEST_F(InfoTest, WithoutAPictureTheIconsAreTransparent) {

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <numeric>
+#include <random>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -331,6 +332,21 @@ TEST(IsosurfaceGenerator, ALabelAtTheBorderIsOpenThere) {
     EXPECT_EQ(surface.GetVertexCount(), 5U); // the octahedron without the tip that would lie outside
     EXPECT_EQ(surface.GetTriangleCount(), 4U);
     EXPECT_FALSE(GetShape(surface.GetIndices(), surface.GetTriangleCount()).closed);
+}
+
+TEST(IsosurfaceGenerator, WalksThatShareAVolumeFindTheSame) {
+    // Enough voxels for two walks, which meet at slice 18, and specks that all of them have, those at the meeting too.
+    Volume volume{200, 150, 37};
+    std::mt19937 random(41);
+    for (std::size_t z = 0; z < volume.depth; ++z)
+        for (std::size_t y = 0; y < volume.height; ++y)
+            for (std::size_t x = 0; x < volume.width; ++x)
+                if (random() % 40 == 0 || (x / 20 + y / 20) % 2 == 0)
+                    volume.At(x, y, z) = static_cast<unsigned short>(1 + (x / 20 + y / 30 * 7 + z / 15) % 9);
+    volume.At(100, 70, 18) = 11; // a label of the slice where they meet alone, and one behind it
+    volume.At(50, 70, 30) = 12;
+    const SurfaceMap toSurface{{1, 3}, {2, 0}, {3, 1}, {5, 2}, {11, 4}, {12, 5}, {13, 6}};
+    ExpectAsLiterally(volume, toSurface, {0.3F, 0.7F, 1.1F});
 }
 
 } // namespace

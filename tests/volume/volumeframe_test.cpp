@@ -315,12 +315,33 @@ TEST_F(VolumeFrame, AViewIsSavedAndLoaded) {
     const float distance = window.Canvas().GetEyeDistance();
     window.Canvas().ResetView();
     window.Press('+');
-    const wxImage before = window.Picture();
     ExpectFile(answers, loadTitle, loadWildcard, name);
     window.Choose(10006);
     EXPECT_EQ(window.Canvas().GetObjectMatrix(), saved);
     EXPECT_NEAR(window.Canvas().GetEyeDistance(), distance, 1e-6F);
     EXPECT_EQ(window.Canvas().GetSliceCount(), 110) << "not a part of the view";
+}
+
+TEST_F(VolumeFrame, ALoadedViewWaitsForTheNextPaint) {
+    const ScratchFolder folder;
+    const std::string name = folder / "reset.zelview";
+    int paints = 0;
+    const VolumeWindow window;
+    window.Show(2, nothing);
+    window.Canvas().SaveViewFile(name);
+    window.Choose(5009);
+    window.Picture();
+    Settle();
+    window.Canvas().Bind(wxEVT_PAINT, [&paints](wxPaintEvent& event) {
+        ++paints;
+        event.Skip();
+    });
+    EXPECT_TRUE(window.Canvas().LoadViewFile(name));
+    Settle();
+    EXPECT_EQ(window.Canvas().GetObjectMatrix(), identityMatrix);
+    EXPECT_EQ(paints, 0) << "no refresh follows";
+    window.Canvas().SetShowBox(true);
+    EXPECT_TRUE(WaitUntil([&] { return paints > 0; }));
 }
 
 TEST_F(VolumeFrame, AShortViewFileLeavesTheRest) {

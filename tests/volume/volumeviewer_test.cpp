@@ -7,6 +7,8 @@
 #include "viewer/zel_commands.h"
 
 #include <wx/busyinfo.h>
+#include <wx/evtloop.h>
+#include <wx/stopwatch.h>
 
 #include <new>
 
@@ -162,6 +164,8 @@ TEST_F(VolumeViewer, TheIconsAreTheViewers) {
     others.AddIcon(icon);
     viewer.canvas->RefreshVolVisIcon(others);
     EXPECT_EQ(viewer.canvas->GetVolVisFrame()->GetIcons().GetIconByIndex(0).GetWidth(), 17);
+    viewer.frame->RefreshIcon();
+    EXPECT_EQ(viewer.canvas->GetVolVisFrame()->GetIcons().GetIconByIndex(0).GetWidth(), 16) << "as the frame's own";
 }
 
 TEST_F(VolumeViewer, TwoViewersUploadToTheirOwnWindows) {
@@ -248,6 +252,36 @@ TEST_F(VolumeViewer, AViewerMayBeClosedWhileOpenGLStarts) {
     EXPECT_TRUE(wxTopLevelWindows.IsEmpty());
 }
 
+TEST_F(VolumeViewer, IsPaintedWhileFramesFollowEachOtherWithoutAPause) {
+    auto image = HalfBright(3);
+    zel_Viewer3dFrame* const viewer = zel_CreateImage3dFrame<Byte>(
+        image.get(), false, nullptr, wxID_ANY, "viewer", wxDefaultPosition, wxDefaultSize, wxDEFAULT_FRAME_STYLE);
+    EXPECT_TRUE(ShowAndWait(*viewer));
+    zel_Viewer3dCanvas& canvas = *viewer->GetCanvas();
+    const LogCatcher quiet;
+    canvas.ShowVolVis({});
+    ASSERT_TRUE(canvas.GetVolVisFrame());
+    Settle();
+    mor::ImageIterator iterator = canvas.GetImageIterator();
+    iterator.SetFPS(1000);
+    canvas.UpdateImageIterator(iterator);
+    viewer->ProcessCommand(zel_CMD_LOOP_MODE);
+    int paints = 0;
+    canvas.GetVolVisFrame()->GetCanvas()->Bind(wxEVT_PAINT, [&paints](wxPaintEvent& event) {
+        ++paints;
+        event.Skip();
+    });
+    viewer->ProcessCommand(zel_CMD_BROWSE_FORWARD);
+    EXPECT_EQ(canvas.GetSequenceInterval(), 1) << "an upload takes longer";
+    const wxStopWatch watch;
+    while (watch.Time() < 10000 && paints < 20)
+        wxEventLoopBase::GetActive()->Dispatch();
+    EXPECT_GE(paints, 20);
+    viewer->ProcessCommand(zel_CMD_STOP_BROWSING);
+    viewer->Destroy();
+    Pump();
+}
+
 /// Shows values as they are, until it has no memory left.
 class StarvingMapper : public zel_Mapper<Byte> {
 public:
@@ -278,6 +312,7 @@ TEST_F(VolumeViewer, WithoutMemoryThatIsSaidOnceAndTheOldVolumeStays) {
         auto& box = dynamic_cast<wxMessageDialog&>(dialog);
         EXPECT_EQ(box.GetMessage(), "Not enough memory to create the 3D texture!");
         EXPECT_EQ(box.GetTitle(), "Error");
+        EXPECT_EQ(box.GetMessageDialogStyle(), wxOK);
         EXPECT_EQ(box.GetParent(), frame);
         canvas->ShowNextImage(); // browsing goes on under the box
         canvas->UpdateVolVis();
@@ -413,6 +448,20 @@ TEST_F(VolumeViewer, SurfacesAreSeenWhileLabelsAre) {
     viewer.module->SetOverlaying(true);
     viewer.canvas->OverlayingChanged(event);
     EXPECT_EQ(CountLit(frame), lit) << "they were kept";
+}
+
+TEST_F(VolumeViewer, TheUserIsToldThatSurfacesAreMade) {
+    const BlockViewer viewer;
+    const auto isTold = [] {
+        return std::any_of(wxTopLevelWindows.begin(), wxTopLevelWindows.end(),
+                           [](const wxWindow* window) { return ShowsText(*window, "Updating isosurface data..."); });
+    };
+    OpenBare(viewer);
+    EXPECT_FALSE(isTold());
+    viewer.canvas->UpdateIsosurface();
+    EXPECT_TRUE(isTold()) << "the notice that is over stands in the list until the next events";
+    Pump();
+    EXPECT_FALSE(isTold());
 }
 
 TEST_F(VolumeViewer, SurfacesFollowTheTimeAlsoWhileTheWindowIsHidden) {

@@ -6,6 +6,7 @@
 
 #include <limits>
 #include <numeric>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -220,6 +221,32 @@ TEST(CopyToImage, EveryPixelShowsTheVoxelThatMicronsToVoxelNames) {
                                         << ", resolution " << given.srcRes << ", zoom " << given.zoom
                                         << (given.zoomedIn ? " in" : " out");
         }
+    }
+}
+
+TEST(CopyToImage, AColumnOfALargeFrameIsGatheredInThreads) {
+    std::mt19937 random(31);
+    kep::Image3d<unsigned short> src;
+    src.MakeRoom(3, 400, 300); // 120,000 voxels of each column
+    for (unsigned short& voxel : src)
+        voxel = static_cast<unsigned short>(random());
+    for (const float zoom : {1.0F, 2.0F, 2.5F}) {
+        const kep::Resolution scale(1.0F, zoom, zoom);
+        kep::Image3d<unsigned short> dst(nullptr, &scale);
+        const auto places = [zoom](int voxels) { return static_cast<std::size_t>(zoom * static_cast<float>(voxels)); };
+        dst.MakeRoom(1, places(400), places(300) + 3); // three slices behind the frame
+        dst.SetOffset({1.0F, 0.0F, 0.0F});
+        src.resolution = kep::Resolution(1.0F, 1.0F, 1.0F);
+        std::fill(dst.begin(), dst.end(), static_cast<unsigned short>(7));
+        kep::CopyToImage(src, dst);
+        for (std::size_t z = 0; z < dst.size.z; ++z)
+            for (std::size_t y = 0; y < dst.size.y; ++y) {
+                const auto place = [zoom](std::size_t at) {
+                    return static_cast<std::size_t>(static_cast<float>(at) / zoom);
+                };
+                const unsigned short wanted = place(z) < 300 ? *src.GetVoxelAddr(1, place(y), place(z)) : 0;
+                ASSERT_EQ(wanted, *dst.GetVoxelAddr(0, y, z)) << zoom << " " << y << " " << z;
+            }
     }
 }
 

@@ -345,6 +345,21 @@ TEST(Labelling, AgreesWithItsSlowTwins) {
     ExpectTwinsAgreeOnRandomImages<bool>(3);
 }
 
+TEST(Labelling, AgreesWithItsSlowTwinsWhereThreadsShareTheRows) {
+    // Blocks of five voxels, many of which touch; rows enough that the threads meet within a slice, 59 rows from its
+    // start, and more labels than a byte holds.
+    std::mt19937 random(4);
+    const kep::Image3d<unsigned char> blocks = MakeRandomImage<unsigned char>({61, 24, 27}, 25, 3, random);
+    kep::Image3d<unsigned char> image;
+    image.MakeRoom(301, 119, 131);
+    std::size_t i = 0;
+    for (std::size_t z = 0; z < 131; ++z)
+        for (std::size_t y = 0; y < 119; ++y)
+            for (std::size_t x = 0; x < 301; ++x)
+                image.SetVoxel(i++, *blocks.GetVoxelAddr(x / 5, y / 5, z / 5));
+    ExpectTwinsAgree(image);
+}
+
 TEST(Labelling, AgreesWithItsSlowTwinsOnValuesOfOneByte) {
     // Voxels whose lower byte is 0 are no background.
     const auto image = MakeImage<unsigned short>({6, 1, 1}, {256, 0, 512, 65280, 0, 1});

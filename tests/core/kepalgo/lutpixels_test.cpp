@@ -5,6 +5,7 @@
 #include <limits>
 #include <numeric>
 #include <random>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -45,10 +46,10 @@ void ExpectPixelsOfLevels(const kep::LUT<T, unsigned char>& levels, std::vector<
 }
 
 template <typename T>
-kep::LUT<T, unsigned char> MakeCurve(long size, T first, T last) {
+kep::LUT<T, unsigned char> MakeCurve(long size, T first, T last, float gamma = 2.2F) {
     kep::LUT<T, unsigned char> levels;
     levels.Init(size, first, last);
-    levels.CreateGamma(first, last, 2.2F, 0, 255);
+    levels.CreateGamma(first, last, gamma, 0, 255);
     return levels;
 }
 
@@ -72,6 +73,7 @@ TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
     ExpectPixelsOfLevels(MakeCurve<unsigned char>(256, 0, 255), {0, 1, 7, 100, 254, 255});
     ExpectPixelsOfLevels(MakeCurve<unsigned char>(100, 50, 149), {0, 49, 50, 51, 100, 149, 150, 255});
     ExpectPixelsOfLevels(MakeCurve<unsigned short>(65536, 0, 65535), {0, 1, 255, 256, 30000, 65535});
+    ExpectPixelsOfLevels(MakeCurve<unsigned short>(65536, 0, 65535, 1.0F), {0, 1, 255, 256, 30000, 65535});
     ExpectPixelsOfLevels(MakeCurve<int>(1000, -500, 499), {-100000, -501, -500, -1, 0, 499, 500, 7000000});
     const std::vector<float> floats = SomeFloats();
     ExpectPixelsOfLevels(MakeCurve<float>(256, -1.5F, 2.5F), floats);
@@ -90,6 +92,62 @@ TEST(PixelsOfLevels, AreThoseOfEachVoxel) {
     }
     ExpectPixelsOfLevels(MakeCurve<float>(256, 1.0F, 1.0F), floats);
     ExpectPixelsOfLevels(MakeCurve<float>(256, 2.0F, 1.0F), floats);
+}
+
+/// Maps all 16-bit values at once, and looks each up by itself.
+void ExpectPixelsOfAllValues(const kep::LUT<unsigned short, unsigned char>& levels, const std::string& what) {
+    std::vector<unsigned short> voxels(65536 + 21);
+    std::iota(voxels.begin(), voxels.end(), static_cast<unsigned short>(65530));
+    std::vector<Pixel> pixels(voxels.size() + 1, Pixel(1, 2, 3));
+    kep::MapToPixels<unsigned short>(levels, nullptr, voxels.data(), voxels.size(), pixels.data());
+    std::size_t wrong = 0;
+    for (std::size_t i = 0; i < voxels.size(); ++i) {
+        const unsigned char level = levels.Get(voxels[i]);
+        wrong += pixels[i] != Pixel(level, level, level);
+    }
+    EXPECT_EQ(wrong, 0U) << what;
+    EXPECT_EQ(pixels.back(), Pixel(1, 2, 3)) << what;
+}
+
+TEST(PixelsOfLevels, OfStraightLinesAreThoseOfTheTable) {
+    std::mt19937 random(7);
+    struct Line {
+        int from, to, low, high;
+    };
+    std::vector<Line> lines = {{0, 65535, 0, 255},     {0, 65535, 255, 0},     {0, 4095, 0, 255}, {100, 100, 0, 255},
+                               {0, 1, 0, 255},         {65534, 65535, 0, 255}, {0, 510, 0, 255},  {0, 510, 255, 0},
+                               {7, 65534, 0, 255},     {1000, 1255, 0, 255},   {0, 65535, 9, 9},  {0, 0, 0, 255},
+                               {65535, 65535, 0, 255}, {300, 20, 0, 255}};
+    for (int i = 0; i < 300; ++i)
+        lines.push_back({static_cast<int>(random() % 65536), static_cast<int>(random() % 65536),
+                         static_cast<int>(random() % 256), static_cast<int>(random() % 256)});
+    for (int i = 0; i < 300; ++i) { // narrow ones, where halves meet keys
+        const int from = static_cast<int>(random() % 60000);
+        lines.push_back({from, from + 2 * static_cast<int>(random() % 2000), 0, 255});
+    }
+    kep::LUT<unsigned short, unsigned char> levels;
+    levels.Init(65536, 0, 65535);
+    for (const Line& line : lines) {
+        levels.CreateGamma(static_cast<unsigned short>(line.from), static_cast<unsigned short>(line.to), 1.0F,
+                           static_cast<unsigned char>(line.low), static_cast<unsigned char>(line.high));
+        ExpectPixelsOfAllValues(levels, std::to_string(line.from) + " to " + std::to_string(line.to) + ": " +
+                                            std::to_string(line.low) + " to " + std::to_string(line.high));
+    }
+}
+
+TEST(PixelsOfLevels, FollowEntriesThatLeaveTheLine) {
+    kep::LUT<unsigned short, unsigned char> levels;
+    levels.Init(65536, 0, 65535);
+    for (const int key : {0, 1, 40000, 65534, 65535}) {
+        levels.CreateGamma(0, 65535, 1.0F, 0, 255);
+        levels.Set(static_cast<unsigned short>(key), 77);
+        ExpectPixelsOfAllValues(levels, "set at " + std::to_string(key));
+    }
+    levels.CreateGamma(0, 65535, 1.0F, 0, 255);
+    levels.GetData()[12345] = 200;
+    ExpectPixelsOfAllValues(levels, "written");
+    levels.CreateGamma(0, 65535, 0.5F, 0, 255);
+    ExpectPixelsOfAllValues(levels, "curved");
 }
 
 TEST(PixelsOfLevels, OfAnEmptyTableAreThePalettesFirst) {

@@ -26,7 +26,7 @@ std::string Gzip(const std::string& bytes) {
     stream.next_out = reinterpret_cast<Bytef*>(packed.data());
     stream.avail_out = static_cast<uInt>(packed.size());
     EXPECT_EQ(Z_STREAM_END, deflate(&stream, Z_FINISH));
-    packed.resize(packed.size() - stream.avail_out);
+    packed.erase(stream.total_out);
     deflateEnd(&stream);
     return packed;
 }

@@ -59,7 +59,9 @@ TEST(TemporaryName, TellsTargetsWithHyphensApart) {
 }
 
 TEST(TemporaryName, FitsAFolderWhateverTheTargetIsCalled) {
-    const Writer longest{std::string(64, 'h') + ".0123abcd", 2147483647, 18446744073709551615U};
+    std::string host(64, 'h');
+    host += ".0123abcd";
+    const Writer longest{host, 2147483647, 18446744073709551615U};
     const std::string stem(300, 's');
     const std::string suffix = "." + std::string(300, 'x');
     for (const std::string& s : {std::string("s"), stem})

@@ -27,7 +27,7 @@ using ::testing::StartsWith;
 
 const std::string data = ZEL_TEST_DATA;
 
-#ifdef __SANITIZE_ADDRESS__
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
 constexpr bool canLimitMemory = false; // the checker itself maps terabytes
 #else
 constexpr bool canLimitMemory = true;

@@ -1,4 +1,6 @@
 #include "core/kepcore/tiff/kep_tiffmeta.h"
+
+#include "core/kepcore/convert/kep_description.h"
 #include "tests/support/comma_locale.h"
 
 #include <gmock/gmock.h>
@@ -173,6 +175,14 @@ TEST(TiffDescriptions, WordsBecomeUtf8) {
     EXPECT_EQ(ToUtf8("\xF0\x9F\x94\xAC"), "\xF0\x9F\x94\xAC");
     EXPECT_EQ(ToUtf8("\xC3"), "\xC3\x83"); // cut off: taken for one letter of Latin-1
     EXPECT_EQ(ToUtf8("\xC0\x80"), "\xC3\x80\xC2\x80");
+    // Longer than it need be, half of a pair, beyond the last character.
+    EXPECT_EQ(ToUtf8("\xE0\x80\x80"), "\xC3\xA0\xC2\x80\xC2\x80");
+    EXPECT_EQ(ToUtf8("\xED\xA0\x80"), "\xC3\xAD\xC2\xA0\xC2\x80");
+    EXPECT_EQ(ToUtf8("\xF4\x90\x80\x80"), "\xC3\xB4\xC2\x90\xC2\x80\xC2\x80");
+    EXPECT_THAT(Parse("kep entry=Gr\xF6\xDF"
+                      "e=\xB5\n")
+                    .entries,
+                ElementsAre(Pair("Größe", "µ")));
 }
 
 /// OME-XML of one image with these attributes and children of its pixels.

@@ -1,6 +1,7 @@
 #include "core/kepcore/convert/kep_bytes.h"
 #include "core/kepcore/kep_exceptions.h"
 #include "core/kepcore/tiff/kep_tiffplain.h"
+#include "core/kepcore/tiff/kep_tiffpredictor.h"
 #include "core/kepcore/tiff/kep_tiffqueue.h"
 #include "core/kepcore/tiff/kep_tiffunpack.h"
 #include "tests/support/scratch_folder.h"
@@ -12,6 +13,7 @@
 #include <cstring>
 #include <random>
 #include <set>
+#include <span>
 #include <thread>
 
 namespace {
@@ -108,6 +110,35 @@ TEST(TiffUnpack, SwapsTheBytesOfNumbers) {
     std::vector<unsigned char> threes = {1, 2, 3, 4, 5, 6};
     SwapBytes(reinterpret_cast<std::byte*>(threes.data()), threes.size(), 3);
     EXPECT_EQ(threes, (std::vector<unsigned char>{3, 2, 1, 6, 5, 4}));
+}
+
+template <typename T>
+void TestDifferences(std::size_t count, std::size_t step, std::size_t offset) {
+    std::mt19937 random(static_cast<unsigned>(100 * count + step));
+    std::vector<std::byte> bytes(offset + count * sizeof(T));
+    for (std::byte& byte : bytes)
+        byte = static_cast<std::byte>(random());
+    const std::span<const std::byte> row(bytes.data() + offset, count * sizeof(T));
+    std::vector<std::byte> differences(offset + row.size(), std::byte{0xCD});
+    TakeDifferences(row, 8 * sizeof(T), step, differences.data() + offset);
+    for (std::size_t i = 0; i < count; ++i) {
+        const T left = i < step ? T{0} : Load<T>(row.data() + (i - step) * sizeof(T));
+        const T wanted = static_cast<T>(Load<T>(row.data() + i * sizeof(T)) - left);
+        ASSERT_EQ(wanted, Load<T>(differences.data() + offset + i * sizeof(T))) << count << " " << step << " " << i;
+    }
+    AddUpDifferences({differences.data() + offset, row.size()}, 8 * sizeof(T), step, false);
+    EXPECT_TRUE(std::equal(row.begin(), row.end(), differences.begin() + static_cast<std::ptrdiff_t>(offset)));
+}
+
+TEST(TiffPredictor, DifferencesAddUpToTheNumbers) {
+    for (std::size_t pixels = 0; pixels < 70; ++pixels)
+        for (std::size_t step = 1; step <= 4; ++step)
+            for (std::size_t offset = 0; offset < 3; ++offset) {
+                TestDifferences<std::uint8_t>(pixels * step, step, offset);
+                TestDifferences<std::uint16_t>(pixels * step, step, offset);
+                TestDifferences<std::uint32_t>(pixels * step, step, offset);
+                TestDifferences<std::uint64_t>(pixels * step, step, offset);
+            }
 }
 
 TEST(TiffPlain, BytesComeFromWhereTheyLieWhateverTheAlignment) {
