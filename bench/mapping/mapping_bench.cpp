@@ -3,6 +3,7 @@
 #include "bench/support/comparison.h"
 #include "bench/support/sample_frames.h"
 #include "bench/viewer/bare_windows.h"
+#include "core/kepcore/kep_hugepages.h"
 #include "factory/zel_viewerfactory.h"
 #include "mapping/zel_complexmapping.h"
 #include "mapping/zel_graymapping.h"
@@ -213,11 +214,12 @@ void ReadSequence() {
         ReadOnce(GetLongSequence()->GetFirstVoxelAddr(t), GetFrameBytes());
 }
 
-/// A copy in memory that the system gives anew.
+/// A copy in memory that the system gives anew, in pages as large as those of frames.
 void CopySequence() {
     std::vector<std::unique_ptr<unsigned char[]>> frames;
     for (std::size_t t = 0; t < GetLongSequence()->GetNumFrames(); ++t) {
         frames.push_back(std::make_unique_for_overwrite<unsigned char[]>(GetFrameBytes()));
+        kep::AdviseHugePages(frames.back().get(), GetFrameBytes());
         std::memcpy(frames.back().get(), GetLongSequence()->GetFirstVoxelAddr(t), GetFrameBytes());
         benchmark::DoNotOptimize(frames.back().get());
     }

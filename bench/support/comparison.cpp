@@ -4,8 +4,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <ctime>
 #include <exception>
@@ -17,7 +19,9 @@ namespace {
 struct Row {
     std::string name;
     std::string unit;
-    double seconds = 0.0;
+    double seconds = 0.0;   ///< by the clock
+    double processor = 0.0; ///< of all threads
+    bool processorTime = false;
     double ratio = 0.0;
     double limit = 0.0;
 };
@@ -27,44 +31,70 @@ std::vector<Row>& GetRows() {
     return rows;
 }
 
-double Now(bool processorTime) {
+double Now(clockid_t clock) {
     timespec now{};
-    clock_gettime(processorTime ? CLOCK_PROCESS_CPUTIME_ID : CLOCK_MONOTONIC, &now);
+    clock_gettime(clock, &now);
     return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
 }
 
-double Measure(const std::function<void()>& call, bool processorTime) {
-    const double start = Now(processorTime);
-    call();
-    return Now(processorTime) - start;
-}
+/// Seconds by the clock and of all processors: the least of all rounds, as whatever else happens on the machine only
+/// ever adds to them.
+struct Times {
+    double clock = std::numeric_limits<double>::infinity();
+    double processor = std::numeric_limits<double>::infinity();
 
-void RunComparison(benchmark::State& state, const std::string& name, const Comparison& comparison) {
-    // The fastest round of each counts: whatever else happens on the machine only ever adds to it.
-    double work = std::numeric_limits<double>::infinity();
-    double yardstick = work;
-    for (auto _ : state) {
-        yardstick = std::min(yardstick, Measure(comparison.yardstick, comparison.processorTime));
-        const double seconds = Measure(comparison.work, comparison.processorTime);
-        work = std::min(work, seconds);
-        state.SetIterationTime(seconds);
+    void Add(const std::function<void()>& call) {
+        const double clockBefore = Now(CLOCK_MONOTONIC);
+        const double processorBefore = Now(CLOCK_PROCESS_CPUTIME_ID);
+        call();
+        processor = std::min(processor, Now(CLOCK_PROCESS_CPUTIME_ID) - processorBefore);
+        clock = std::min(clock, Now(CLOCK_MONOTONIC) - clockBefore);
     }
-    const double ratio = work / yardstick;
-    state.SetBytesProcessed(static_cast<std::int64_t>(comparison.bytes) * state.iterations());
-    state.counters["bytes"] = static_cast<double>(comparison.bytes);
-    state.counters["best_ms"] = work * 1e3;
-    state.counters["yardstick_ms"] = yardstick * 1e3;
-    state.counters["ratio"] = ratio;
-    state.counters["limit"] = comparison.limit;
+};
 
-    // A benchmark that is repeated, or tried for the number of its rounds, leaves its last row.
+/// A benchmark that is repeated, or tried for the number of its rounds, leaves its last row.
+void SetRow(const Row& row) {
     auto& rows = GetRows();
-    const auto at = std::find_if(rows.begin(), rows.end(), [&](const Row& row) { return row.name == name; });
-    const Row row{name, comparison.unit, work, ratio, comparison.limit};
+    const auto at = std::find_if(rows.begin(), rows.end(), [&](const Row& other) { return other.name == row.name; });
     if (at == rows.end())
         rows.push_back(row);
     else
         *at = row;
+}
+
+/// Of the straight line with the least squares through the logarithms.
+double SlopeOf(const std::vector<GrowthPoint>& points, const std::vector<Times>& times) {
+    const auto count = static_cast<double>(points.size());
+    double sumX = 0, sumY = 0, sumXX = 0, sumXY = 0;
+    for (std::size_t i = 0; i < points.size(); ++i) {
+        const double x = std::log(points[i].number), y = std::log(times[i].processor);
+        sumX += x;
+        sumY += y;
+        sumXX += x * x;
+        sumXY += x * y;
+    }
+    return (count * sumXY - sumX * sumY) / (count * sumXX - sumX * sumX);
+}
+
+void RunComparison(benchmark::State& state, const std::string& name, const Comparison& comparison) {
+    Times work;
+    Times yardstick;
+    for (auto _ : state) {
+        yardstick.Add(comparison.yardstick);
+        const double start = Now(CLOCK_MONOTONIC);
+        work.Add(comparison.work);
+        state.SetIterationTime(Now(CLOCK_MONOTONIC) - start);
+    }
+    const double ratio = comparison.processorTime ? work.processor / yardstick.processor : work.clock / yardstick.clock;
+    state.SetBytesProcessed(static_cast<std::int64_t>(comparison.bytes) * state.iterations());
+    state.counters["bytes"] = static_cast<double>(comparison.bytes);
+    state.counters["best_ms"] = work.clock * 1e3;
+    state.counters["processor_ms"] = work.processor * 1e3;
+    state.counters["yardstick_ms"] = (comparison.processorTime ? yardstick.processor : yardstick.clock) * 1e3;
+    state.counters["ratio"] = ratio;
+    state.counters["limit"] = comparison.limit;
+
+    SetRow({name, comparison.unit, work.clock, work.processor, comparison.processorTime, ratio, comparison.limit});
 }
 
 } // namespace
@@ -83,15 +113,42 @@ void AddComparison(const std::string& name, std::function<Comparison()> prepare,
                                      }
                                  })
         ->UseManualTime()
-        ->MinTime(seconds)
+        ->MinTime(std::getenv("ZEL_BENCH_SHORT") != nullptr ? seconds / 10 : seconds)
         ->Unit(benchmark::kMillisecond);
 }
 
+void AddGrowth(const std::string& name, std::vector<GrowthPoint> points, double limit) {
+    const auto run = [name, points = std::move(points), limit](benchmark::State& state) {
+        std::vector<std::function<void()>> works;
+        for (const GrowthPoint& point : points)
+            works.push_back(point.prepare());
+        std::vector<Times> times(points.size());
+        for (auto _ : state) {
+            for (std::size_t i = 0; i < works.size(); ++i)
+                times[i].Add(works[i]);
+            state.SetIterationTime(times.back().clock);
+        }
+        const double slope = SlopeOf(points, times);
+        state.counters["slope"] = slope;
+        std::string unit = "slope:";
+        for (const Times& each : times) {
+            char text[32];
+            std::snprintf(text, sizeof text, " %.2f", each.processor * 1e3);
+            unit += text;
+        }
+        SetRow({name, unit + " ms", times.back().clock, times.back().processor, true, slope, limit});
+    };
+    const int rounds = std::getenv("ZEL_BENCH_SHORT") != nullptr ? 5 : 40;
+    benchmark::RegisterBenchmark(name.c_str(), run)->UseManualTime()->Iterations(rounds)->Unit(benchmark::kMillisecond);
+}
+
 void PrintComparisons() {
-    std::printf("\n%-34s %9s  %17s  %6s\n", "name", "ms", "times", "limit");
+    std::printf("\n%-36s %9s %9s  %7s %-24s %6s\n", "name", "ms", "cpu ms", "times", "", "limit");
     for (const Row& row : GetRows())
-        std::printf("%-34s %9.3f  %6.2f %10s  %6.2f  %s\n", row.name.c_str(), row.seconds * 1e3, row.ratio,
-                    row.unit.c_str(), row.limit, row.ratio <= row.limit ? "ok" : "OVER");
+        std::printf("%-36s %9.3f %9.3f  %7.2f %-24s %6.2f  %s\n", row.name.c_str(), row.seconds * 1e3,
+                    row.processor * 1e3, row.ratio,
+                    (row.unit + (row.processorTime && !row.unit.starts_with("slope") ? ", cpu" : "")).c_str(),
+                    row.limit, row.ratio <= row.limit ? "ok" : "OVER");
 }
 
 void ReadOnce(const void* bytes, std::size_t count) {

@@ -5,8 +5,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <memory>
+#include <type_traits>
 #include <vector>
 
 namespace {
@@ -34,13 +37,33 @@ void AddGamma(const std::string& name, double gamma) {
     });
 }
 
+/// What a table cannot spare: the place of each voxel, by one division in double precision, and its level.
 template <typename T>
-void AddPicture(const std::string& name, long size, T first, T last, bool withPalette, double limit) {
+std::function<void()> MakeBareDivisions(std::shared_ptr<const kep::Image3d<T>> src, std::size_t count, long size,
+                                        T first, T last) {
+    const auto levels = std::make_shared<std::vector<unsigned char>>(static_cast<std::size_t>(size), 7);
+    const auto pixels = std::make_shared<std::vector<Pixel>>(count);
+    return [=] {
+        const T* const from = src->GetVoxelAddr(0, 0, 20);
+        const double low = static_cast<double>(first), range = static_cast<double>(last) - low;
+        for (std::size_t i = 0; i < count; ++i) {
+            const double place = (static_cast<double>(from[i]) - low) * static_cast<double>(size - 1) / range;
+            const double kept = std::min(std::max(place, 0.0), static_cast<double>(size - 1));
+            const unsigned char level = (*levels)[static_cast<std::size_t>(kept)];
+            (*pixels)[i] = {level, level, level};
+        }
+        benchmark::ClobberMemory();
+    };
+}
+
+template <typename T>
+void AddPicture(const std::string& name, long size, T first, T last, bool withPalette, double limit,
+                float gamma = 2.2F) {
     AddComparison(name, [=] {
         constexpr std::size_t count = 1000 * 800;
         const auto levels = std::make_shared<kep::LUT<T, unsigned char>>();
         levels->Init(size, first, last);
-        levels->CreateGamma(first, last, 2.2F, 0, 255);
+        levels->CreateGamma(first, last, gamma, 0, 255);
         const auto palette = std::make_shared<Palette>();
         palette->Init(256, 0, 255);
         for (int level = 0; level < 256; ++level)
@@ -53,7 +76,9 @@ void AddPicture(const std::string& name, long size, T first, T last, bool withPa
                                                    src->GetVoxelAddr(0, 0, 20), count, pixels->data());
                                   benchmark::ClobberMemory();
                               },
-                          .yardstick = MakeCopy(count * sizeof(Pixel)),
+                          .yardstick = std::is_unsigned_v<T> ? MakeCopy(count * sizeof(Pixel))
+                                                             : MakeBareDivisions<T>(src, count, size, first, last),
+                          .unit = std::is_unsigned_v<T> ? "copies" : "bare divisions",
                           .limit = limit,
                           .bytes = count * sizeof(Pixel)};
     });
@@ -64,9 +89,10 @@ void AddPicture(const std::string& name, long size, T first, T last, bool withPa
     AddGamma("gamma table, 2.2", 2.2);
     AddPicture<unsigned short>("pixels gray uint16", 65536, 0, 65535, false, 4);
     AddPicture<unsigned short>("pixels palette uint16", 65536, 0, 65535, true, 4);
+    AddPicture<unsigned short>("pixels gray uint16, straight", 65536, 0, 65535, false, 2.5, 1.0F);
     AddPicture<unsigned char>("pixels gray uint8", 256, 0, 255, false, 4);
-    AddPicture<int>("pixels gray int", 4096, 0, 4095, false, 20);
-    AddPicture<float>("pixels gray float", 256, 0.0F, 4095.0F, false, 40);
+    AddPicture<int>("pixels gray int", 4096, 0, 4095, false, 1.2);
+    AddPicture<float>("pixels gray float", 256, 0.0F, 4095.0F, false, 1.2);
     return true;
 }();
 

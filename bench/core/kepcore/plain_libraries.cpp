@@ -1,11 +1,14 @@
 #include "bench/core/kepcore/plain_libraries.h"
 
+#include "core/kepcore/kep_hugepages.h"
+
 #include <fcntl.h>
 #include <libics.h>
 #include <memory>
 #include <stdexcept>
 #include <tiffio.h>
 #include <unistd.h>
+#include <vector>
 
 namespace {
 
@@ -34,15 +37,16 @@ std::unique_ptr<TIFF, decltype(&TIFFClose)> OpenTiff(const std::string& name, co
 
 } // namespace
 
-std::vector<unsigned short> MakeBuffer(const SampleFrame& frame) {
-    return std::vector<unsigned short>(frame.GetNumVoxels(), static_cast<unsigned short>(1));
+FreshVoxels::FreshVoxels(std::size_t voxelCount)
+    : number(voxelCount), voxels(std::make_unique_for_overwrite<unsigned short[]>(voxelCount)) {
+    kep::AdviseHugePages(voxels.get(), GetBytes());
 }
 
-void ReadPlainBytes(const std::string& name, std::vector<unsigned short>& to) {
+void ReadPlainBytes(const std::string& name, FreshVoxels& to) {
     const Descriptor file(name, O_RDONLY);
-    const std::size_t bytes = to.size() * sizeof to[0];
+    const std::size_t bytes = to.GetBytes();
     Require(lseek(file.number, -static_cast<off_t>(bytes), SEEK_END) >= 0, "lseek");
-    auto* const at = reinterpret_cast<char*>(to.data());
+    auto* const at = reinterpret_cast<char*>(to.begin());
     for (std::size_t done = 0; done < bytes;) {
         const ssize_t got = read(file.number, at + done, bytes - done);
         Require(got > 0, "read");
@@ -89,9 +93,9 @@ void WriteTiffAlone(const std::string& name, const SampleFrame& frame, const Tif
     }
 }
 
-void ReadTiffAlone(const std::string& name, std::vector<unsigned short>& to) {
+void ReadTiffAlone(const std::string& name, FreshVoxels& to) {
     const auto tiff = OpenTiff(name, "r");
-    auto* at = reinterpret_cast<unsigned char*>(to.data());
+    auto* at = reinterpret_cast<unsigned char*>(to.begin());
     do {
         for (std::uint32_t strip = 0; strip < TIFFNumberOfStrips(tiff.get()); ++strip) {
             const tmsize_t bytes = TIFFReadEncodedStrip(tiff.get(), strip, at, -1);
@@ -99,7 +103,7 @@ void ReadTiffAlone(const std::string& name, std::vector<unsigned short>& to) {
             at += bytes;
         }
     } while (TIFFReadDirectory(tiff.get()) == 1);
-    Require(at == reinterpret_cast<unsigned char*>(to.data() + to.size()), "reading all strips");
+    Require(at == reinterpret_cast<unsigned char*>(to.end()), "reading all strips");
 }
 
 void WriteIcsAlone(const std::string& name, const SampleFrame& frame, int gzipLevel) {
@@ -113,10 +117,10 @@ void WriteIcsAlone(const std::string& name, const SampleFrame& frame, int gzipLe
     Require(IcsClose(ics) == IcsErr_Ok, "IcsClose");
 }
 
-void ReadIcsAlone(const std::string& name, std::vector<unsigned short>& to) {
+void ReadIcsAlone(const std::string& name, FreshVoxels& to) {
     ICS* ics = nullptr;
     Require(IcsOpen(&ics, name.c_str(), "r") == IcsErr_Ok, "IcsOpen");
-    Require(IcsGetData(ics, to.data(), to.size() * sizeof to[0]) == IcsErr_Ok, "IcsGetData");
+    Require(IcsGetData(ics, to.begin(), to.GetBytes()) == IcsErr_Ok, "IcsGetData");
     Require(IcsClose(ics) == IcsErr_Ok, "IcsClose");
 }
 

@@ -5,16 +5,28 @@
 
 #include "core/kepcore/kep_image3d.h"
 
+#include <cstddef>
+#include <memory>
 #include <string>
-#include <vector>
 
 using SampleFrame = kep::Image3d<unsigned short>;
 
-/// Memory for the voxels of a frame, touched before.
-std::vector<unsigned short> MakeBuffer(const SampleFrame& frame);
+/// Memory that the system gives anew, for so many voxels, in pages as large as those of frames: a frame is always read
+/// into such memory, as the old voxels stay until the new ones are complete.
+class FreshVoxels {
+public:
+    explicit FreshVoxels(std::size_t number);
+    unsigned short* begin() { return voxels.get(); }
+    unsigned short* end() { return voxels.get() + number; }
+    std::size_t GetBytes() const { return number * sizeof(unsigned short); }
 
-/// read(2) of a file's last bytes, as many as the buffer takes.
-void ReadPlainBytes(const std::string& name, std::vector<unsigned short>& to);
+private:
+    std::size_t number;
+    std::unique_ptr<unsigned short[]> voxels;
+};
+
+/// read(2) of a file's last bytes, as many as the voxels take.
+void ReadPlainBytes(const std::string& name, FreshVoxels& to);
 /// write(2) of the voxels to a new file.
 void WritePlainBytes(const std::string& name, const SampleFrame& frame);
 
@@ -26,11 +38,11 @@ struct TiffLayout {
     int rowsPerStrip;
 };
 void WriteTiffAlone(const std::string& name, const SampleFrame& frame, const TiffLayout& layout);
-void ReadTiffAlone(const std::string& name, std::vector<unsigned short>& to);
+void ReadTiffAlone(const std::string& name, FreshVoxels& to);
 
 /// @param gzipLevel  0 for uncompressed
 void WriteIcsAlone(const std::string& name, const SampleFrame& frame, int gzipLevel);
-void ReadIcsAlone(const std::string& name, std::vector<unsigned short>& to);
+void ReadIcsAlone(const std::string& name, FreshVoxels& to);
 
 /// Waits until a written file is on the disk, as every save of ours does.
 void Flush(const std::string& name);

@@ -31,7 +31,8 @@ void AddWriting(const std::string& what, const std::string& suffix, bool compres
                           .yardstick = yardstick,
                           .unit = unit,
                           .limit = 1.0,
-                          .bytes = sample->GetNumVoxels() * sizeof(unsigned short)};
+                          .bytes = sample->GetNumVoxels() * sizeof(unsigned short),
+                          .processorTime = true}; // neither the disk's time nor that of one thread against two
     };
     AddComparison(what, prepare, 2.0);
 }
