@@ -117,13 +117,22 @@ void IcsStream::Restart() {
     position = 0;
 }
 
+/// Reads what comes next. After a failure nobody knows what that would be, so the next call begins anew.
+void IcsStream::Read(std::byte* to, std::size_t count) {
+    std::unique_ptr<IcsData> open = std::move(data);
+    open->Read(to, count);
+    position += count;
+    data = std::move(open);
+}
+
 void IcsStream::ReadAt(std::uint64_t place, std::byte* to, std::size_t count) {
     SkipTo(place);
-    data->Read(to, count);
-    position += count;
+    Read(to, count);
 }
 
 void IcsStream::SkipTo(std::uint64_t place) {
+    if (!data)
+        Restart();
     if (data->MoveTo(place)) {
         position = place;
         return;
@@ -133,8 +142,7 @@ void IcsStream::SkipTo(std::uint64_t place) {
     std::vector<std::byte> skipped(static_cast<std::size_t>(std::min<std::uint64_t>(place - position, 1U << 18U)));
     while (position < place) {
         const std::size_t part = static_cast<std::size_t>(std::min<std::uint64_t>(place - position, skipped.size()));
-        data->Read(skipped.data(), part);
-        position += part;
+        Read(skipped.data(), part);
     }
 }
 
@@ -142,8 +150,10 @@ void IcsStream::Check() {
     if (isChecked || compression == IcsCompression::None)
         return;
     SkipTo(bytes);
-    data->Finish();
+    std::unique_ptr<IcsData> open = std::move(data);
+    open->Finish();
     isChecked = true;
+    data = std::move(open);
 }
 
 std::unique_ptr<FrameSet> MakeIcsFrames(FrameHeader&& header, FrameAxes&& axes, const IcsLayout& layout,

@@ -28,14 +28,15 @@ public:
 
 private:
     void Restart();
+    void Read(std::byte* to, std::size_t count);
     void SkipTo(std::uint64_t place);
 
     std::shared_ptr<const InputFile> file;
     IcsCompression compression;
     std::uint64_t at;
     std::uint64_t bytes;
-    std::unique_ptr<IcsData> data;
-    std::uint64_t position = 0; ///< of what `data` delivers next
+    std::unique_ptr<IcsData> data; ///< none after a failure
+    std::uint64_t position = 0;    ///< of what `data` delivers next
     bool isChecked = false;
 };
 

@@ -13,7 +13,8 @@ struct inflate_state;
 
 namespace kep::detail {
 
-/// Unpacks one gzip stream of a file, or several one behind the other.
+/// Unpacks one gzip stream of a file, or several one behind the other. Not to be asked again after a failure: libisal
+/// would go on from a state that nothing keeps within its memory.
 class GunzipReader {
 public:
     /// @param start  place in the file where the first stream begins

@@ -1,10 +1,10 @@
 // ICS files with several channels and time points, their axes in any order, packed and not.
 
+#include "tests/core/kepcore/ics_packing.h"
 #include "tests/core/kepcore/ics_support.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <zlib.h>
 
 #include <algorithm>
 #include <array>
@@ -15,21 +15,6 @@ namespace {
 
 using ::testing::HasSubstr;
 using ::testing::Optional;
-
-std::string Gzip(const std::string& bytes) {
-    std::string packed(bytes.size() + 1000, '\0');
-    z_stream stream{};
-    EXPECT_EQ(Z_OK, deflateInit2(&stream, Z_BEST_SPEED, Z_DEFLATED, 15 + 16, 8, Z_DEFAULT_STRATEGY));
-    std::string input = bytes;
-    stream.next_in = reinterpret_cast<Bytef*>(input.data());
-    stream.avail_in = static_cast<uInt>(input.size());
-    stream.next_out = reinterpret_cast<Bytef*>(packed.data());
-    stream.avail_out = static_cast<uInt>(packed.size());
-    EXPECT_EQ(Z_STREAM_END, deflate(&stream, Z_FINISH));
-    packed.erase(stream.total_out);
-    deflateEnd(&stream);
-    return packed;
-}
 
 class IcsFrames : public ::testing::Test {
 protected:
@@ -144,6 +129,16 @@ TEST_F(IcsFrames, PackedDataAreCheckedToTheirEnd) {
     EXPECT_THAT(FailureOf([&] { ReadAll(*Open(bytes), 0, 0, 1); }), HasSubstr("checksum"));
     bytes.resize(bytes.size() - 2000);
     EXPECT_THAT(FailureOf([&] { ReadAll(*Open(bytes), 0, 0, 1); }), HasSubstr("end before the last voxel"));
+}
+
+TEST_F(IcsFrames, DamagedDataAreRefusedAgainWheneverTheyAreAskedFor) {
+    HeaderText header;
+    header.SetAxes("bits\tx\ty\tt", "8\t8\t4\t3").Set("representation\tcompression", "gzip");
+    const std::string start("\x1f\x8b\x08\0\0\0\0\0\0\3", 10);
+    const std::string invalid = "\xf4\xf4\xf4\x84\x96\x42\x02\xbf\x3c\x81\xb3\x5a\x45\x68\xe4\x63\xdb\x90\xff\x50";
+    const auto frames = Open(header.Text() + start + invalid);
+    for (const std::size_t time : {0U, 0U, 0U, 1U, 2U, 0U, 2U})
+        EXPECT_THAT(FailureOf([&] { ReadAll(*frames, 0, time, 1); }), HasSubstr("invalid block"));
 }
 
 TEST_F(IcsFrames, NumbersThatTheFileCannotHoldAreRefused) {
