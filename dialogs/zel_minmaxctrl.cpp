@@ -238,14 +238,24 @@ void VariableMinMaxCtrl<T>::EnterGamma(double value) {
 }
 
 template <typename T>
+void VariableMinMaxCtrl<T>::EnterTypedLow(T value) {
+    EnterLow(allowCrossing ? value : std::min(value, GetHighEnd()));
+}
+
+template <typename T>
+void VariableMinMaxCtrl<T>::EnterTypedHigh(T value) {
+    EnterHigh(allowCrossing ? value : std::max(value, GetLowEnd()));
+}
+
+template <typename T>
 void VariableMinMaxCtrl<T>::OnText(zel_VariableTextCtrlEvent& event) {
     const T value = HoldNumber<T>(event.GetValue());
     switch (event.GetId()) {
     case highTextId:
-        EnterHigh(allowCrossing ? value : std::max(value, GetLowEnd()));
+        EnterTypedHigh(value);
         break;
     case lowTextId:
-        EnterLow(allowCrossing ? value : std::min(value, GetHighEnd()));
+        EnterTypedLow(value);
         break;
     case gammaTextId:
         EnterGamma(event.GetValue());
@@ -278,6 +288,12 @@ void VariableMinMaxCtrl<T>::OnTriangle(zel_TriangleEvent& event) {
 
 template <typename T>
 void VariableMinMaxCtrl<T>::StoreFields() {
+    if (const auto low = lowText->TakeTyped())
+        EnterTypedLow(*low);
+    if (const auto high = highText->TakeTyped())
+        EnterTypedHigh(*high);
+    if (const auto gamma = showGamma ? gammaText->TakeTyped() : std::nullopt)
+        EnterGamma(*gamma);
     DropBadText(*lowText);
     DropBadText(*highText);
     if (showGamma)

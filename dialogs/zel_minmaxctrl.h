@@ -87,10 +87,14 @@ private:
     void EnterLow(T value);
     void EnterHigh(T value);
     void EnterGamma(double value);
+    // The same for what was typed, which stops at the other value unless they may cross.
+    void EnterTypedLow(T value);
+    void EnterTypedHigh(T value);
     void OnText(zel_VariableTextCtrlEvent& event);
     void OnTriangle(zel_TriangleEvent& event);
     bool AreFieldsBound() const { return lowText->IsBound() && highText->IsBound(); }
-    /// Writes the fields to the variables that they don't show; a field without a number shows its variable again.
+    /// Enters what was typed and waits for Enter, as nothing may be stored that a field would refuse, and writes the
+    /// fields to the variables that they don't show; a field without a number shows its variable again.
     void StoreFields();
     void Notify();
 

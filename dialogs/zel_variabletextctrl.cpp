@@ -53,6 +53,17 @@ void VariableTextCtrl<T>::SetNumber(T number) {
 }
 
 template <typename T>
+std::optional<T> VariableTextCtrl<T>::TakeTyped() {
+    if (!IsModified())
+        return std::nullopt;
+    T number = variable != nullptr ? *variable : defaultValue;
+    if (GetNumber(number))
+        number = std::max(lowBound, std::min(highBound, number));
+    DiscardEdits(); // Enter and the loss of focus after it are one commit
+    return number;
+}
+
+template <typename T>
 void VariableTextCtrl<T>::DoSetValue(const wxString& newText, int flags) {
     const unsigned long length = newText.length();
     if (length > typedLength)
@@ -89,13 +100,8 @@ void VariableTextCtrl<T>::OnChar(wxKeyEvent& event) {
 
 template <typename T>
 void VariableTextCtrl<T>::Commit() {
-    if (!IsModified())
-        return;
-    T number = variable != nullptr ? *variable : defaultValue;
-    if (GetNumber(number))
-        number = std::max(lowBound, std::min(highBound, number));
-    DiscardEdits(); // Enter and the loss of focus after it are one commit
-    Send(number);
+    if (const auto number = TakeTyped())
+        Send(*number);
 }
 
 template <typename T>

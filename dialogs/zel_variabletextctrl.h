@@ -6,6 +6,8 @@
 #include <wx/event.h>
 #include <wx/textctrl.h>
 
+#include <optional>
+
 namespace zel {
 
 /// A number was entered in a field. The id is the field's.
@@ -56,6 +58,9 @@ public:
     bool GetNumber(T& number) const;
     /// Shows a number; sends nothing.
     void SetNumber(T number);
+    /// What was typed since it was last committed, held within the bounds, and the variable in place of a text that is
+    /// no number: what a commit would send. It counts as committed then. Nothing if nothing was typed.
+    std::optional<T> TakeTyped();
 
 protected:
     /// Every text set by program comes through here: it may be longer than what can be typed, and is none to commit.

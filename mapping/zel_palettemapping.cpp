@@ -130,8 +130,8 @@ void zel_PaletteMappingModule<Voxel>::SetPal(const Palette& palette) {
 
 template <typename Voxel>
 void zel_PaletteMappingModule<Voxel>::OnPreviewLevels(zel_LevelsEvent& event) {
-    FillTable(detail::LevelsOf<Element>(event), m_mappingTable);
-    this->TellMappingChanged(false);
+    if (detail::TryToFill([&] { FillTable(detail::LevelsOf<Element>(event), m_mappingTable); }))
+        this->TellMappingChanged(false);
 }
 
 template <typename Voxel>

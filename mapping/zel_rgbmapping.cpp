@@ -177,15 +177,17 @@ void zel_RGBMappingModule<T>::OnUpdateUI(wxUpdateUIEvent& event) {
 template <typename T>
 void zel_RGBMappingModule<T>::OnPreviewLevels(zel_LevelsEvent& event) {
     const auto params = detail::LevelsOf<T>(event);
-    ForChannels(event.GetChannel(), [&](int c) { UpdateChannelLUT(TableOf(c), params); });
-    this->TellMappingChanged(false);
+    const auto fill = [&](int c) { UpdateChannelLUT(TableOf(c), params); };
+    if (detail::TryToFill([&] { ForChannels(event.GetChannel(), fill); }))
+        this->TellMappingChanged(false);
 }
 
 template <typename T>
 void zel_RGBMappingModule<T>::OnPreviewThresholding(zel_ThresholdingEvent& event) {
     const auto params = detail::ThresholdsOf<T>(event);
-    ForChannels(event.GetChannel(), [&](int c) { DoChannelThresholding(TableOf(c), params, c); });
-    this->TellMappingChanged(false);
+    const auto fill = [&](int c) { DoChannelThresholding(TableOf(c), params, c); };
+    if (detail::TryToFill([&] { ForChannels(event.GetChannel(), fill); }))
+        this->TellMappingChanged(false);
 }
 
 // Dialogs and configuration are instantiated in files of their own.

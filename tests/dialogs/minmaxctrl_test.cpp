@@ -270,6 +270,35 @@ TEST_F(RangeControlTest, TextThatIsNoNumberGivesWayWhenATriangleMoves) {
     EXPECT_GE(bench.Told(), 1);
 }
 
+TEST_F(RangeControlTest, WhatWasTypedIsEnteredWhenATriangleMoves) {
+    Bench<int> bench(-20, 200, true, false);
+    bench.BindTo(-100, 300, 401);
+    const auto moveHigh = [&bench](int position) {
+        zel_TriangleEvent moved(zel_triangleRight, position);
+        bench.control->ProcessWindowEvent(moved);
+    };
+    TypeInto(*bench.control->GetGammaText(), "-1"); // the focus stays
+    moveHigh(310);
+    EXPECT_EQ(210, bench.highValue);
+    EXPECT_EQ(0.1, bench.gamma) << "held within its bounds, as nobody can make a table of -1";
+    EXPECT_EQ("0.1", bench.Gamma());
+    EXPECT_EQ(0.1, bench.Row().GetGamma());
+    TypeInto(*bench.control->GetGammaText(), "1e-50");
+    TypeInto(*bench.control->GetLowText(), "-500");
+    moveHigh(320);
+    EXPECT_EQ(0.1, bench.gamma);
+    EXPECT_EQ(-100, bench.lowValue);
+    EXPECT_EQ(Ends(0, 320), bench.Ends());
+    TypeInto(*bench.control->GetLowText(), "250");
+    moveHigh(330);
+    EXPECT_EQ(230, bench.lowValue) << "not past the other one";
+    EXPECT_EQ(230, bench.highValue);
+    TypeInto(*bench.control->GetGammaText(), "-");
+    moveHigh(340);
+    EXPECT_EQ(0.1, bench.gamma);
+    EXPECT_EQ("0.1", bench.Gamma());
+}
+
 TEST_F(RangeControlTest, ResetGoesToTheBoundsAndTellsNothing) {
     Bench<Byte> bench(20, 200, true, false);
     bench.gamma = 3.0;

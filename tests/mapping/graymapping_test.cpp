@@ -351,6 +351,11 @@ TEST(GrayModule, PreviewsLiveInTheTableAlone) {
     zel_LevelsEvent curve(0, 255, 2.0, 0, 255);
     module.OnPreviewLevels(curve);
     EXPECT_EQ(module(64), 128); // sqrt(64 / 255) * 255 = 127.75
+    for (const double gamma : {-1.0, 0.0, 1e-50, std::numeric_limits<double>::quiet_NaN()}) {
+        zel_LevelsEvent none(0, 255, gamma, 0, 255);
+        EXPECT_NO_THROW(module.OnPreviewLevels(none));
+        EXPECT_EQ(module(64), 128) << "no curve has the gamma " << gamma;
+    }
     zel_ThresholdingEvent thresholds(100.7F, 150.2F, 1);
     module.OnPreviewThresholding(thresholds);
     EXPECT_EQ(module(99), 0);

@@ -36,6 +36,10 @@ public:
         event.SetInt(isChecked ? 1 : 0);
         this->OnMapping(event);
     }
+    void PreviewGamma(double gamma, int channel) {
+        zel_LevelsEvent event(0, 255, gamma, 0, 255, channel);
+        this->OnPreviewLevels(event);
+    }
     void PreviewThresholds(float lower, float upper, int channel) {
         zel_ThresholdingEvent event(lower, upper, channel);
         this->OnPreviewThresholding(event);

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <limits>
 #include <string>
 #include <vector>
 
@@ -143,6 +144,17 @@ TEST(RGBModule, MapsEveryPixelOfABuffer) {
     EXPECT_EQ(row.data[2], Colour(255, 0, 1));
     ColourBuffer nothing(0, 5);
     module.Map(voxels.data(), nothing);
+}
+
+TEST(RGBModule, APreviewWithoutACurveLeavesTheTables) {
+    ColourModule<Byte> module(Bytes({10, 200}));
+    module.PreviewGamma(2.0, zel_allChannels);
+    for (const double gamma : {-1.0, 0.0, 1e-50, std::numeric_limits<double>::quiet_NaN()}) {
+        for (const int channel : {0, 1, 2, zel_allChannels})
+            EXPECT_NO_THROW(module.PreviewGamma(gamma, channel)) << gamma;
+        for (const int c : {0, 1, 2})
+            EXPECT_EQ(module(c, 64), 128) << "sqrt(64 / 255) * 255 = 127.75";
+    }
 }
 
 TEST(RGBModule, AChannelWithItsThresholdsAtTheEndsOfItsRangeKeepsItsLevels) {
