@@ -9,11 +9,11 @@
 #include "viewer/zel_drwin3d.h"
 #include "viewer/zel_events.h"
 #include "viewer/zel_infoframe.h"
+#include "viewer/zel_sequencetimer.h"
 #include "volume/vol3D_frame.h"
 
 #include <wx/frame.h>
 #include <wx/panel.h>
-#include <wx/timer.h>
 #include <wx/weakref.h>
 
 #include <optional>
@@ -267,7 +267,7 @@ protected:
     View m_view;                         ///< what the drawing windows look at
     long long m_time = 0;                ///< equals the iterator's current index after every change of time
     mor::ImageIterator m_iterator{0, 0}; ///< of browsing
-    wxTimer m_sequenceTimer;             ///< ticks while browsing goes on by itself
+    zel_SequenceTimer m_sequenceTimer;   ///< ticks while browsing goes on by itself
 
 private:
     /// Where a viewer is.

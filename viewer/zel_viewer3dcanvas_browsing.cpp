@@ -102,6 +102,7 @@ void zel_Viewer3dCanvas::StartBrowsing(int direction) {
 }
 
 void zel_Viewer3dCanvas::OnSequenceTimerHandler(wxTimerEvent&) {
+    m_sequenceTimer.BeginTick();
     m_iterator.Advance();
     if (!m_iterator.moved) {
         m_sequenceTimer.Stop();
@@ -111,10 +112,11 @@ void zel_Viewer3dCanvas::OnSequenceTimerHandler(wxTimerEvent&) {
     OnTimeChange();
     if (watch.Time() < m_sequenceTimer.GetInterval())
         return;
-    // The next tick is due already and comes before any paint would.
+    // The next tick is due already and would come before any paint.
     wxGetTopLevelParent(this)->Update();
     if (IsVolVisShown())
         m_volVisFrame->GetCanvas()->Update();
+    m_sequenceTimer.Rest();
 }
 
 bool zel_Viewer3dCanvas::ShowNextImage() {

@@ -236,6 +236,51 @@ TEST_F(BrowsingTest, FramesThatTakeLongerThanTheirTimeArePaintedToo) {
     EXPECT_GE(canvas->paintsXY, static_cast<int>(canvas->shown.size()) - 1) << "each tick is painted";
 }
 
+TEST_F(BrowsingTest, TicksThatAreAlwaysLateLeaveRoomForEverythingElse) {
+    for (const int fps : {200, 5000}) { // an interval of 5 ms, and of none
+        SCOPED_TRACE(fps);
+        Play(1000000, 0, 999999, 1);
+        It().SetFPS(fps);
+        constexpr std::size_t patience = 100;
+        canvas->onShown = [&] {
+            wxMilliSleep(8);
+            if (canvas->shown.size() >= patience) // or a loop that never ends would hold the test
+                canvas->m_sequenceTimer.Stop();
+        };
+        Run(zel_CMD_BROWSE_FORWARD);
+        while (canvas->shown.size() < 3)
+            wxEventLoopBase::GetActive()->Dispatch();
+        auto* const other = new wxFrame(nullptr, wxID_ANY, "other", wxDefaultPosition, wxSize(300, 200));
+        auto* const panel = new wxPanel(other);
+        int paints = 0;
+        int idles = 0;
+        panel->Bind(wxEVT_PAINT, [&](wxPaintEvent& event) {
+            ++paints;
+            event.Skip();
+        });
+        panel->Bind(wxEVT_IDLE, [&](wxIdleEvent&) { ++idles; });
+        other->Show();
+        while (IsPlaying() && (paints == 0 || idles == 0 || panel->GetClientSize() != other->GetClientSize()))
+            wxEventLoopBase::GetActive()->Dispatch();
+        EXPECT_TRUE(IsPlaying()) << paints << " paints, " << idles << " idle events";
+        for (int i = 0; i < 5; ++i) {
+            const std::size_t before = canvas->shown.size();
+            while (canvas->shown.size() == before && IsPlaying()) {
+                wxMilliSleep(6); // so that a tick is due
+                wxEventLoopBase::GetActive()->Yield();
+            }
+        }
+        EXPECT_TRUE(IsPlaying()) << "a loop that yields until nothing waits does not end";
+        EXPECT_EQ(canvas->GetSequenceInterval(), 1000 / fps);
+        Run(zel_CMD_STOP_BROWSING);
+        const std::size_t frames = canvas->shown.size();
+        other->Destroy();
+        Settle();
+        EXPECT_EQ(canvas->shown.size(), frames) << "no tick comes after the end";
+        EXPECT_FALSE(IsPlaying());
+    }
+}
+
 TEST_F(BrowsingTest, StepGoesFromOneToTheSizeOfTheRange) {
     Play(5, 1, 3, 1);
     EXPECT_EQ(Run(zel_CMD_SMALLER_STEP), "No change.");
