@@ -10,6 +10,8 @@ wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
     // A window has a smallest size, which leaves empty ground around a small image.
     wxSize size = canvas.GetClientSize();
     size.DecTo(canvas.GetOptimalSize());
+    if (size.x <= 0 || size.y <= 0)
+        return {};
     const wxColour ground = canvas.GetBackgroundColour();
     wxImage picture(size.x, size.y);
     picture.SetRGB(wxRect(size), ground.Red(), ground.Green(), ground.Blue());
@@ -20,7 +22,9 @@ wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas) {
             continue;
         window->Render();
         const wxPoint at = window->GetPosition();
-        picture.Paste(window->GetPointerImage(), at.x + edge, at.y + edge);
+        const wxImage shown = window->GetPointerImage();
+        if (shown.IsOk())
+            picture.Paste(shown, at.x + edge, at.y + edge);
     }
     return picture;
 }
@@ -38,7 +42,7 @@ std::string VolumePictureName(const std::string& fileName) {
 void WritePng(const wxImage& picture, const std::string& fileName) {
     HavePng();
     wxMemoryOutputStream bytes;
-    if (!picture.SaveFile(bytes, wxBITMAP_TYPE_PNG))
+    if (!picture.IsOk() || !picture.SaveFile(bytes, wxBITMAP_TYPE_PNG))
         throw kep::IOException("The picture cannot be made into a PNG file.");
     kep::AtomicFile file(fileName);
     file.Write(bytes.GetOutputStreamBuffer()->GetBufferStart(), static_cast<std::size_t>(bytes.GetLength()));

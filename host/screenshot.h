@@ -9,7 +9,7 @@
 namespace zelviewer {
 
 /// The picture of a canvas with its windows, as they are now. Taken from the windows' own pictures, not from the
-/// screen, where another window may cover them.
+/// screen, where another window may cover them. No picture (IsOk) where the canvas has no room for one.
 wxImage ComposePicture(zel::zel_Viewer3dCanvas& canvas);
 
 /// PNG can be written, and the clipboard takes pictures, from here on.

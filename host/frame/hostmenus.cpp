@@ -31,12 +31,13 @@ enum Command : int {
 };
 
 void CopyView(zel::zel_Viewer3dCanvas& canvas) {
+    const wxImage picture = ComposePicture(canvas);
     const wxClipboardLocker clipboard;
-    if (!clipboard)
+    if (!clipboard || !picture.IsOk())
         return;
     HavePng();
-    wxTheClipboard->SetData(new wxBitmapDataObject(wxBitmap(ComposePicture(canvas)))); // owned by the clipboard
-    wxTheClipboard->Flush();                                                           // it outlives the program
+    wxTheClipboard->SetData(new wxBitmapDataObject(wxBitmap(picture))); // owned by the clipboard
+    wxTheClipboard->Flush();                                            // it outlives the program
 }
 
 void ShowKeys(wxWindow* parent) {

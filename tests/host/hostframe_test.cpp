@@ -7,6 +7,7 @@
 #include "host/frame/sequencequestion.h"
 #include "host/imageframe.h"
 #include "host/readingprogress.h"
+#include "host/screenshot.h"
 #include "tests/support/glib_complaints.h"
 #include "tests/support/pictures.h"
 #include "tests/support/scratch_folder.h"
@@ -205,6 +206,24 @@ TEST_F(HostFrame, TheKeysOfTheFileMenuWork) {
     wxTheClipboard->Clear();
     Press('W', wxMOD_CONTROL);
     EXPECT_TRUE(WaitUntil([this] { return !m_frame; }));
+}
+
+TEST_F(HostFrame, WithoutRoomForAPictureNothingIsCopied) {
+    Open(1);
+    Choose(copyView);
+    zel_Viewer3dCanvas& canvas = *m_frame->GetCanvas();
+    for (const wxSize size : {wxSize(0, 0), wxSize(200, 0), wxSize(0, 200)}) {
+        canvas.SetSize(size);
+        if (canvas.GetClientSize().x > 0 && canvas.GetClientSize().y > 0)
+            ADD_FAILURE() << "the canvas keeps room";
+        EXPECT_FALSE(ComposePicture(canvas).IsOk());
+        EXPECT_NO_THROW(Choose(copyView));
+    }
+    wxBitmapDataObject copied;
+    ASSERT_TRUE(wxTheClipboard->Open());
+    EXPECT_TRUE(wxTheClipboard->GetData(copied)) << "what was copied before stays";
+    wxTheClipboard->Close();
+    wxTheClipboard->Clear();
 }
 
 TEST_F(HostFrame, TheKeysOfTheSizeWork) {
