@@ -3,7 +3,10 @@
 #include "host/randomnumbers.h"
 
 #include <algorithm>
+#include <array>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace zelviewer {
 
@@ -29,24 +32,36 @@ float SmoothStep(float x) {
     return t * t * (3.0F - 2.0F * t);
 }
 
-/// Random values of 0 to 1 on a grid of unit spacing, smooth between: what makes cells look grainy.
+/// Random values of 0 to 1 on a grid of unit spacing, smooth between: what makes cells look grainy. Keeps the corners
+/// of the last place, as the next one mostly lies between the same.
 class Grain {
 public:
     explicit Grain(std::uint64_t seed) : m_seed(seed) {}
 
-    float At(const Position& p) const {
+    float At(const Position& p) {
         const float fx = std::floor(p.x), fy = std::floor(p.y), fz = std::floor(p.z);
-        const int x = static_cast<int>(fx), y = static_cast<int>(fy), z = static_cast<int>(fz);
+        const Corner corner{static_cast<int>(fx), static_cast<int>(fy), static_cast<int>(fz)};
+        if (corner != m_corner)
+            MoveTo(corner);
         const float tx = p.x - fx, ty = p.y - fy, tz = p.z - fz;
-        const auto along = [&](int dy, int dz) {
-            return Between(Corner(x, y + dy, z + dz), Corner(x + 1, y + dy, z + dz), tx);
-        };
-        return Between(Between(along(0, 0), along(1, 0), ty), Between(along(0, 1), along(1, 1), ty), tz);
+        const auto along = [this, tx](std::size_t i) { return Between(m_values[i], m_values[i + 1], tx); };
+        return Between(Between(along(0), along(2), ty), Between(along(4), along(6), ty), tz);
     }
 
 private:
+    struct Corner {
+        int x, y, z;
+        bool operator==(const Corner&) const = default;
+    };
+
     static float Between(float a, float b, float t) { return a + (b - a) * t; }
-    float Corner(int x, int y, int z) const {
+
+    void MoveTo(const Corner& to) {
+        m_corner = to;
+        for (int i = 0; i < 8; ++i)
+            m_values[static_cast<std::size_t>(i)] = ValueAt(to.x + (i & 1), to.y + (i >> 1 & 1), to.z + (i >> 2));
+    }
+    float ValueAt(int x, int y, int z) const {
         const std::uint64_t key = static_cast<std::uint32_t>(x) * 0x9E3779B97F4A7C15U ^
                                   static_cast<std::uint32_t>(y) * 0xC2B2AE3D27D4EB4FU ^
                                   static_cast<std::uint32_t>(z) * 0x165667B19E3779F9U;
@@ -54,6 +69,8 @@ private:
     }
 
     std::uint64_t m_seed;
+    Corner m_corner{std::numeric_limits<int>::min(), 0, 0}; // nowhere
+    std::array<float, 8> m_values{};                        // x fastest, then y
 };
 
 /// A ball, pulled or pressed along an axis, with an edge as soft as the microscope sees it.
@@ -99,12 +116,14 @@ struct GlowingCell {
     SoftBall body;
     SoftBall nuclei[2]; // one, or at the end of mitosis two
     int nucleusCount;
-    Grain grain;
+    Grain coarse;
+    Grain fine;
 
     explicit GlowingCell(const Cell& cell)
         : label(static_cast<unsigned short>(cell.label)),
           brightness(static_cast<float>(cell.brightness)),
-          grain(static_cast<std::uint64_t>(cell.label)) {
+          coarse(static_cast<std::uint64_t>(cell.label)),
+          fine(static_cast<std::uint64_t>(cell.label)) {
         const auto mitosis = static_cast<float>(cell.mitosis);
         const auto halfLength = static_cast<float>(cell.HalfLength());
         const auto radius = static_cast<float>(cell.radius);
@@ -126,17 +145,17 @@ struct GlowingCell {
     }
 
     /// Photons from a place, of whose body part `inside` is known.
-    float Light(const Position& p, float inside) const {
+    float Light(const Position& p, float inside) {
         const Position local{p.x - body.centre.x, p.y - body.centre.y, p.z - body.centre.z};
-        const float coarse = grain.At({local.x * 0.6F, local.y * 0.6F, local.z * 0.6F});
-        const float cytoplasm = brightness * cytoplasmLight * inside * (0.65F + 0.7F * coarse);
+        const float clouds = coarse.At({local.x * 0.6F, local.y * 0.6F, local.z * 0.6F});
+        const float cytoplasm = brightness * cytoplasmLight * inside * (0.65F + 0.7F * clouds);
         float nucleus = 0.0F;
         for (int i = 0; i < nucleusCount; ++i)
             nucleus = std::max(nucleus, nuclei[i].At(p).inside);
         if (nucleus == 0.0F)
             return cytoplasm;
-        const float fine = grain.At({local.x * 1.1F + 50.0F, local.y * 1.1F, local.z * 0.8F});
-        return cytoplasm * (1.0F - nucleus) + nucleusBrightness * nucleusLight * nucleus * (0.6F + 0.8F * fine);
+        const float grains = fine.At({local.x * 1.1F + 50.0F, local.y * 1.1F, local.z * 0.8F});
+        return cytoplasm * (1.0F - nucleus) + nucleusBrightness * nucleusLight * nucleus * (0.6F + 0.8F * grains);
     }
 };
 
@@ -152,78 +171,81 @@ private:
     }
 };
 
-/// Some slices of a frame.
-struct Slices {
-    std::size_t first, end;
-};
-
-/// Light and labels of one frame while its cells are painted. Different slices may be painted on several threads.
+/// Paints slices of one frame, one after the other, as the light of one slice stays in the processor's cache.
 class Painter {
 public:
-    Painter(const kep::Vector3d<std::size_t>& size, const Position& voxelSize)
+    Painter(const kep::Vector3d<std::size_t>& size, const Position& voxelSize, std::vector<GlowingCell> glowing)
         : m_size(size),
           m_voxelSize(voxelSize),
-          m_light(size.x * size.y * size.z),
-          m_nearest(size.x * size.y * size.z, 1.0F) {}
-
-    /// The same in all slices. The lamp stands a little beside the middle.
-    void PaintBackground(const Slices& slices) {
-        const auto height = static_cast<float>(m_size.y);
-        const auto width = static_cast<float>(m_size.x);
-        for (std::size_t z = slices.first; z < slices.end; ++z) {
-            float* to = m_light.data() + z * GetSliceVoxels();
-            if (z > slices.first) {
-                std::copy_n(to - GetSliceVoxels(), GetSliceVoxels(), to);
-                continue;
-            }
-            for (std::size_t i = 0; i < GetSliceVoxels(); ++i) {
-                const float dx = static_cast<float>(i % m_size.x) / width - 0.45F;
-                const float dy = static_cast<float>(i / m_size.x) / height - 0.55F;
-                *to++ = backgroundLight * (1.0F - 0.8F * (dx * dx + dy * dy));
-            }
-        }
+          m_cells(std::move(glowing)),
+          m_background(size.x * size.y),
+          m_light(size.x * size.y),
+          m_nearest(size.x * size.y) {
+        FillBackground();
     }
 
-    void PaintCell(const GlowingCell& cell, const Slices& slices, Frame& labels) {
-        const float reach = 1.25F * cell.body.halfLength + 0.9F;
-        const Position& c = cell.body.centre;
-        const Span xs(c.x - reach, c.x + reach, m_voxelSize.x, m_size.x);
-        const Span ys(c.y - reach, c.y + reach, m_voxelSize.y, m_size.y);
-        const Span zs(c.z - reach, c.z + reach, m_voxelSize.z, m_size.z);
-        const float beyond = cell.body.GetReachSquared(); // most of the box is outside
-        for (std::size_t z = std::max(zs.first, slices.first); z < std::min(zs.end, slices.end); ++z)
-            for (std::size_t y = ys.first; y < ys.end; ++y)
-                for (std::size_t x = xs.first; x < xs.end; ++x) {
-                    const Position p{Middle(x, m_voxelSize.x), Middle(y, m_voxelSize.y), Middle(z, m_voxelSize.z)};
-                    if (DistanceSquared(p, c) > beyond)
-                        continue;
-                    const SoftBall::Place place = cell.body.At(p);
-                    if (place.inside == 0.0F)
-                        continue;
-                    const std::size_t i = labels.GetIndex(x, y, z);
-                    m_light[i] += cell.Light(p, place.inside);
-                    if (place.distance < m_nearest[i]) { // where cells touch, the voxel is of the one it is deeper in
-                        m_nearest[i] = place.distance;
-                        labels.SetVoxel(i, cell.label);
-                    }
-                }
-    }
-
-    /// What the camera makes of the light. Each voxel has a random number of its own.
-    void Expose(std::uint64_t seed, const Slices& slices, Frame& intensity) const {
-        RandomNumbers random(seed);
-        random.Skip(slices.first * GetSliceVoxels());
-        for (std::size_t i = slices.first * GetSliceVoxels(); i < slices.end * GetSliceVoxels(); ++i) {
-            // Photons come by chance: their variance is their mean.
-            const float light = m_light[i];
-            const float deviation = std::sqrt(gain * gain * light + readNoise * readNoise);
-            const float counts = bias + gain * light + deviation * random.Normal();
-            intensity.SetVoxel(i, static_cast<unsigned short>(std::clamp(counts + 0.5F, 0.0F, 4095.0F)));
+    /// @param seed  of the frame
+    void Paint(std::size_t first, std::size_t end, std::uint64_t seed, Frame& intensity, Frame& labels) {
+        RandomNumbers random(seed); // each voxel of the frame has a number of its own
+        random.Skip(first * GetSliceVoxels());
+        for (std::size_t z = first; z < end; ++z) {
+            m_light = m_background;
+            std::fill(m_nearest.begin(), m_nearest.end(), 1.0F);
+            for (GlowingCell& cell : m_cells)
+                PaintCell(cell, z, labels);
+            Expose(random, intensity.begin() + z * GetSliceVoxels());
         }
     }
 
 private:
     std::size_t GetSliceVoxels() const { return m_size.x * m_size.y; }
+
+    /// The same in all slices. The lamp stands a little beside the middle.
+    void FillBackground() {
+        const auto height = static_cast<float>(m_size.y);
+        const auto width = static_cast<float>(m_size.x);
+        for (std::size_t i = 0; i < GetSliceVoxels(); ++i) {
+            const float dx = static_cast<float>(i % m_size.x) / width - 0.45F;
+            const float dy = static_cast<float>(i / m_size.x) / height - 0.55F;
+            m_background[i] = backgroundLight * (1.0F - 0.8F * (dx * dx + dy * dy));
+        }
+    }
+
+    void PaintCell(GlowingCell& cell, std::size_t z, Frame& labels) {
+        const float reach = 1.25F * cell.body.halfLength + 0.9F;
+        const Position& c = cell.body.centre;
+        const Span zs(c.z - reach, c.z + reach, m_voxelSize.z, m_size.z);
+        if (z < zs.first || z >= zs.end)
+            return;
+        const Span xs(c.x - reach, c.x + reach, m_voxelSize.x, m_size.x);
+        const Span ys(c.y - reach, c.y + reach, m_voxelSize.y, m_size.y);
+        const float beyond = cell.body.GetReachSquared(); // most of the box is outside
+        for (std::size_t y = ys.first; y < ys.end; ++y)
+            for (std::size_t x = xs.first; x < xs.end; ++x) {
+                const Position p{Middle(x, m_voxelSize.x), Middle(y, m_voxelSize.y), Middle(z, m_voxelSize.z)};
+                if (DistanceSquared(p, c) > beyond)
+                    continue;
+                const SoftBall::Place place = cell.body.At(p);
+                if (place.inside == 0.0F)
+                    continue;
+                const std::size_t i = y * m_size.x + x;
+                m_light[i] += cell.Light(p, place.inside);
+                if (place.distance < m_nearest[i]) { // where cells touch, the voxel is of the one it is deeper in
+                    m_nearest[i] = place.distance;
+                    labels.SetVoxel(x, y, z, cell.label);
+                }
+            }
+    }
+
+    /// What the camera makes of the light.
+    void Expose(RandomNumbers& random, unsigned short* to) const {
+        for (const float light : m_light) {
+            // Photons come by chance: their variance is their mean.
+            const float deviation = std::sqrt(gain * gain * light + readNoise * readNoise);
+            const float counts = bias + gain * light + deviation * random.Normal();
+            *to++ = static_cast<unsigned short>(std::clamp(counts + 0.5F, 0.0F, 4095.0F));
+        }
+    }
 
     static float DistanceSquared(const Position& a, const Position& b) {
         const Position d{a.x - b.x, a.y - b.y, a.z - b.z};
@@ -234,8 +256,10 @@ private:
 
     kep::Vector3d<std::size_t> m_size;
     Position m_voxelSize;
-    std::vector<float> m_light;   // photons
-    std::vector<float> m_nearest; // distance from the centre of the cell that the label names
+    std::vector<GlowingCell> m_cells;
+    std::vector<float> m_background; // photons
+    std::vector<float> m_light;      // the same, of the present slice
+    std::vector<float> m_nearest;    // distance from the centre of the cell that the label names
 };
 
 std::unique_ptr<Frame> MakeFrame(const SyntheticSettings& settings) {
@@ -264,14 +288,12 @@ SyntheticFilm::SyntheticFilm(const SyntheticSettings& settings) : m_settings(set
 
 SyntheticFrame SyntheticFilm::Paint(std::size_t t, std::size_t threads) const {
     SyntheticFrame frame{MakeFrame(m_settings), MakeFrame(m_settings)};
-    Painter painter(m_settings.size, m_settings.voxelSize);
     const std::vector<GlowingCell> cells(m_moments[t].begin(), m_moments[t].end());
+    const std::size_t slices = m_settings.size.z;
     kep::ForEachPart(threads, [&](std::size_t part) {
-        const Slices slices{m_settings.size.z * part / threads, m_settings.size.z * (part + 1) / threads};
-        painter.PaintBackground(slices);
-        for (const GlowingCell& cell : cells)
-            painter.PaintCell(cell, slices, *frame.labels);
-        painter.Expose(m_settings.seed + (t + 1) * frameSeedStep, slices, *frame.intensity);
+        Painter painter(m_settings.size, m_settings.voxelSize, cells);
+        painter.Paint(slices * part / threads, slices * (part + 1) / threads, m_settings.seed + (t + 1) * frameSeedStep,
+                      *frame.intensity, *frame.labels);
     });
     return frame;
 }
