@@ -2,8 +2,8 @@
 
 // Private: what a preview event asks for, in the type of the voxels.
 
-#include "core/kepcore/kep_exceptions.h"
 #include "dialogs/zel_previewevents.h"
+#include "image/kep.h"
 #include "model/zel_saturate.h"
 #include "model/zel_stretch.h"
 
