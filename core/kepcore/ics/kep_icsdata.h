@@ -18,7 +18,7 @@ public:
     IcsData& operator=(const IcsData&) = delete;
     virtual ~IcsData() = default;
 
-    /// Delivers the next bytes. @throws IOException damaged file; then only MoveTo may be asked
+    /// Delivers the next bytes. @throws IOException damaged file; after that it must not be asked again
     virtual void Read(std::byte* to, std::size_t bytes) = 0;
     /// Called behind the last byte: nothing may follow, and the checksum must be right. @throws IOException
     virtual void Finish() = 0;
