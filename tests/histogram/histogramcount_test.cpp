@@ -98,6 +98,15 @@ TEST(HistogramCount, OfIntegersEqualsItsTwin) {
                      [&] { return static_cast<int>(random()); });
 }
 
+TEST(HistogramCount, OfIntegersInManyBinsEqualsItsTwin) {
+    std::mt19937 random(12);
+    std::uniform_int_distribution<int> value(-400'000, 400'000);
+    const std::vector<Histogram<int>> histograms = {Make(-200'000, 199'999, 400'000), Make(0, 65'536, 65'537),
+                                                    Make(0, 65'535, 65'536), Make(-300'000, 300'000, 100'000)};
+    ASSERT_NO_FATAL_FAILURE(ExpectTwins<int>(histograms, {300'000, 1'600'003},
+                                             [&] { return value(random); })); // below and above what tables are for
+}
+
 TEST(HistogramCount, OfFloatsEqualsItsTwin) {
     std::mt19937 random(5);
     std::uniform_real_distribution<float> uniform(-120.0F, 130.0F);
