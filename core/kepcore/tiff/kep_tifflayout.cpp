@@ -26,10 +26,12 @@ struct Packing {
     std::uint64_t expansion;
     bool predicts = false; ///< the tag of predictors counts
 };
-/// Fax pictures have no bound: a white row takes a bit however wide it is. The largest of the others serves them.
+constexpr std::uint64_t faxRunsExpansion = 2560 / 12 + 1;
+/// Fax pictures of differences have no bound: a white row takes a bit however wide it is. The largest of the others
+/// serves them. In rows of runs the longest code has 12 bits and stands for 2560 pixels.
 constexpr std::array<Packing, 19> packings{{
     {packedPlain, "none", true, 1},
-    {packedFaxRuns, "CCITT RLE", true, 33000},
+    {packedFaxRuns, "CCITT RLE", true, faxRunsExpansion},
     {packedFaxGroup3, "CCITT group 3", true, 33000},
     {packedFaxGroup4, "CCITT group 4", true, 33000},
     {packedLzw, "LZW", true, 2600, true},
@@ -340,8 +342,10 @@ std::string GetCompressionName(unsigned compression) {
     return packing == nullptr ? std::to_string(compression) : packing->name;
 }
 
-std::uint64_t GetExpansion(unsigned compression) {
-    const Packing* const packing = FindPacking(compression);
+std::uint64_t GetExpansion(const TiffLayout& layout) {
+    if (layout.compression == packedFaxGroup3 && !layout.faxIsMixed)
+        return faxRunsExpansion;
+    const Packing* const packing = FindPacking(layout.compression);
     return packing == nullptr ? 1 : packing->expansion;
 }
 

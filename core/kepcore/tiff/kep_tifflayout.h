@@ -112,7 +112,7 @@ void CheckTiffPacking(const TiffLayout& layout, const std::string& fileName);
 /// For the user: "none", "LZW", ...
 std::string GetCompressionName(unsigned compression);
 
-/// The most bytes that a byte of a packed file can stand for.
-std::uint64_t GetExpansion(unsigned compression);
+/// The most bytes that a byte of a packed page can stand for.
+std::uint64_t GetExpansion(const TiffLayout& layout);
 
 } // namespace kep::detail

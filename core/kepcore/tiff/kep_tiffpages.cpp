@@ -63,7 +63,7 @@ void CheckPromise(const TiffValues& values, const TiffPages& found) {
     std::uint64_t needed = 0;
     for (const TiffPage& page : found.pages) {
         const TiffLayout& layout = found.layouts[page.layout];
-        const std::uint64_t bytes = layout.GetPageBytes() / GetExpansion(layout.compression);
+        const std::uint64_t bytes = layout.GetPageBytes() / GetExpansion(layout);
         if (__builtin_add_overflow(needed, bytes, &needed) || needed > values.GetFile().GetLength())
             ThrowDamaged(values.GetFile().GetName(), "its pages promise more voxels than the file can hold");
     }

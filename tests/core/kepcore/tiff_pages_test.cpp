@@ -378,6 +378,24 @@ TEST_F(TiffPagesTest, SmallFilesThatPromiseMuchAreDamageBeforeMemoryIsTaken) {
     }
 }
 
+TEST_F(TiffPagesTest, FaxRunsPromiseNoMoreThanTheirCodesCanSay) {
+    const auto fail = [this](std::uint64_t compression, std::uint64_t options) {
+        TiffBuilder builder;
+        Tags tags = PlainTags(400'000, 16, 1, builder.AddBytes("abcdef")); // 800 KB unpacked
+        tags[3].values = {compression};
+        tags.push_back({292, 4, {options}});
+        builder.AddDirectory(tags);
+        return FailureOf(builder);
+    };
+    const std::string promise = Damaged("its pages promise more voxels than the file can hold");
+    EXPECT_EQ(fail(2, 0), promise);
+    EXPECT_EQ(fail(3, 0), promise);
+    EXPECT_EQ(fail(3, 4), promise) << "filled up to whole bytes";
+    const std::string later = Damaged("page 1, row 0: its voxels lie outside the file");
+    EXPECT_EQ(fail(3, 1), later) << "rows that are equal may take a bit each";
+    EXPECT_EQ(fail(4, 0), later);
+}
+
 TEST_F(TiffPagesTest, TooManyOrTooLargeTilesAreDamage) {
     const auto fail = [this](std::uint64_t width, std::uint64_t height, std::uint64_t tile) {
         TiffBuilder builder;
